@@ -1,0 +1,72 @@
+#include "config/xas_editor.h"
+
+#include "core/xas_log.h"
+#include "core/xas_text.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+/** All that can be read; a directory reads as empty. */
+std::string readAll(FILE *file)
+{
+    std::string text;
+    std::array<char, 4096> chunk{};
+    for (std::size_t got = 0; (got = std::fread(chunk.data(), 1, chunk.size(), file)) > 0;)
+        text.append(chunk.data(), got);
+    return text;
+}
+
+bool writeLines(FILE *outFile, const XasEditTexts &texts, std::string_view text)
+{
+    bool isFirst = true;
+    while (!text.empty()) {
+        const std::size_t feed = std::min(text.find('\n'), text.size() - 1);
+        const std::string line{text.substr(0, feed + 1)};
+        if (xasOutputLine(outFile, line.c_str(), false) != 0) {
+            xasLogError("%s", texts.writeLogOf != nullptr ? texts.writeLogOf(line, isFirst) : texts.writeLog);
+            return false;
+        }
+        text.remove_prefix(line.size());
+        isFirst = false;
+    }
+    return true;
+}
+
+int finish(XasCfgFile &cf, const XasEditTexts &texts, XasReplyStatus *reply, const XasNewText &newText)
+{
+    const bool written = writeLines(cf.outFile.get(), texts, newText.text);
+    if (!written || !newText.complete) {
+        xasCloseCfgFile(&cf);
+        return 1;
+    }
+    const int result = xasSaveCfgFile(&cf);
+    if (result != 0)
+        xasSetReply(*reply, XAS_RCODE_SAVE, texts.saveReason);
+    return result;
+}
+
+} // namespace
+
+int xasEditFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStatus *reply,
+                const std::function<XasNewText(std::string_view)> &edit)
+{
+    XasCfgFile cf;
+    if (xasCfgOpenFiles(cfgFileName, &cf, texts.secrecy) != 0) {
+        xasSetReply(*reply, XAS_RCODE_OPEN, texts.openReason);
+        return 1;
+    }
+    return finish(cf, texts, reply, edit(readAll(cf.inFile.get())));
+}
+
+int xasRegenerateFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStatus *reply,
+                      const std::function<XasNewText()> &make)
+{
+    XasCfgFile cf;
+    if (xasCfgOpenOutFile(cfgFileName, &cf, texts.secrecy) != 0) {
+        xasSetReply(*reply, XAS_RCODE_OPEN, texts.openReason);
+        return 1;
+    }
+    return finish(cf, texts, reply, make());
+}

@@ -1,0 +1,128 @@
+#include "dispatch/xas_dispatch_table.h"
+
+#include "config/xas_dns.h"
+#include "config/xas_hostname.h"
+#include "core/xas_file.h"
+#include "core/xas_log.h"
+#include "wire/xas_message_names.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+
+namespace {
+
+/** Stands where a handler is yet to be built: the message fails. */
+int xasUpdateNotBuilt(XasMessage *msg, const XasCfgFileList * /*cfgFiles*/, XasReplyStatus * /*reply*/)
+{
+    xasLogError("No update handler for %s in this version\n",
+                std::string{xasMsgTypeName(msg->xH.msgtype)}.c_str());
+    return 1;
+}
+
+using enum XasStartRule;
+
+constexpr std::array ROWS = {
+    XasDispatchRow{XMSG_ETH, "eth", xasUpdateNotBuilt, always},
+    XasDispatchRow{XMSG_HOSTNAME, "hostname", xasUpdateHostnameCfg, always},
+    XasDispatchRow{XMSG_DNS, "dns", xasUpdateDnsCfg, always},
+    XasDispatchRow{XMSG_FIREWALL, "firewall", xasUpdateNotBuilt, always},
+    XasDispatchRow{XMSG_IPFILTER_SET, "firewall", xasUpdateNotBuilt, always},
+    XasDispatchRow{XMSG_IPFILTER_ASSIGN, "firewall", xasUpdateNotBuilt, always},
+    XasDispatchRow{XMSG_ROUTING, "router", xasUpdateNotBuilt, word0or1},
+    XasDispatchRow{XMSG_VPN, "ipsec", xasUpdateNotBuilt, word0},
+    XasDispatchRow{XMSG_TIMEZONE, "timezone", xasUpdateNotBuilt, always},
+    XasDispatchRow{XMSG_NTP, "ntp", xasUpdateNotBuilt, word0},
+    XasDispatchRow{XMSG_SYSLOG, "syslog", xasUpdateNotBuilt, always},
+    XasDispatchRow{XMSG_SNMP, "snmp", xasUpdateNotBuilt, word0},
+    XasDispatchRow{XMSG_NFS, "nfs", xasUpdateNotBuilt, always},
+    XasDispatchRow{XMSG_CIFS, "samba", xasUpdateNotBuilt, word0},
+    XasDispatchRow{XMSG_AUTH, "authentication", xasUpdateNotBuilt, always},
+    XasDispatchRow{XMSG_LOCALUSERS, "localuser", xasUpdateNotBuilt, word0},
+    XasDispatchRow{XMSG_NIS, "ypbind", xasUpdateNotBuilt, word0},
+    XasDispatchRow{XMSG_LDAP, "ldap", xasUpdateNotBuilt, word0},
+    XasDispatchRow{XMSG_RADIUS, "radius", xasUpdateNotBuilt, word0},
+    XasDispatchRow{XMSG_KERBEROS, "kerberos", xasUpdateNotBuilt, word0},
+    XasDispatchRow{XMSG_TACACS, "tacacs", xasUpdateNotBuilt, word0},
+    XasDispatchRow{XMSG_APPLICATION, "", nullptr, word1AndModel},
+    XasDispatchRow{XMSG_USER, "user", xasUpdateNotBuilt, always},
+    XasDispatchRow{XMSG_USERLIST, "userlist", xasUpdateNotBuilt, always},
+    XasDispatchRow{XMSG_NAT_NOTIFY, "nat", nullptr, always},
+    XasDispatchRow{XMSG_NOTIFY, "netlink", xasUpdateNotBuilt, always},
+};
+
+/** The applications that XMSG_APPLICATION names by index. */
+constexpr std::array<std::string_view, 5> APPLICATIONS = {"xdd", "xld", "snmptrapd", "portmap", "xpb"};
+constexpr std::uint32_t XPB_INDEX = 4;
+
+/** Inclusive ranges of the models that have the device of "xpb". */
+struct ModelRange {
+    std::uint8_t first;
+    std::uint8_t last;
+};
+constexpr std::array XPB_MODELS = {ModelRange{13, 16}, ModelRange{29, 32}, ModelRange{45, 48},
+                                   ModelRange{61, 64}, ModelRange{77, 80}, ModelRange{93, 97}};
+
+/** The appliance's model, from the first line of its description that has one; false when none has. */
+bool readModel(std::uint8_t &model)
+{
+    constexpr std::string_view MODEL_KEY = "model=";
+    const XasFile info = xasOpenFile("/etc/qvtx/info", "r");
+    std::array<char, 100> line{};
+    while (info && std::fgets(line.data(), line.size(), info.get()) != nullptr) {
+        const std::string_view text = line.data();
+        const std::size_t key = text.find(MODEL_KEY);
+        if (key != std::string_view::npos) {
+            model = static_cast<std::uint8_t>(std::atoi(line.data() + key + MODEL_KEY.size()));
+            return true;
+        }
+    }
+    return false;
+}
+
+bool modelHasXpb()
+{
+    std::uint8_t model = 0;
+    return readModel(model) && std::ranges::any_of(XPB_MODELS, [&](const ModelRange &range) {
+               return model >= range.first && model <= range.last;
+           });
+}
+
+} // namespace
+
+std::span<const XasDispatchRow> xasDispatchRows()
+{
+    return ROWS;
+}
+
+const XasDispatchRow *xasFindDispatchRow(std::uint32_t msgtype)
+{
+    const auto *const found =
+        std::ranges::find_if(ROWS, [&](const XasDispatchRow &row) { return row.msgtype == msgtype; });
+    return found != ROWS.end() ? found : nullptr;
+}
+
+std::string_view xasApplicationName(const XasDispatchRow &row, const XasMessage &msg)
+{
+    if (row.msgtype != XMSG_APPLICATION)
+        return row.application;
+    const std::uint32_t index = xasPayloadWord<0>(msg);
+    return index < APPLICATIONS.size() ? APPLICATIONS[index] : "INVALID_APP";
+}
+
+bool xasIsStartWanted(const XasDispatchRow &row, const XasMessage &msg)
+{
+    const bool word0Set = xasPayloadWord<0>(msg) != 0;
+    const bool word1Set = xasPayloadWord<1>(msg) != 0;
+    switch (row.startRule) {
+    case word0:
+        return word0Set;
+    case word0or1:
+        return word0Set || word1Set;
+    case word1AndModel:
+        return word1Set && (xasPayloadWord<0>(msg) != XPB_INDEX || modelHasXpb());
+    case always:
+        break;
+    }
+    return true;
+}
