@@ -4,6 +4,7 @@
 #include "core/xas_text.h"
 #include "core/xas_utils.h"
 #include "core/xas_wait.h"
+#include "wire/xas_eth_payload.h"
 
 #include <array>
 #include <cerrno>
@@ -19,8 +20,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr unsigned PORTS = 2;
-
 /** A change is believed when it lasts this long: before the configuration is read, and after. */
 constexpr auto SETTLE_WAIT = 1000ms;
 constexpr auto CONFIRM_WAIT = 500ms;
@@ -28,7 +27,7 @@ constexpr auto CONFIRM_WAIT = 500ms;
 struct LinkWatch {
     int socket = -1;
     bool ethConfigured = false;
-    std::array<std::uint32_t, PORTS> up{};
+    std::array<std::uint32_t, XAS_ETH_PORTS> up{};
     timeval lastPoll{};
 };
 
@@ -110,7 +109,7 @@ void xasNoteEthConfigured()
 
 int xasEnableNetPort(unsigned port)
 {
-    if (port >= PORTS) {
+    if (port >= XAS_ETH_PORTS) {
         xasLogError("Invalid network port %d to enable\n", static_cast<int>(port));
         return 1;
     }
@@ -127,7 +126,7 @@ XasIdleResult xasPollLinks(XasMessage &msg, bool bondingOn)
         return XasIdleResult::nothing;
     XasIdleResult result = XasIdleResult::nothing;
     const bool awake = !bondingOn && watch.ethConfigured && watch.socket > 0;
-    for (unsigned port = 0; awake && port < PORTS && result == XasIdleResult::nothing; ++port)
+    for (unsigned port = 0; awake && port < XAS_ETH_PORTS && result == XasIdleResult::nothing; ++port)
         result = watchPort(msg, port);
     watch.lastPoll = now;
     return result == XasIdleResult::message ? result : XasIdleResult::nothing;

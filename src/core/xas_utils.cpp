@@ -6,6 +6,7 @@
 #include "core/xas_text.h"
 #include "core/xas_wait.h"
 #include "platform/xas_config_library.h"
+#include "wire/xas_eth_payload.h"
 
 #include <arpa/inet.h>
 #include <array>
@@ -17,19 +18,6 @@
 #include <unistd.h>
 
 namespace {
-
-/** One Ethernet port of the stored record, as far as it is read here. */
-struct StoredPort {
-    std::uint32_t marker;
-    std::uint32_t enabled;
-    std::uint32_t source;
-    std::array<std::byte, 28> addresses;
-    std::uint32_t mode;
-    std::uint32_t mtu;
-};
-static_assert(sizeof(StoredPort) == 48 && offsetof(StoredPort, mode) == 40);
-
-using StoredPorts = std::array<StoredPort, 2>;
 
 bool isOfKind(const char *path, mode_t kind)
 {
@@ -65,12 +53,12 @@ std::uint32_t resolve(const char *name)
     return address;
 }
 
-bool storedPort(unsigned port, StoredPort &stored)
+bool storedPort(unsigned port, XasEthPort &stored)
 {
     XasMessage record{};
-    if (port >= StoredPorts{}.size() || xasGetEthCfg(record) != 0)
+    if (port >= XAS_ETH_PORTS || xasGetEthCfg(record) != 0)
         return false;
-    stored = xasReadPayload<StoredPorts>(record)[port];
+    stored = xasReadPayload<XasEthPayload>(record).ports[port];
     return true;
 }
 
@@ -212,7 +200,7 @@ int xasGetEthCfg(XasMessage &record)
 
 int xasGetEthPortState(unsigned port, std::uint32_t &enabled, std::uint32_t &source)
 {
-    StoredPort stored{};
+    XasEthPort stored{};
     if (!storedPort(port, stored))
         return 1;
     enabled = stored.enabled;
@@ -222,7 +210,7 @@ int xasGetEthPortState(unsigned port, std::uint32_t &enabled, std::uint32_t &sou
 
 int xasGetEthPortMode(unsigned port, std::uint32_t &mode)
 {
-    StoredPort stored{};
+    XasEthPort stored{};
     if (!storedPort(port, stored))
         return 1;
     mode = stored.mode;

@@ -119,7 +119,7 @@ int xasSetNetScriptOpts(XasApp &app, const XasEthPayload &eth, std::uint32_t las
         xasLogError("Invalid network start script:\n %s\n", app.startScript->c_str());
         return 1;
     }
-    for (unsigned port = 0; port < std::size(eth.ports); ++port) {
+    for (unsigned port = 0; port < XAS_ETH_PORTS; ++port) {
         if (setPortCode(app, eth.ports[port], port, force) != 0)
             return 1;
     }

@@ -11,8 +11,8 @@
 #ifndef XAS_DISPATCH_XAS_SCRIPT_PARAMS_H
 #define XAS_DISPATCH_XAS_SCRIPT_PARAMS_H
 
-#include "config/xas_eth_payload.h"
 #include "core/xas_appmgr.h"
+#include "wire/xas_eth_payload.h"
 
 /** The script code of a link mode: '1' to '7' for 0 to 6; -1 after logging for another. */
 int xasGetEthModeCode(std::uint32_t mode);

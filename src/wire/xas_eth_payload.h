@@ -1,9 +1,10 @@
 /**
- * The payload of XMSG_ETH: both Ethernet ports, IPv6, gateways, bonding and kernel parameters.
- * IPv4 addresses are in network byte order; 0xFFFFFFFF means none where "none" is allowed.
+ * The payload of XMSG_ETH: both Ethernet ports, IPv6, gateways, bonding and kernel parameters. It stands on
+ * the ground floor because the link watch and the script parameters read it too. IPv4 addresses are in
+ * network byte order; 0xFFFFFFFF means none where "none" is allowed.
  */
-#ifndef XAS_CONFIG_XAS_ETH_PAYLOAD_H
-#define XAS_CONFIG_XAS_ETH_PAYLOAD_H
+#ifndef XAS_WIRE_XAS_ETH_PAYLOAD_H
+#define XAS_WIRE_XAS_ETH_PAYLOAD_H
 
 #include "wire/xas_message.h"
 
@@ -31,8 +32,10 @@ static_assert(offsetof(XasEthPort, ip) == 12 && offsetof(XasEthPort, mask) == 16
 static_assert(offsetof(XasEthPort, ipv6) == 20 && offsetof(XasEthPort, maskv6) == 36);
 static_assert(offsetof(XasEthPort, mode) == 40 && offsetof(XasEthPort, mtu) == 44);
 
+inline constexpr unsigned XAS_ETH_PORTS = 2;
+
 struct XasEthPayload {
-    XasEthPort ports[2]; /**< eth0, eth1 */
+    XasEthPort ports[XAS_ETH_PORTS]; /**< eth0, eth1 */
     std::uint32_t ipv6_enabled;
     std::uint32_t gateway;
     sockaddr_in6 gateway_ipv6;   /**< address all zero: none */
