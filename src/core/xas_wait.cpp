@@ -1,10 +1,13 @@
 #include "core/xas_wait.h"
 
+#include "core/xas_log.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
+#include <exception>
 #include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/wait.h>
@@ -111,6 +114,17 @@ class Serving {
     bool &flag;
 };
 
+/** Calls a service, which no exception leaves. */
+template <class Call>
+void serve(Call call) noexcept
+{
+    try {
+        call();
+    } catch (const std::exception &error) {
+        xasLogError("%s\n", error.what());
+    }
+}
+
 /** Serves the oldest exited child that is not held; false when there is none or one is being served. */
 bool serveChild(Waiting &state)
 {
@@ -120,7 +134,7 @@ bool serveChild(Waiting &state)
     const ExitedChild child = *next;
     state.exited.erase(next);
     const Serving serving{state.servingChild};
-    state.service.childExited(child.pid, child.status);
+    serve([&] { state.service.childExited(child.pid, child.status); });
     return true;
 }
 
@@ -129,7 +143,7 @@ bool serveAlarm(Waiting &state)
     if (state.servingAlarm || !noted.alarm.exchange(false))
         return false;
     const Serving serving{state.servingAlarm};
-    state.service.alarm();
+    serve(state.service.alarm);
     return true;
 }
 
@@ -147,7 +161,7 @@ void servePending(Waiting &state)
     do {
         drainWakeUps();
         if (noted.terminate.exchange(false))
-            state.service.terminate();
+            serve(state.service.terminate);
         if (noted.child.exchange(false))
             collectExitedChildren(state);
     } while (serveChild(state) || serveAlarm(state));

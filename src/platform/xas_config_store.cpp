@@ -36,7 +36,9 @@ std::string xasStoreDirectory()
 std::string xasStoreRecordName(std::uint32_t msgtype, const XasMessage &msg)
 {
     std::string name{xasMsgTypeName(msgtype)};
-    const auto appendKey = [&](std::uint32_t key) { name.append("-").append(std::to_string(key)); };
+    const auto appendKey = [&](std::uint32_t key) {
+        name.append("-").append(std::to_string(key));
+    };
     if (msgtype == XMSG_IPFILTER_SET)
         appendKey(xasPayloadValue<std::uint8_t, 120>(msg));
     if (msgtype == XMSG_IPFILTER_ASSIGN) {
