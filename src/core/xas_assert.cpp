@@ -3,9 +3,9 @@
 #include <cstdio>
 #include <cstdlib>
 
-void xasAssertionFailed(const char *text, const std::source_location &where)
+void xasAssertionFailed(const char *text, const XasCodePlace &where)
 {
-    std::fprintf(stderr, "xasd: %s:%u: %s: Assertion `%s' failed.\n", where.file_name(),
-                 static_cast<unsigned>(where.line()), where.function_name(), text);
+    std::fprintf(stderr, "xasd: %s:%u: %s: Assertion `%s' failed.\n", where.file, where.line, where.function,
+                 text);
     std::abort();
 }
