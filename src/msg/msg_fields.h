@@ -72,6 +72,7 @@ struct XasMsgGroup {
     XasPlace place;     /**< the whole array */
     std::size_t stride; /**< bytes from one element to the next */
     bool fixed = false; /**< every element is always in use; otherwise an all-zero element is an unused one */
+    std::string_view meaning = {};
     constexpr std::size_t count() const { return place.width / stride; }
 };
 

@@ -1,14 +1,16 @@
 /** XMSG_ETH: both Ethernet ports, gateways, bonding and kernel parameters. */
-#include "config/xas_eth_payload.h"
 #include "msg/msg_fields_subjects.h"
+#include "wire/xas_eth_payload.h"
 
 namespace {
 
 using enum XasFieldKind;
 
-/** People see the ports as eth1 and eth2; the devices are eth0 and eth1. */
-constexpr XasMsgGroup PORTS = {
-    .name = "eth", .place = XAS_PLACE(XasEthPayload, ports), .stride = sizeof(XasEthPort), .fixed = true};
+constexpr XasMsgGroup PORTS = {.name = "eth",
+                               .place = XAS_PLACE(XasEthPayload, ports),
+                               .stride = sizeof(XasEthPort),
+                               .fixed = true,
+                               .meaning = "the ports as people see them; their devices are eth0 and eth1"};
 
 constexpr XasValueName SOURCES[] = {
     {XAS_SOURCE_BOOTP, "bootp"}, {XAS_SOURCE_DHCP, "dhcp"}, {XAS_SOURCE_STATIC, "static"}};
@@ -149,7 +151,4 @@ static_assert(xasMsgFieldsAreSound(FIELDS));
 } // namespace
 
 const XasMsgFields XAS_ETH_FIELDS = {
-    .msgtype = XMSG_ETH,
-    .meaning =
-        "Ethernet ports, gateways, bonding, kernel parameters (eth1 and eth2 are the devices eth0 and eth1)",
-    .fields = FIELDS};
+    .msgtype = XMSG_ETH, .meaning = "Ethernet ports, gateways, bonding, kernel parameters", .fields = FIELDS};

@@ -1,0 +1,281 @@
+#include "xms/xms_serve.h"
+
+#include "msg/msg_type_names.h"
+#include "xms/xms_clients.h"
+#include "xms/xms_error.h"
+#include "xms/xms_hex.h"
+#include "xms/xms_protocol.h"
+#include "xms/xms_queues.h"
+#include "xms/xms_store.h"
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <ctime>
+#include <deque>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+namespace {
+
+/** Message queues cannot be polled for, so they are looked at this often: while an answer is awaited, and
+ * else. */
+constexpr int BUSY_INTERVAL_MS = 2;
+constexpr int IDLE_INTERVAL_MS = 20;
+
+struct Server {
+    const XmsServeOptions &options;
+    XmsDescriptor listener;
+    XmsDescriptor signals;
+    XmsQueues queues;
+    XmsClients clients;
+    XmsProtocol protocol;
+    std::deque<XasMessage> outgoing; /**< what the daemon's queue had no room for yet */
+};
+
+std::span<const std::byte> bytesOf(const XasMessage &record)
+{
+    return std::as_bytes(std::span{&record, 1});
+}
+
+/** Shows one record here and to all who watch. */
+void showTraffic(Server &server, bool toDaemon, std::span<const std::byte> bytes)
+{
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    const XmsTraffic traffic{std::chrono::duration_cast<std::chrono::milliseconds>(now).count(),
+                             toDaemon,
+                             {bytes.begin(), bytes.end()}};
+    const XmsJson line = {
+        {"time_ms", traffic.timeMs}, {"to_daemon", traffic.toDaemon}, {"bytes", xmsToHex(bytes)}};
+    xmsTellWatchers(server.clients, xmsJsonLine(line));
+    if (server.options.quiet)
+        return;
+    const std::string text = server.options.json ? xmsJsonLine(xmsTrafficJson(traffic))
+                                                 : xmsTrafficLine(traffic, server.options.paint);
+    std::puts(text.c_str());
+    std::fflush(stdout);
+}
+
+/** A remark on what happened, beside the traffic. */
+void remark(const Server &server, const std::string &text)
+{
+    if (!server.options.quiet)
+        std::fprintf(stderr, "xms: %s\n", text.c_str());
+}
+
+void tellProblem(Server &server, int client, const char *result, const std::string &problem)
+{
+    xmsTell(server.clients, client, xmsJsonLine({{"result", result}, {"problem", problem}}));
+}
+
+// what clients ask for
+
+void doSet(Server &server, int client, const XmsJson &command)
+{
+    const auto setting = xmsRecordFromHex(command.at("record").get<std::string>());
+    if (!setting)
+        return tellProblem(server, client, "error", "not a record");
+    const std::chrono::milliseconds timeout{command.at("timeout_ms").get<std::int64_t>()};
+    const XasMessage record = xmsEnterSetting(server.protocol, *setting, client, XmsClock::now() + timeout);
+    server.outgoing.push_back(record);
+    if (!xmsIsAnswered(record.xH.msgtype))
+        xmsTell(server.clients, client, xmsJsonLine({{"result", "sent"}, {"id", record.xH.id}}));
+}
+
+void doGet(Server &server, int client, const XmsJson &command)
+{
+    const auto request = xmsRecordFromHex(command.at("record").get<std::string>());
+    if (!request)
+        return tellProblem(server, client, "error", "not a record");
+    const auto stored = xmsReadStored(*request);
+    const XmsJson record = stored ? XmsJson(xmsToHex(*stored)) : XmsJson(nullptr);
+    xmsTell(server.clients, client, xmsJsonLine({{"result", "stored"}, {"record", record}}));
+}
+
+void doCommand(Server &server, int client, const std::string &line)
+{
+    try {
+        const XmsJson command = XmsJson::parse(line);
+        const auto what = command.at("do").get<std::string>();
+        if (what == "set")
+            doSet(server, client, command);
+        else if (what == "get")
+            doGet(server, client, command);
+        else if (what == "watch")
+            server.clients.all.at(client).watches = true;
+        else
+            tellProblem(server, client, "error", "unknown command " + what);
+    } catch (const XmsJson::exception &error) {
+        tellProblem(server, client, "error", error.what());
+    }
+}
+
+// what the daemon sends
+
+/** Keeps an applied setting; returns what went wrong, if anything. */
+std::string keep(Server &server, const XasMessage &setting)
+{
+    if (!xmsIsKept(setting.xH.msgtype))
+        return {};
+    std::string problem = xmsStoreApplied(setting);
+    if (!problem.empty())
+        remark(server, problem);
+    return problem;
+}
+
+void takeAcknowledgement(Server &server, const XasMessage &acknowledgement)
+{
+    const auto answered = xmsTakeAnswered(server.protocol, acknowledgement);
+    if (!answered)
+        return remark(server, "this answers nothing that was sent");
+    const bool isApplied = xasReadPayload<XasReplyPayload>(acknowledgement).success != 0;
+    const std::string problem = isApplied ? keep(server, answered->setting) : "";
+    const bool isStored = isApplied && problem.empty() && xmsIsKept(answered->setting.xH.msgtype);
+    const auto now = XmsClock::now();
+    const std::chrono::duration<double, std::milli> taken = now - answered->sent.value_or(now);
+    xmsTell(server.clients, answered->client,
+            xmsJsonLine({{"result", "answered"},
+                         {"id", answered->setting.xH.id},
+                         {"record", xmsToHex(acknowledgement)},
+                         {"ms", taken.count()},
+                         {"stored", isStored},
+                         {"problem", problem}}));
+}
+
+void takeRecord(Server &server, const XasMessage &record)
+{
+    switch (xmsArrivalOf(record)) {
+    case XmsArrival::acknowledgement:
+        return takeAcknowledgement(server, record);
+    case XmsArrival::request: // answers go before settings: the daemon waits for the next record it gets
+        return server.outgoing.push_front(xmsAnswerRequest(server.protocol, record, xmsReadStored(record)));
+    case XmsArrival::report:
+        return server.outgoing.push_front(xmsAnswerReport(server.protocol, record, keep(server, record)));
+    case XmsArrival::event:
+        return;
+    }
+}
+
+void receiveAll(Server &server)
+{
+    while (const auto bytes = xmsReceive(server.queues)) {
+        showTraffic(server, false, *bytes);
+        if (bytes->size() != sizeof(XasMessage))
+            continue;
+        XasMessage record;
+        std::memcpy(&record, bytes->data(), sizeof record);
+        takeRecord(server, record);
+    }
+}
+
+// what goes out
+
+void sendAll(Server &server)
+{
+    while (!server.outgoing.empty() && xmsSend(server.queues, server.outgoing.front())) {
+        const XasMessage record = server.outgoing.front();
+        server.outgoing.pop_front();
+        xmsMarkSent(server.protocol, record.xH.id, XmsClock::now());
+        showTraffic(server, true, bytesOf(record));
+    }
+}
+
+std::string timeoutText(const Server &server, const XmsPending &expired)
+{
+    const std::string what =
+        xasMsgLongName(expired.setting.xH.msgtype) + " #" + std::to_string(expired.setting.xH.id);
+    if (!expired.sent)
+        return what + " was not sent: the queue is full and nobody reads it; is xasd running?";
+    if (xmsUnread(server.queues) > 0)
+        return what + " was not acknowledged in time: nobody reads the queue; is xasd running?";
+    return what + " was not acknowledged in time: it was taken from the queue but not answered";
+}
+
+void expire(Server &server)
+{
+    for (const XmsPending &expired : xmsExpire(server.protocol, XmsClock::now())) {
+        const std::uint32_t id = expired.setting.xH.id;
+        if (!expired.sent)
+            std::erase_if(server.outgoing, [id](const XasMessage &record) { return record.xH.id == id; });
+        const std::string text = timeoutText(server, expired);
+        remark(server, text);
+        xmsTell(server.clients, expired.client,
+                xmsJsonLine({{"result", "timeout"}, {"id", id}, {"problem", text}}));
+    }
+}
+
+// the loop
+
+/** Blocks SIGINT and SIGTERM and makes them readable; an output that goes away is no reason to end. */
+XmsDescriptor catchSignals()
+{
+    std::signal(SIGPIPE, SIG_IGN);
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, SIGINT);
+    sigaddset(&set, SIGTERM);
+    sigprocmask(SIG_BLOCK, &set, nullptr);
+    return XmsDescriptor{signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK)};
+}
+
+/** Waits for something to do; true when it is time to end. */
+bool waitForWork(Server &server)
+{
+    const bool isAwaited = std::ranges::any_of(server.protocol.pending, &XmsPending::client);
+    const bool isBusy = isAwaited || !server.outgoing.empty();
+    std::vector<pollfd> waits = {{server.signals.get(), POLLIN, 0}, {server.listener.get(), POLLIN, 0}};
+    xmsAddToPoll(server.clients, waits);
+    poll(waits.data(), waits.size(), isBusy ? BUSY_INTERVAL_MS : IDLE_INTERVAL_MS);
+    return (waits.front().revents & POLLIN) != 0;
+}
+
+void serveOnce(Server &server)
+{
+    xmsAcceptClients(server.clients, server.listener);
+    xmsReadClients(server.clients,
+                   [&](int client, const std::string &line) { doCommand(server, client, line); });
+    receiveAll(server);
+    sendAll(server);
+    expire(server);
+    xmsFlushClients(server.clients);
+    for (const int client : xmsDropGone(server.clients))
+        xmsForgetClient(server.protocol, client);
+}
+
+/** Takes socket and queues away when the server ends, however it ends. */
+struct CleanUp {
+    const Server &server;
+    ~CleanUp()
+    {
+        unlink(server.options.socket.c_str());
+        if (!server.options.keepQueues)
+            xmsRemoveQueues(server.queues);
+    }
+};
+
+/** A daemon may still answer what an earlier server sent, so ids go on from a point it did not reach. */
+std::uint32_t firstId(const XmsQueues &queues)
+{
+    return queues.found ? static_cast<std::uint32_t>(std::time(nullptr)) : 1;
+}
+
+} // namespace
+
+void xmsServe(const XmsServeOptions &options)
+{
+    Server server{.options = options,
+                  .listener = xmsListen(options.socket),
+                  .signals = catchSignals(),
+                  .queues = xmsOpenQueues(),
+                  .clients = {},
+                  .protocol = {},
+                  .outgoing = {}};
+    server.protocol.nextId = firstId(server.queues);
+    remark(server,
+           "serving at " + options.socket + (server.queues.found ? ", queues found" : ", queues made"));
+    const CleanUp cleanUp{server};
+    while (!waitForWork(server))
+        serveOnce(server);
+    remark(server, "ended");
+}
