@@ -116,7 +116,7 @@ class Serving {
 
 /** Calls a service, which no exception leaves. */
 template <class Call>
-void serve(Call call) noexcept
+void serve(const Call &call) noexcept
 {
     try {
         call();
