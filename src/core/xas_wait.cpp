@@ -180,7 +180,8 @@ int systemWallTime(timeval *now)
 void systemBlock(int fd, nanoseconds atMost)
 {
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(atMost);
-    const timespec limit{.tv_sec = seconds.count(), .tv_nsec = (atMost - seconds).count()};
+    const timespec limit{.tv_sec = static_cast<time_t>(seconds.count()),
+                         .tv_nsec = static_cast<long>((atMost - seconds).count())};
     pollfd wake{.fd = fd, .events = POLLIN, .revents = 0};
     ::ppoll(&wake, 1, atMost < nanoseconds::zero() ? nullptr : &limit, nullptr);
 }
