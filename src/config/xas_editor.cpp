@@ -4,19 +4,8 @@
 #include "core/xas_text.h"
 
 #include <algorithm>
-#include <array>
 
 namespace {
-
-/** All that can be read; a directory reads as empty. */
-std::string readAll(FILE *file)
-{
-    std::string text;
-    std::array<char, 4096> chunk{};
-    for (std::size_t got = 0; (got = std::fread(chunk.data(), 1, chunk.size(), file)) > 0;)
-        text.append(chunk.data(), got);
-    return text;
-}
 
 bool writeLines(FILE *outFile, const XasEditTexts &texts, std::string_view text)
 {
@@ -57,7 +46,7 @@ int xasEditFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStat
         xasSetReply(*reply, XAS_RCODE_OPEN, texts.openReason);
         return 1;
     }
-    return finish(cf, texts, reply, edit(readAll(cf.inFile.get())));
+    return finish(cf, texts, reply, edit(xasReadAll(cf.inFile.get())));
 }
 
 int xasRegenerateFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStatus *reply,

@@ -2,6 +2,7 @@
 #ifndef XAS_CORE_XAS_FILE_H
 #define XAS_CORE_XAS_FILE_H
 
+#include <array>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -17,6 +18,16 @@ using XasFile = std::unique_ptr<FILE, XasFileCloser>;
 inline XasFile xasOpenFile(const std::string &path, const char *mode)
 {
     return XasFile{std::fopen(path.c_str(), (std::string{mode} + "e").c_str())};
+}
+
+/** All that can be read from here on; a directory reads as empty. */
+inline std::string xasReadAll(FILE *file)
+{
+    std::string text;
+    std::array<char, 4096> chunk{};
+    for (std::size_t got = 0; (got = std::fread(chunk.data(), 1, chunk.size(), file)) > 0;)
+        text.append(chunk.data(), got);
+    return text;
 }
 
 #endif
