@@ -2,6 +2,7 @@
 
 #include "config/xas_dns.h"
 #include "config/xas_hostname.h"
+#include "config/xas_update_eth.h"
 #include "core/xas_file.h"
 #include "core/xas_log.h"
 #include "wire/xas_message_names.h"
@@ -23,7 +24,7 @@ int xasUpdateNotBuilt(XasMessage *msg, const XasCfgFileList * /*cfgFiles*/, XasR
 using enum XasStartRule;
 
 constexpr std::array ROWS = {
-    XasDispatchRow{XMSG_ETH, "eth", xasUpdateNotBuilt, always},
+    XasDispatchRow{XMSG_ETH, "eth", xasUpdateEthCfg, always},
     XasDispatchRow{XMSG_HOSTNAME, "hostname", xasUpdateHostnameCfg, always},
     XasDispatchRow{XMSG_DNS, "dns", xasUpdateDnsCfg, always},
     XasDispatchRow{XMSG_FIREWALL, "firewall", xasUpdateNotBuilt, always},
@@ -48,7 +49,7 @@ constexpr std::array ROWS = {
     XasDispatchRow{XMSG_USER, "user", xasUpdateNotBuilt, always},
     XasDispatchRow{XMSG_USERLIST, "userlist", xasUpdateNotBuilt, always},
     XasDispatchRow{XMSG_NAT_NOTIFY, "nat", nullptr, always},
-    XasDispatchRow{XMSG_NOTIFY, "netlink", xasUpdateNotBuilt, always},
+    XasDispatchRow{XMSG_NOTIFY, "netlink", xasUpdateEthIfStatusCfg, always},
 };
 
 /** The applications that XMSG_APPLICATION names by index. */

@@ -1,0 +1,24 @@
+/**
+ * The handlers of the Ethernet settings. XMSG_ETH rewrites every network file: gateway precedence, kernel
+ * parameters, module options, the three interface files, the global network file, the alternate gateway.
+ * XMSG_NOTIFY only says in one interface file whether the interface comes up at boot.
+ */
+#ifndef XAS_CONFIG_XAS_UPDATE_ETH_H
+#define XAS_CONFIG_XAS_UPDATE_ETH_H
+
+#include "core/xas_appmgr.h"
+#include "core/xas_reply.h"
+#include "wire/xas_message.h"
+
+/**
+ * The handler of XMSG_ETH. Needs the files "gatewayprec", "kernel", "modprobe", "bond0", "eth0" and "eth1";
+ * "network" and "altgateway" are written when they are there. A failure rolls the earlier files back, but
+ * one of the network file does not keep the alternate gateway from being written, and one of the alternate
+ * gateway rolls back only its own file.
+ */
+int xasUpdateEthCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+
+/** The handler of XMSG_NOTIFY. Needs the file "eth0" or "eth1", that of the port which changed. */
+int xasUpdateEthIfStatusCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+
+#endif
