@@ -105,6 +105,27 @@ Backup makeBackup(const std::string &path, const std::string &backup)
     return made ? Backup::linked : Backup::failed;
 }
 
+/** Makes the backup the live file again; no backup remains. */
+bool takeBackup(const std::string &path)
+{
+    const std::string backup = path + ".old";
+    if (::rename(backup.c_str(), path.c_str()) != 0)
+        return false;
+    ::unlink(backup.c_str()); // it stays when both names were one file already
+    return true;
+}
+
+/** Puts an empty file at the live path; no temporary remains. */
+bool putEmptyFile(const XasCfgFile &cf)
+{
+    if (!createTemporary(cf, XasSecrecy::plain))
+        return false;
+    if (::rename(cf.tmpFileName.c_str(), cf.cfgFileName.c_str()) == 0)
+        return true;
+    ::unlink(cf.tmpFileName.c_str());
+    return false;
+}
+
 } // namespace
 
 int xasCfgOpenFiles(const char *cfgFileName, XasCfgFile *cf, XasSecrecy secrecy)
@@ -178,16 +199,34 @@ int xasSaveCfgFile(XasCfgFile *cf)
     return backup == Backup::failed ? 1 : 0;
 }
 
+int xasEmptyCfgFile(const char *cfgFileName)
+{
+    xasAssertGiven(cfgFileName, "cfgFileName");
+    XasCfgFile cf;
+    cf.cfgFileName = cfgFileName;
+    cf.tmpFileName = cf.cfgFileName + ".tmp";
+    const bool backedUp = xasIsRegularFile(cfgFileName) != 0 &&
+                          makeBackup(cf.cfgFileName, cf.cfgFileName + ".old") != Backup::failed;
+    if (!backedUp)
+        xasLogError("Error renaming old config file \"%s\"\n", cfgFileName);
+    if (!putEmptyFile(cf)) {
+        xasLogError("Error opening file \"%s\"\n", cfgFileName);
+        if (!takeBackup(cf.cfgFileName))
+            xasLogError("Error renaming old config file \"%s\"\n", cfgFileName);
+        return 1;
+    }
+    syncDirectory(cf.cfgFileName);
+    return backedUp ? 0 : 1;
+}
+
 int xasRestoreCfgFile(const char *cfgFileName)
 {
     xasAssertGiven(cfgFileName, "cfgFileName");
     xasAssert(std::strlen(cfgFileName) > 0, "strlen(cfgFileName) > 0");
-    const std::string backup = std::string{cfgFileName} + ".old";
-    if (::rename(backup.c_str(), cfgFileName) != 0) {
+    if (!takeBackup(cfgFileName)) {
         xasLogError("Error restoring old config file \"%s\"\n", cfgFileName);
         return 1;
     }
-    ::unlink(backup.c_str()); // it stays when both names were one file already
     syncDirectory(cfgFileName);
     return 0;
 }

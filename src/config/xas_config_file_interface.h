@@ -53,6 +53,13 @@ void xasCloseCfgFile(XasCfgFile *cf);
  */
 int xasSaveCfgFile(XasCfgFile *cf);
 
+/**
+ * Empties a file: its content becomes the backup, an empty file of the same mode and owner becomes live. When
+ * there is no content to back up this is logged, the empty file is still made, and the result is 1. When the
+ * empty file cannot be made the backup becomes the live file again.
+ */
+int xasEmptyCfgFile(const char *cfgFileName);
+
 /** Rolls one file back: the backup becomes the live file again, and no backup remains. */
 int xasRestoreCfgFile(const char *cfgFileName);
 

@@ -9,6 +9,10 @@ namespace {
 
 bool writeLines(FILE *outFile, const XasEditTexts &texts, std::string_view text)
 {
+    if (texts.writeLog == nullptr) {
+        std::fwrite(text.data(), 1, text.size(), outFile);
+        return true;
+    }
     bool isFirst = true;
     while (!text.empty()) {
         const std::size_t feed = std::min(text.find('\n'), text.size() - 1);
@@ -26,10 +30,13 @@ bool writeLines(FILE *outFile, const XasEditTexts &texts, std::string_view text)
 int finish(XasCfgFile &cf, const XasEditTexts &texts, XasReplyStatus *reply, const XasNewText &newText)
 {
     const bool written = writeLines(cf.outFile.get(), texts, newText.text);
+    if (!written && texts.writeReason != nullptr)
+        xasSetReply(*reply, XAS_RCODE_SAVE, texts.writeReason);
     if (!written || !newText.complete) {
         xasCloseCfgFile(&cf);
         return 1;
     }
+    writeLines(cf.outFile.get(), texts, newText.tail);
     const int result = xasSaveCfgFile(&cf);
     if (result != 0)
         xasSetReply(*reply, XAS_RCODE_SAVE, texts.saveReason);

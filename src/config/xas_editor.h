@@ -17,12 +17,14 @@
 /** What an editor says when it fails. */
 struct XasEditTexts {
     const char *openReason; /**< reason when the files cannot be opened (rcode 2) */
-    const char *writeLog;   /**< logged when a line cannot be written; the reply then stays as it is */
+    const char *writeLog;   /**< logged when a line cannot be written; null: only the save notices */
     const char *saveReason; /**< reason when the new file cannot be saved (rcode 3) */
     XasSecrecy secrecy = XasSecrecy::plain;
     /** Picks what is logged for a line of the new file where not every line has the same text; usually none.
      */
     const char *(*writeLogOf)(std::string_view line, bool isFirst) = nullptr;
+    /** Reason when a line cannot be written (rcode 3); usually none, the reply then stays as it is. */
+    const char *writeReason = nullptr;
 };
 
 /** The new text of a file, or as much of it as there is when its editor gives up. */
@@ -34,6 +36,7 @@ struct XasNewText {
 
     std::string text;
     bool complete = true; /**< false: `text` stays in the temporary, nothing is saved; the editor said why */
+    std::string tail;     /**< stands behind `text`; when it cannot be written, the save is tried and fails */
 };
 
 /** Edits an existing file. Returns 0; or 1, the failure being logged and, but for a failed write, in `reply`.

@@ -132,6 +132,11 @@ std::string xasHostToStr(const XasHostAddr &host)
     return xasIPv6ToStr(address.data());
 }
 
+bool xasIsHostGiven(const XasHostAddr &host)
+{
+    return host.is_name == 0 || host.value[0] != '\0';
+}
+
 int xasIsRegularFile(const char *path)
 {
     return isOfKind(path, S_IFREG) ? 1 : 0;

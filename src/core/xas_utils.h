@@ -31,6 +31,9 @@ std::uint32_t xasHostByName(const std::string &name);
 /** The name, the IPv4 text or the IPv6 text of a host record. */
 std::string xasHostToStr(const XasHostAddr &host);
 
+/** True when a host record holds an address (0.0.0.0 is one) or a name that is not empty. */
+bool xasIsHostGiven(const XasHostAddr &host);
+
 /** 1 when `path` is a regular file, links followed. */
 int xasIsRegularFile(const char *path);
 
