@@ -8,6 +8,7 @@
 #include "core/xas_log_maintenance.h"
 #include "core/xas_startup.h"
 #include "core/xas_wait.h"
+#include "dispatch/xas_ipfilter_timer.h"
 #include "dispatch/xas_process_msg.h"
 
 #include <cstdlib>
@@ -30,7 +31,10 @@ void installSignals(XasAppList &apps)
 /** What is done while no message waits. */
 XasIdleResult doIdleWork(XasMessage &msg)
 {
-    return xasPollLinks(msg, xasIsBondingOn());
+    const XasIdleResult result = xasPollLinks(msg, xasIsBondingOn());
+    if (result != XasIdleResult::failed)
+        xasIPFilterTimerTick();
+    return result;
 }
 
 } // namespace

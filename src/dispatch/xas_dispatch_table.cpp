@@ -2,9 +2,15 @@
 
 #include "config/xas_dns.h"
 #include "config/xas_hostname.h"
+#include "config/xas_ntp.h"
+#include "config/xas_routing.h"
+#include "config/xas_timezone.h"
 #include "config/xas_update_eth.h"
+#include "config/xas_update_syslog.h"
 #include "core/xas_file.h"
 #include "core/xas_log.h"
+#include "dispatch/xas_update_firewall.h"
+#include "dispatch/xas_vpn.h"
 #include "wire/xas_message_names.h"
 
 #include <algorithm>
@@ -27,14 +33,14 @@ constexpr std::array ROWS = {
     XasDispatchRow{XMSG_ETH, "eth", xasUpdateEthCfg, always},
     XasDispatchRow{XMSG_HOSTNAME, "hostname", xasUpdateHostnameCfg, always},
     XasDispatchRow{XMSG_DNS, "dns", xasUpdateDnsCfg, always},
-    XasDispatchRow{XMSG_FIREWALL, "firewall", xasUpdateNotBuilt, always},
-    XasDispatchRow{XMSG_IPFILTER_SET, "firewall", xasUpdateNotBuilt, always},
-    XasDispatchRow{XMSG_IPFILTER_ASSIGN, "firewall", xasUpdateNotBuilt, always},
-    XasDispatchRow{XMSG_ROUTING, "router", xasUpdateNotBuilt, word0or1},
-    XasDispatchRow{XMSG_VPN, "ipsec", xasUpdateNotBuilt, word0},
-    XasDispatchRow{XMSG_TIMEZONE, "timezone", xasUpdateNotBuilt, always},
-    XasDispatchRow{XMSG_NTP, "ntp", xasUpdateNotBuilt, word0},
-    XasDispatchRow{XMSG_SYSLOG, "syslog", xasUpdateNotBuilt, always},
+    XasDispatchRow{XMSG_FIREWALL, "firewall", xasUpdateFirewall, always},
+    XasDispatchRow{XMSG_IPFILTER_SET, "firewall", xasUpdateFirewall, always},
+    XasDispatchRow{XMSG_IPFILTER_ASSIGN, "firewall", xasUpdateFirewall, always},
+    XasDispatchRow{XMSG_ROUTING, "router", xasUpdateRoutingCfg, word0or1},
+    XasDispatchRow{XMSG_VPN, "ipsec", xasUpdateVPNCfg, word0},
+    XasDispatchRow{XMSG_TIMEZONE, "timezone", xasUpdateTimezoneCfg, always},
+    XasDispatchRow{XMSG_NTP, "ntp", xasUpdateNtpCfg, word0},
+    XasDispatchRow{XMSG_SYSLOG, "syslog", xasUpdateSyslogCfg, always},
     XasDispatchRow{XMSG_SNMP, "snmp", xasUpdateNotBuilt, word0},
     XasDispatchRow{XMSG_NFS, "nfs", xasUpdateNotBuilt, always},
     XasDispatchRow{XMSG_CIFS, "samba", xasUpdateNotBuilt, word0},
