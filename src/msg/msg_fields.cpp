@@ -32,8 +32,10 @@ void appendGroup(std::span<const XasMsgField> members, std::vector<XasMsgFieldAt
 
 /** The types that are described, in the order of their numbers. */
 const std::array DESCRIBED = {
-    &XAS_ETH_FIELDS,      &XAS_HOSTNAME_FIELDS,   &XAS_DNS_FIELDS,    &XAS_APPLICATION_FIELDS,
-    &XAS_USERLIST_FIELDS, &XAS_NAT_NOTIFY_FIELDS, &XAS_NOTIFY_FIELDS, &XAS_ACKNAK_FIELDS,
+    &XAS_ETH_FIELDS,         &XAS_HOSTNAME_FIELDS, &XAS_DNS_FIELDS,        &XAS_FIREWALL_FIELDS,
+    &XAS_ROUTING_FIELDS,     &XAS_TIMEZONE_FIELDS, &XAS_NTP_FIELDS,        &XAS_SYSLOG_FIELDS,
+    &XAS_APPLICATION_FIELDS, &XAS_USERLIST_FIELDS, &XAS_NAT_NOTIFY_FIELDS, &XAS_NOTIFY_FIELDS,
+    &XAS_ACKNAK_FIELDS,
 };
 
 } // namespace

@@ -7,6 +7,11 @@
 extern const XasMsgFields XAS_ETH_FIELDS;         // msg_fields_eth.cpp
 extern const XasMsgFields XAS_HOSTNAME_FIELDS;    // msg_fields_hostname.cpp
 extern const XasMsgFields XAS_DNS_FIELDS;         // msg_fields_dns.cpp
+extern const XasMsgFields XAS_FIREWALL_FIELDS;    // msg_fields_firewall.cpp
+extern const XasMsgFields XAS_ROUTING_FIELDS;     // msg_fields_routing.cpp
+extern const XasMsgFields XAS_TIMEZONE_FIELDS;    // msg_fields_timezone.cpp
+extern const XasMsgFields XAS_NTP_FIELDS;         // msg_fields_ntp.cpp
+extern const XasMsgFields XAS_SYSLOG_FIELDS;      // msg_fields_syslog.cpp
 extern const XasMsgFields XAS_APPLICATION_FIELDS; // msg_fields_application.cpp
 extern const XasMsgFields XAS_USERLIST_FIELDS;    // msg_fields_userlist.cpp
 extern const XasMsgFields XAS_NAT_NOTIFY_FIELDS;  // msg_fields_notify.cpp
