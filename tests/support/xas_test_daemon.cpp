@@ -73,6 +73,17 @@ pid_t liveGroupOf(const std::string &pid)
     return state == 'Z' || state == 'X' ? 0 : group;
 }
 
+/** True when the process has a handler of its own for the signal. */
+bool catches(pid_t pid, int signal)
+{
+    std::ifstream file{"/proc/" + std::to_string(pid) + "/status"};
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with("SigCgt:"))
+            return (std::stoull(line.substr(7), nullptr, 16) >> (signal - 1) & 1U) != 0;
+    }
+    return false;
+}
+
 } // namespace
 
 XasTestQueues::XasTestQueues() : toXms{makeQueue(KEY_TO_XMS)}, fromXms{makeQueue(KEY_FROM_XMS)} {}
@@ -167,6 +178,7 @@ void XasTestDaemon::startWithList(const std::string &sysapp)
     process = startProgram({"-f", "-c", list}, dir.path("output"), dir.path("errors"));
     ended.reset();
     ASSERT_TRUE(log.await("Initializing application server\n")) << errors();
+    ASSERT_TRUE(xasEventually([this] { return catches(process, SIGTERM); })) << errors();
 }
 
 XasMessage XasTestDaemon::ask(const XasMessage &msg, std::chrono::milliseconds atMost)

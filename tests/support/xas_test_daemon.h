@@ -59,7 +59,7 @@ class XasTestDaemon {
     XasTestDaemon(const XasTestDaemon &) = delete;
     XasTestDaemon &operator=(const XasTestDaemon &) = delete;
 
-    /** Writes the application list and starts the daemon in the foreground; waits until it has begun. */
+    /** Writes the application list and starts the daemon in the foreground; waits until it serves signals. */
     void start(const std::vector<XasTestApp> &apps);
     void startWithList(const std::string &sysapp);
 
