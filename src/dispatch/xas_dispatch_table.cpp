@@ -1,5 +1,8 @@
 #include "dispatch/xas_dispatch_table.h"
 
+#include "auth/xas_nfs.h"
+#include "auth/xas_samba.h"
+#include "auth/xas_snmp.h"
 #include "config/xas_dns.h"
 #include "config/xas_hostname.h"
 #include "config/xas_ntp.h"
@@ -41,9 +44,9 @@ constexpr std::array ROWS = {
     XasDispatchRow{XMSG_TIMEZONE, "timezone", xasUpdateTimezoneCfg, always},
     XasDispatchRow{XMSG_NTP, "ntp", xasUpdateNtpCfg, word0},
     XasDispatchRow{XMSG_SYSLOG, "syslog", xasUpdateSyslogCfg, always},
-    XasDispatchRow{XMSG_SNMP, "snmp", xasUpdateNotBuilt, word0},
-    XasDispatchRow{XMSG_NFS, "nfs", xasUpdateNotBuilt, always},
-    XasDispatchRow{XMSG_CIFS, "samba", xasUpdateNotBuilt, word0},
+    XasDispatchRow{XMSG_SNMP, "snmp", xasUpdateSNMPCfg, word0},
+    XasDispatchRow{XMSG_NFS, "nfs", xasUpdateNFSCfg, always},
+    XasDispatchRow{XMSG_CIFS, "samba", xasUpdateSambaCfg, word0},
     XasDispatchRow{XMSG_AUTH, "authentication", xasUpdateNotBuilt, always},
     XasDispatchRow{XMSG_LOCALUSERS, "localuser", xasUpdateNotBuilt, word0},
     XasDispatchRow{XMSG_NIS, "ypbind", xasUpdateNotBuilt, word0},

@@ -1,0 +1,135 @@
+#include "auth/xas_samba.h"
+
+#include "core/xas_assert.h"
+#include "core/xas_log.h"
+#include "core/xas_text.h"
+#include "core/xas_utils.h"
+
+namespace {
+
+constexpr std::uint32_t INVALID_PASSWORD = 1;
+
+/** The open failure names another file; the message is the system's own. */
+constexpr XasEditTexts SMB_TEXTS{
+    .openReason = "Error opening Ethernet config file",
+    .writeLog = "Error printing line to SMB config file\n",
+    .saveReason = "Error saving new SMB/CIFS config file",
+};
+
+constexpr XasEditTexts SMBPASSWD_TEXTS{
+    .openReason = "Error opening samba/smbpasswd config file",
+    .writeLog = nullptr,
+    .saveReason = "Error saving new smbpasswd config file",
+    .secrecy = XasSecrecy::secret,
+};
+
+std::string keyOf(std::string_view line)
+{
+    std::string key{xasFirstToken(line, " =")};
+    return xasTrimString(key.data());
+}
+
+std::string smbLine(const char *key, const std::string &value)
+{
+    return xasFormatLine("   %s = %s\n", key, value.c_str());
+}
+
+std::string interfaces(const XasCifsPayload &cifs)
+{
+    return std::string{"127.0.0.1 "} + (cifs.eth1 != 0 ? "eth0 " : "") + (cifs.eth2 != 0 ? "eth1" : "");
+}
+
+bool isComplete(const XasCifsPayload &cifs)
+{
+    return !xasFieldText(cifs.lanman_pwd).empty() && !xasFieldText(cifs.nt_pwd).empty() &&
+           !xasFieldText(cifs.lct_field).empty();
+}
+
+int failMissing(const char *logText)
+{
+    xasLogError("%s", logText);
+    return 1;
+}
+
+} // namespace
+
+std::string xasSmbText(std::string_view oldText, const XasCifsPayload &cifs)
+{
+    std::string newText;
+    xasForEachLine(oldText, [&](std::string_view line) {
+        const bool isComment = line.starts_with('#') || line.starts_with(';');
+        const std::string key = isComment ? std::string{} : keyOf(line);
+        if (key == "workgroup")
+            newText += smbLine("workgroup", std::string{xasFieldText(cifs.workgroup)});
+        else if (key == "interfaces")
+            newText += smbLine("interfaces", interfaces(cifs));
+        else
+            newText += line;
+    });
+    return newText;
+}
+
+XasNewText xasSmbPassText(std::string_view oldText, const XasCifsPayload &cifs, XasReplyStatus *reply)
+{
+    std::string newText;
+    xasForEachLine(oldText, [&](std::string_view line) {
+        if (line.starts_with('#') || cifs.enabled == 0 || !line.starts_with("cifs"))
+            newText += line;
+    });
+    if (cifs.enabled == 0)
+        return newText;
+    const std::string lanman{xasFieldText(cifs.lanman_pwd)};
+    const std::string nt{xasFieldText(cifs.nt_pwd)};
+    const std::string changed{xasFieldText(cifs.lct_field)};
+    if (!isComplete(cifs)) {
+        xasLogError("Invalid samba password, lanman_pwd = %s, nt_pwd = %s, lct_field = %s\n", lanman.c_str(),
+                    nt.c_str(), changed.c_str());
+        xasSetReply(*reply, INVALID_PASSWORD, "Invalid samba password");
+        return {newText, false};
+    }
+    newText += xasFormatLine("cifsuser:100:%s:%s:[U          ]:%s:Cifs User\n", lanman.c_str(), nt.c_str(),
+                             changed.c_str());
+    return newText;
+}
+
+int xasEditSMBCfgFile(const char *cfgFileName, const XasCifsPayload *cifs, XasReplyStatus *reply)
+{
+    xasAssertGiven(cfgFileName, "cfgFileName");
+    return xasEditFile(cfgFileName, SMB_TEXTS, reply,
+                       [&](std::string_view oldText) { return xasSmbText(oldText, *cifs); });
+}
+
+int xasEditSMBPassCfgFile(const char *cfgFileName, const XasCifsPayload *cfgSmbPassCfg, XasReplyStatus *reply)
+{
+    xasAssertGiven(cfgFileName, "cfgFileName");
+    xasAssertGiven(cfgSmbPassCfg, "cfgSmbPassCfg");
+    return xasEditFile(cfgFileName, SMBPASSWD_TEXTS, reply, [&](std::string_view oldText) {
+        return xasSmbPassText(oldText, *cfgSmbPassCfg, reply);
+    });
+}
+
+int xasUpdateSambaCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
+{
+    xasAssertGiven(msg, "msg");
+    xasAssert(XMSG_CIFS == msg->xH.msgtype, "XMSG_CIFS == msg->xH.msgtype");
+    xasAssertGiven(cfgFiles, "cfgFiles");
+    const char *smb = xasGetCfgFilePath("smb", *cfgFiles);
+    if (smb == nullptr)
+        return failMissing("Error determining SMB fstab config file\n");
+    const char *smbpasswd = xasGetCfgFilePath("smbpasswd", *cfgFiles);
+    if (smbpasswd == nullptr)
+        return failMissing("Error determining smbpasswd config file\n");
+    const auto cifs = xasReadPayload<XasCifsPayload>(*msg);
+    if (cifs.enabled == 0)
+        return 0;
+    if (const int result = xasEditSMBCfgFile(smb, &cifs, reply); result != 0) {
+        xasLogError("Error editing SMB config file\n");
+        return result;
+    }
+    const int result = xasEditSMBPassCfgFile(smbpasswd, &cifs, reply);
+    if (result != 0) {
+        xasLogError("Error editing smbpasswd file\n");
+        xasRestoreCfgFile(smb);
+    }
+    return result;
+}
