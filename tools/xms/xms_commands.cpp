@@ -125,7 +125,7 @@ std::string xmsOutcomeText(const XmsOutcome &outcome, XmsPaint paint)
     if (outcome.result == "sent")
         return start + "sent (never answered)";
     if (outcome.result == "timeout")
-        return start + xmsPainted(paint, XmsInk::bad, "no acknowledgement") + ", " + outcome.problem;
+        return start + xmsPainted(paint, XmsInk::bad, "no acknowledgement in time") + ": " + outcome.problem;
     const XmsInk ink = outcome.reply.success != 0 ? XmsInk::good : XmsInk::bad;
     const std::string_view reason = xasFieldText(outcome.reply.rstr);
     const std::string reasonText = reason.empty() ? "no reason given" : "\"" + xmsEscaped(reason) + "\"";

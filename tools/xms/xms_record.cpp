@@ -108,23 +108,28 @@ XasMessage xmsDefaultRecord(std::uint32_t msgtype)
     return record;
 }
 
-void xmsAssign(XasMessage &record, const std::vector<XmsAssignment> &assignments, XasValueCheck check)
+void xmsAssignIn(std::span<std::byte> block, const XasMsgFields &fields,
+                 const std::vector<XmsAssignment> &assignments, XasValueCheck check)
 {
-    if (assignments.empty())
-        return;
-    const XasMsgFields &fields = fieldsToSet(record.xH.msgtype);
-    const std::span<std::byte> bytes = std::as_writable_bytes(std::span{&record, 1});
     std::vector<const XasMsgGroup *> touched;
     for (const XmsAssignment &assignment : assignments) {
         const XasMsgFieldAt where = findField(fields, assignment.name);
-        if (!xasMsgIsUsed(bytes, where))
-            xasMsgSetElementDefaults(bytes, fields, *where.field->group, where.element);
-        const std::string complaint = xasMsgSetValue(bytes, where, assignment.value, check);
+        if (!xasMsgIsUsed(block, where))
+            xasMsgSetElementDefaults(block, fields, *where.field->group, where.element);
+        const std::string complaint = xasMsgSetValue(block, where, assignment.value, check);
         if (!complaint.empty())
             complain(assignment.name + ": " + complaint);
         touched.push_back(where.field->group);
     }
-    updateCounts(bytes, fields, touched, assignments);
+    updateCounts(block, fields, touched, assignments);
+}
+
+void xmsAssign(XasMessage &record, const std::vector<XmsAssignment> &assignments, XasValueCheck check)
+{
+    if (assignments.empty())
+        return;
+    xmsAssignIn(std::as_writable_bytes(std::span{&record, 1}), fieldsToSet(record.xH.msgtype), assignments,
+                check);
 }
 
 void xmsSetRawPayload(XasMessage &record, std::string_view hex)

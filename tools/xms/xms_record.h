@@ -26,9 +26,14 @@ std::vector<XmsAssignment> xmsParseAssignments(const std::vector<std::string> &a
 XasMessage xmsDefaultRecord(std::uint32_t msgtype);
 
 /**
- * Sets the named fields. The first field set in an unused element of a group brings in that element's
- * defaults, and a field that counts a group follows it unless it is named itself.
+ * Sets the named fields in a block that `fields` describes. The first field set in an unused element of a
+ * group brings in that element's defaults, and a field that counts a group follows it unless it is named
+ * itself.
  */
+void xmsAssignIn(std::span<std::byte> block, const XasMsgFields &fields,
+                 const std::vector<XmsAssignment> &assignments, XasValueCheck check);
+
+/** The same for a message record, by the description of its type. */
 void xmsAssign(XasMessage &record, const std::vector<XmsAssignment> &assignments,
                XasValueCheck check = XasValueCheck::allowed);
 

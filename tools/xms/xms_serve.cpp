@@ -29,9 +29,9 @@ struct Server {
     XmsDescriptor listener;
     XmsDescriptor signals;
     XmsQueues queues;
+    std::deque<XasMessage> outgoing; /**< what the daemon's queue had no room for yet */
     XmsClients clients;
     XmsProtocol protocol;
-    std::deque<XasMessage> outgoing; /**< what the daemon's queue had no room for yet */
 };
 
 std::span<const std::byte> bytesOf(const XasMessage &record)
@@ -181,15 +181,14 @@ void sendAll(Server &server)
     }
 }
 
-std::string timeoutText(const Server &server, const XmsPending &expired)
+/** Why an acknowledgement may be missing. */
+std::string timeoutCause(const Server &server, const XmsPending &expired)
 {
-    const std::string what =
-        xasMsgLongName(expired.setting.xH.msgtype) + " #" + std::to_string(expired.setting.xH.id);
     if (!expired.sent)
-        return what + " was not sent: the queue is full and nobody reads it; is xasd running?";
+        return "not even sent, the queue is full and nobody reads it; is xasd running?";
     if (xmsUnread(server.queues) > 0)
-        return what + " was not acknowledged in time: nobody reads the queue; is xasd running?";
-    return what + " was not acknowledged in time: it was taken from the queue but not answered";
+        return "nobody reads the queue; is xasd running?";
+    return "it was taken from the queue but not answered";
 }
 
 void expire(Server &server)
@@ -198,10 +197,11 @@ void expire(Server &server)
         const std::uint32_t id = expired.setting.xH.id;
         if (!expired.sent)
             std::erase_if(server.outgoing, [id](const XasMessage &record) { return record.xH.id == id; });
-        const std::string text = timeoutText(server, expired);
-        remark(server, text);
+        const std::string cause = timeoutCause(server, expired);
+        remark(server, xasMsgShortName(expired.setting.xH.msgtype) + " #" + std::to_string(id) +
+                           ": no acknowledgement in time: " + cause);
         xmsTell(server.clients, expired.client,
-                xmsJsonLine({{"result", "timeout"}, {"id", id}, {"problem", text}}));
+                xmsJsonLine({{"result", "timeout"}, {"id", id}, {"problem", cause}}));
     }
 }
 
@@ -268,9 +268,9 @@ void xmsServe(const XmsServeOptions &options)
                   .listener = xmsListen(options.socket),
                   .signals = catchSignals(),
                   .queues = xmsOpenQueues(),
+                  .outgoing = {},
                   .clients = {},
-                  .protocol = {},
-                  .outgoing = {}};
+                  .protocol = {}};
     server.protocol.nextId = firstId(server.queues);
     remark(server,
            "serving at " + options.socket + (server.queues.found ? ", queues found" : ", queues made"));

@@ -55,11 +55,11 @@ std::string summary(const XasMessage &record, XmsPaint paint)
     if (record.xH.msgtype != XMSG_ACKNAK)
         return xmsFieldsLine(record);
     const auto reply = xasReadPayload<XasReplyPayload>(record);
-    const std::string reason = xmsQuoted(xasFieldText(reply.rstr));
     if (reply.success != 0)
         return xmsPainted(paint, XmsInk::good, "applied");
+    const std::string_view reason = xasFieldText(reply.rstr);
     return xmsPainted(paint, XmsInk::bad, "refused") + " rcode=" + std::to_string(reply.rcode) +
-           " rstr=" + reason;
+           (reason.empty() ? "" : " rstr=" + xmsQuoted(reason));
 }
 
 std::string oddText(const XmsTraffic &traffic)
@@ -173,7 +173,8 @@ std::string xmsTrafficLine(const XmsTraffic &traffic, XmsPaint paint)
     if (head.orig_id != 0)
         line += "  to #" + std::to_string(head.orig_id);
     const std::string text = summary(record, paint);
-    return text.empty() ? line : line + "  " + text;
+    line = text.empty() ? line : line + "  " + text;
+    return line.substr(0, line.find_last_not_of(' ') + 1);
 }
 
 XmsJson xmsTrafficJson(const XmsTraffic &traffic)

@@ -41,12 +41,14 @@ bool writeWhole(const std::string &path, const XasMessage &record)
 std::string writeRecord(const std::string &path, const XasMessage &record)
 {
     const std::string temporary = path + ".tmp";
-    if (!writeWhole(temporary, record)) {
-        const std::string text = failure("write", temporary);
+    std::string problem;
+    if (!writeWhole(temporary, record))
+        problem = failure("write", temporary);
+    else if (std::rename(temporary.c_str(), path.c_str()) != 0)
+        problem = failure("replace", path);
+    if (!problem.empty())
         unlink(temporary.c_str());
-        return text;
-    }
-    return std::rename(temporary.c_str(), path.c_str()) == 0 ? "" : failure("replace", path);
+    return problem;
 }
 
 } // namespace
