@@ -1,0 +1,81 @@
+/** The dispatcher inside the test program: real queues, scripts and files, time that passes only in waits. */
+#ifndef XAS_DISPATCHER_FIXTURE_H
+#define XAS_DISPATCHER_FIXTURE_H
+
+#include "core/xas_daemon.h"
+#include "core/xas_msgqueue.h"
+#include "core/xas_wait.h"
+#include "dispatch/xas_process_msg.h"
+#include "support/xas_test_apps.h"
+#include "support/xas_test_clock.h"
+#include "support/xas_test_daemon.h"
+#include "support/xas_test_log.h"
+
+#include <csignal>
+
+/** Signals are served as in the daemon. */
+class XasDispatcherTest : public testing::Test {
+  protected:
+    XasDispatcherTest()
+    {
+        xasInstallSignals({
+            .terminate = [] {},
+            .alarm = [] {},
+            .childExited = [this](pid_t pid, int status) { xasReapChild(apps, pid, status); },
+        });
+        if (xasInitMsgQueues() != 0)
+            throw std::runtime_error{"no queues"};
+        stubs.put("/bin/killall");
+    }
+
+    ~XasDispatcherTest() override
+    {
+        for (const XasApp &app : apps) {
+            for (const XasDaemon &daemon : app.daemons) {
+                if (daemon.pid > 0)
+                    ::kill(daemon.pid, SIGKILL);
+            }
+        }
+    }
+
+    /** One message from the queue to its end. Returns the dispatcher's result. */
+    int process(const XasMessage &msg)
+    {
+        queues.send(msg);
+        return xasProcessMsg(apps, [](XasMessage &) { return XasIdleResult::failed; });
+    }
+
+    /** The acknowledgement, which must be there. */
+    XasMessage answer()
+    {
+        const auto msg = queues.receive(std::chrono::milliseconds{0});
+        EXPECT_TRUE(msg) << "no acknowledgement";
+        return msg.value_or(XasMessage{});
+    }
+
+    /** The acknowledgement to a message: "1 0 reason" for success, rcode and rstr. */
+    std::string outcome(const XasMessage &msg)
+    {
+        EXPECT_EQ(process(msg), 0);
+        const XasMessage reply = answer();
+        EXPECT_EQ(reply.xH.orig_id, msg.xH.id);
+        return std::to_string(xasMessageWord(reply, 120)) + " " + std::to_string(xasMessageWord(reply, 128)) +
+               " " + xasMessageText(reply, 132);
+    }
+
+    /** True when nothing was answered. */
+    bool isSilent() { return !queues.receive(std::chrono::milliseconds{0}); }
+
+    XasApp &app(std::string_view name) { return *xasFindApp(name, apps); }
+
+    /** A script of an application; its calls are noted. */
+    std::string script(std::string_view name, int exitStatus = 0) { return stubs.make(name, exitStatus); }
+
+    XasTestQueues queues;
+    XasTestClock clock;
+    XasStubs stubs;
+    XasAppList apps;
+    XasLogCapture log;
+};
+
+#endif
