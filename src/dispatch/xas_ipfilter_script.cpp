@@ -44,16 +44,19 @@ XasLiteral targetOption(std::uint32_t target)
     return TARGETS[std::min<std::size_t>(target, TARGETS.size() - 1)];
 }
 
-/** A line of the script; one that is too long is cut, or left out where a cut would change its meaning. */
-std::string scriptLine(XasShellCommand command)
+/** Adds a line; one that is too long is cut, or left out where a cut would change its meaning. */
+void addLine(XasFilterLines &lines, XasShellCommand command)
 {
-    return command.fit(XAS_FILTER_COMMAND_SIZE) ? command.str() + "\n" : std::string{};
+    if (command.fit(XAS_FILTER_COMMAND_SIZE - 1))
+        lines.text += command.str() + "\n";
+    else
+        lines.complete = false;
 }
 
-std::string chainLine(XasLiteral action, std::string_view chain)
+void addChainLine(XasFilterLines &lines, XasLiteral action, std::string_view chain)
 {
     XasShellCommand command{"${IPTABLES} "};
-    return scriptLine(command.text(action).text(" ").word(chain));
+    addLine(lines, command.text(action).text(" ").word(chain));
 }
 
 void appendSource(XasShellCommand &command, const XasIpFilterRule &rule)
@@ -67,14 +70,15 @@ void appendSource(XasShellCommand &command, const XasIpFilterRule &rule)
 }
 
 /** One rule line; `port` empty: whatever the port. */
-std::string ruleLine(std::string_view chain, const XasIpFilterRule &rule, std::string_view port)
+void addRuleLine(XasFilterLines &lines, std::string_view chain, const XasIpFilterRule &rule,
+                 std::string_view port)
 {
     XasShellCommand command{"${IPTABLES} -A "};
     command.word(chain).text(protocolOption(rule.protocol));
     appendSource(command, rule);
     if (!port.empty())
         command.text(" --destination-port ").word(port);
-    return scriptLine(command.text(targetOption(rule.target)));
+    addLine(lines, command.text(targetOption(rule.target)));
 }
 
 bool hasPorts(const XasIpFilterRule &rule)
@@ -84,17 +88,15 @@ bool hasPorts(const XasIpFilterRule &rule)
     return !portless && !xasFieldText(rule.portrange).empty();
 }
 
-std::string ruleLines(std::string_view chain, const XasIpFilterRule &rule)
+void addRule(XasFilterLines &lines, std::string_view chain, const XasIpFilterRule &rule)
 {
     if (rule.protocol == PROTOCOL_NONE)
-        return {};
+        return;
     if (!hasPorts(rule))
-        return ruleLine(chain, rule, {});
-    std::string lines;
+        return addRuleLine(lines, chain, rule, {});
     std::string_view ports = xasFieldText(rule.portrange);
     for (auto port = xasNextToken(ports, ","); !port.empty(); port = xasNextToken(ports, ","))
-        lines += ruleLine(chain, rule, port);
-    return lines;
+        addRuleLine(lines, chain, rule, port);
 }
 
 /** The rules that the message really holds. */
@@ -105,8 +107,9 @@ std::span<const XasIpFilterRule> rulesOf(const XasIpFilterSetPayload &set)
     return std::span{set.rules}.first(std::min(set.num_rules, XAS_FILTER_RULES_MAX));
 }
 
-/** The jump rule of one interface as stored; empty when it has no set. `name`: "eth0" and so on. */
-std::string inputLine(std::uint32_t ifaceType, unsigned ifaceId, XasLiteral kind, unsigned number)
+/** Adds the jump rule of one interface as stored, if it has a set. `kind` and `number` name the device. */
+void addInputLine(XasFilterLines &lines, std::uint32_t ifaceType, unsigned ifaceId, XasLiteral kind,
+                  unsigned number)
 {
     XasMessage request{};
     XasIpFilterAssignPayload assignment{};
@@ -114,13 +117,19 @@ std::string inputLine(std::uint32_t ifaceType, unsigned ifaceId, XasLiteral kind
     assignment.iface_id = static_cast<std::uint8_t>(ifaceId);
     xasWritePayload(request, assignment);
     if (xmlGetMsg(stdout, XMSG_IPFILTER_ASSIGN, &request) != 0)
-        return {};
+        return;
     assignment = xasReadPayload<XasIpFilterAssignPayload>(request);
     const std::string_view filterName = xasFieldText(assignment.filterName);
     if (filterName.empty())
-        return {};
+        return;
     XasShellCommand command{"${IPTABLES} -A INPUT -i "};
-    return scriptLine(command.text(kind).number(number).text(" -j ").word(filterName));
+    addLine(lines, command.text(kind).number(number).text(" -j ").word(filterName));
+}
+
+int append(const XasFilterLines &lines, FILE *script)
+{
+    std::fputs(lines.text.c_str(), script);
+    return lines.complete ? 0 : 1;
 }
 
 } // namespace
@@ -132,55 +141,57 @@ std::string xasIPFilterSourceSpec(const XasIpFilterRule &rule)
     return source.str();
 }
 
-std::string xasIPFilterRulesText(const XasIpFilterSetPayload &set, bool create)
+XasFilterLines xasIPFilterRulesText(const XasIpFilterSetPayload &set, bool create)
 {
     const std::string_view chain = xasFieldText(set.name);
-    std::string text = create ? chainLine("-N", chain) : std::string{};
-    text += chainLine("-F", chain);
+    XasFilterLines lines;
+    if (create)
+        addChainLine(lines, "-N", chain);
+    addChainLine(lines, "-F", chain);
     for (const XasIpFilterRule &rule : rulesOf(set))
-        text += ruleLines(chain, rule);
-    return text;
+        addRule(lines, chain, rule);
+    return lines;
 }
 
-std::string xasIPFilterRemovalText(const XasIpFilterSetPayload &set)
+XasFilterLines xasIPFilterRemovalText(const XasIpFilterSetPayload &set)
 {
     const std::string_view chain = xasFieldText(set.name);
-    return chainLine("-F", chain) + chainLine("-X", chain);
+    XasFilterLines lines;
+    addChainLine(lines, "-F", chain);
+    addChainLine(lines, "-X", chain);
+    return lines;
 }
 
-std::string xasIPFilterInputText()
+XasFilterLines xasIPFilterInputText()
 {
-    std::string text;
+    XasFilterLines lines;
     for (unsigned port = 1; port <= ETHERNET_PORTS; ++port)
-        text += inputLine(XAS_IFACE_ETHERNET, port, "eth", port - 1);
+        addInputLine(lines, XAS_IFACE_ETHERNET, port, "eth", port - 1);
     for (unsigned link = 1; link <= PPP_LINKS; ++link)
-        text += inputLine(XAS_IFACE_PPP, link, "ppp", link);
-    return text;
+        addInputLine(lines, XAS_IFACE_PPP, link, "ppp", link);
+    return lines;
 }
 
 int xasIPFilterSetAddRules(const XasMessage *msg, FILE *fp, bool create)
 {
     xasAssertGiven(msg, "msg");
     xasAssertGiven(fp, "fp");
-    const auto set = xasReadPayload<XasIpFilterSetPayload>(*msg);
-    std::fputs(xasIPFilterRulesText(set, create).c_str(), fp);
-    return 0;
+    return append(xasIPFilterRulesText(xasReadPayload<XasIpFilterSetPayload>(*msg), create), fp);
 }
 
 int xasIPFilterSetRemove(const XasMessage *msg, FILE *fp)
 {
     xasAssertGiven(msg, "msg");
     xasAssertGiven(fp, "fp");
-    const auto set = xasReadPayload<XasIpFilterSetPayload>(*msg);
-    std::fputs(xasIPFilterRemovalText(set).c_str(), fp);
-    return xasIPFilterAddInput(fp);
+    const int removal = append(xasIPFilterRemovalText(xasReadPayload<XasIpFilterSetPayload>(*msg)), fp);
+    const int input = xasIPFilterAddInput(fp);
+    return removal != 0 || input != 0 ? 1 : 0;
 }
 
 int xasIPFilterAddInput(FILE *fp)
 {
     xasAssertGiven(fp, "fp");
-    std::fputs(xasIPFilterInputText().c_str(), fp);
-    return 0;
+    return append(xasIPFilterInputText(), fp);
 }
 
 int xasIPFilterCopyScript()
@@ -198,8 +209,10 @@ XasFile xasIPFilterOpenScript()
 int xasIPFilterEndScript(XasFile script)
 {
     std::fputs("exit 0\n", script.get());
-    const bool written = std::fflush(script.get()) == 0 && std::ferror(script.get()) == 0;
-    return written ? 0 : 1;
+    const bool written = std::ferror(script.get()) == 0;
+    // Closed before anybody runs it: a script that is open for writing cannot be executed.
+    const bool closed = std::fclose(script.release()) == 0;
+    return written && closed ? 0 : 1;
 }
 
 int xasIPFilterRunScript(XasLiteral reset)

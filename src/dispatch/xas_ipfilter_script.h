@@ -13,28 +13,35 @@
 
 #include <string>
 
-/** The longest line of the script and the longest command, terminating NUL included. */
+/** The longest line of the script, its line feed included, and the longest command; both with a NUL. */
 inline constexpr std::size_t XAS_FILTER_COMMAND_SIZE = 256;
 
 /** The source part of a rule: an address range, or an address with its prefix length. */
 std::string xasIPFilterSourceSpec(const XasIpFilterRule &rule);
 
+/** Lines of the script. */
+struct XasFilterLines {
+    std::string text;
+    bool complete =
+        true; /**< false: a line is missing, its quoted words are too long; do not run the script */
+};
+
 /** The lines that fill a set's chain, the chain's creation first when `create` is set. */
-std::string xasIPFilterRulesText(const XasIpFilterSetPayload &set, bool create);
+XasFilterLines xasIPFilterRulesText(const XasIpFilterSetPayload &set, bool create);
 
 /** The lines that empty and delete a set's chain. */
-std::string xasIPFilterRemovalText(const XasIpFilterSetPayload &set);
+XasFilterLines xasIPFilterRemovalText(const XasIpFilterSetPayload &set);
 
 /** The lines that make every interface jump to its set again, as the stored configuration assigns them. */
-std::string xasIPFilterInputText();
+XasFilterLines xasIPFilterInputText();
 
-/** Appends a set's rules to the script. Returns 0. */
+/** Appends a set's rules to the script. Returns 0, or 1 when a line had to be left out (as the next two). */
 int xasIPFilterSetAddRules(const XasMessage *msg, FILE *fp, bool create);
 
-/** Appends a set's removal and all jump rules, which the reset will have cleared. Returns 0. */
+/** Appends a set's removal and all jump rules, which the reset will have cleared. */
 int xasIPFilterSetRemove(const XasMessage *msg, FILE *fp);
 
-/** Appends the jump rules of all interfaces. Returns 0. */
+/** Appends the jump rules of all interfaces. */
 int xasIPFilterAddInput(FILE *fp);
 
 /** Copies the shipped script anew. Returns 0, or 1 when it cannot be copied. */

@@ -19,16 +19,16 @@ int refuse(XasReplyStatus *reply, std::uint32_t rcode, const char *reason)
     return 1;
 }
 
-void writeSet(const XasMessage &msg, std::uint32_t action, FILE *script)
+/** Both writers return 0, or 1 when the script must not be run. */
+int writeSet(const XasMessage &msg, std::uint32_t action, FILE *script)
 {
     if (action == XAS_FILTER_CREATE || action == XAS_FILTER_REPLACE)
-        xasIPFilterSetAddRules(&msg, script, action == XAS_FILTER_CREATE);
-    else if (action == XAS_FILTER_REMOVE)
-        xasIPFilterSetRemove(&msg, script);
+        return xasIPFilterSetAddRules(&msg, script, action == XAS_FILTER_CREATE);
+    return action == XAS_FILTER_REMOVE ? xasIPFilterSetRemove(&msg, script) : 0;
 }
 
 /** Asks XMS for a set; its rules go into the script when there are any. */
-void writeSetOfXms(std::uint8_t number, FILE *script)
+int writeSetOfXms(std::uint8_t number, FILE *script)
 {
     XasMessage request{};
     request.xH.msgtype = XMSG_IPFILTER_SET;
@@ -40,10 +40,11 @@ void writeSetOfXms(std::uint8_t number, FILE *script)
     xasWritePayload(request, wanted);
     xasSendMessage(&request);
     XasMessage answer{};
-    if (xasGetMessage(&answer, true) != 0 || answer.xH.orig_id != request.xH.id)
+    if (xasGetMessage(&answer, true) != 0 || answer.xH.orig_id != request.xH.id) {
         xasLogError("Cannot get IP Filter set (id = %d).\n", number);
-    else if (xasPayloadWord<0>(answer) != 0)
-        xasIPFilterSetAddRules(&answer, script, true);
+        return 0;
+    }
+    return xasPayloadWord<0>(answer) != 0 ? xasIPFilterSetAddRules(&answer, script, true) : 0;
 }
 
 /** After a reset the accept-all rule is put back when the filter is stored as disabled. */
@@ -72,8 +73,9 @@ int xasIPFilterSet(const XasMessage *msg, XasReplyStatus *reply)
         return refuse(reply, OPEN_FAILED, "Error openning IP Filter script");
     const std::uint32_t action = xasReadPayload<XasIpFilterSetPayload>(*msg).action;
     const bool isRemoval = action == XAS_FILTER_REMOVE;
-    writeSet(*msg, action, script.get());
-    if (xasIPFilterEndScript(std::move(script)) != 0 ||
+    const bool complete = writeSet(*msg, action, script.get()) == 0;
+    const bool ended = xasIPFilterEndScript(std::move(script)) == 0;
+    if (!complete || !ended ||
         xasIPFilterRunScript(isRemoval ? XasLiteral{"resetInput"} : XasLiteral{"resetNone"}) != 0)
         return refuse(reply, SCRIPT_FAILED, "Error running IP Filter script");
     if (isRemoval)
@@ -88,10 +90,12 @@ int xasIPFilterInit()
     XasFile script = xasIPFilterOpenScript();
     if (!script)
         return failInit("Error initializing IP Filter (cannot open IP Filter script).\n");
+    bool complete = true;
     for (std::uint8_t number = 1; number <= SETS; ++number)
-        writeSetOfXms(number, script.get());
-    xasIPFilterAddInput(script.get());
-    if (xasIPFilterEndScript(std::move(script)) != 0 || xasIPFilterRunScript("resetAll") != 0)
+        complete = writeSetOfXms(number, script.get()) == 0 && complete;
+    complete = xasIPFilterAddInput(script.get()) == 0 && complete;
+    const bool ended = xasIPFilterEndScript(std::move(script)) == 0;
+    if (!complete || !ended || xasIPFilterRunScript("resetAll") != 0)
         return failInit("Error initializing IP Filter (cannot run IP Filter script).\n");
     applyAfterReset();
     xasLogInfo("IP Filter initialized.\n");

@@ -2,7 +2,6 @@
 
 #include "config/xas_editor.h"
 #include "core/xas_assert.h"
-#include "core/xas_file.h"
 #include "core/xas_log.h"
 #include "core/xas_shell.h"
 #include "core/xas_text.h"
@@ -11,6 +10,7 @@
 #include <algorithm>
 #include <arpa/inet.h>
 #include <array>
+#include <cerrno>
 #include <fcntl.h>
 #include <net/if.h>
 #include <sys/ioctl.h>
@@ -183,17 +183,26 @@ void appendHostKey()
         xasLogError("cannot add ZEL RSA public key to ipsec.conf");
 }
 
+bool writeAll(int fd, std::string_view text)
+{
+    while (!text.empty()) {
+        const ssize_t written = ::write(fd, text.data(), text.size());
+        if (written < 0 && errno != EINTR)
+            return false;
+        text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+    }
+    return true;
+}
+
 /** Appends to the secrets file, which nobody else may read from the moment it exists. */
 void appendSecrets(std::string_view text)
 {
     const int fd = ::open(SECRETS_FILE, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, SECRET_MODE);
-    XasFile file{fd < 0 ? nullptr : ::fdopen(fd, "a")};
-    if (!file) {
+    const bool appended = fd >= 0 && ::fchmod(fd, SECRET_MODE) == 0 && writeAll(fd, text);
+    if (fd >= 0)
+        ::close(fd);
+    if (!appended)
         xasLogError("cannot add Pre-Shared Key to ipsec.secrets");
-        return;
-    }
-    ::fchmod(fd, SECRET_MODE);
-    std::fwrite(text.data(), 1, text.size(), file.get());
 }
 
 void addSecrets(const XasVpnPayload &vpnCfg, const std::optional<std::string> &address)
