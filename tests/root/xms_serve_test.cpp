@@ -87,6 +87,7 @@ class XmsServe : public XasFilesTest {
     void serve(std::vector<std::string> words = {})
     {
         words.insert(words.begin(), "serve");
+        unlink(dir.path("traffic.err").c_str()); // an earlier server's
         server = startProgram(words, "traffic");
         ASSERT_TRUE(eventually([&] { return errorsOf("traffic").find("serving at") != std::string::npos; }));
     }

@@ -58,10 +58,9 @@ void showTraffic(Server &server, bool toDaemon, std::span<const std::byte> bytes
 }
 
 /** A remark on what happened, beside the traffic. */
-void remark(const Server &server, const std::string &text)
+void remark(const std::string &text)
 {
-    if (!server.options.quiet)
-        std::fprintf(stderr, "xms: %s\n", text.c_str());
+    std::fprintf(stderr, "xms: %s\n", text.c_str());
 }
 
 void tellProblem(Server &server, int client, const char *result, const std::string &problem)
@@ -114,13 +113,13 @@ void doCommand(Server &server, int client, const std::string &line)
 // what the daemon sends
 
 /** Keeps an applied setting; returns what went wrong, if anything. */
-std::string keep(Server &server, const XasMessage &setting)
+std::string keep(const XasMessage &setting)
 {
     if (!xmsIsKept(setting.xH.msgtype))
         return {};
     std::string problem = xmsStoreApplied(setting);
     if (!problem.empty())
-        remark(server, problem);
+        remark(problem);
     return problem;
 }
 
@@ -128,9 +127,9 @@ void takeAcknowledgement(Server &server, const XasMessage &acknowledgement)
 {
     const auto answered = xmsTakeAnswered(server.protocol, acknowledgement);
     if (!answered)
-        return remark(server, "this answers nothing that was sent");
+        return remark("this answers nothing that was sent");
     const bool isApplied = xasReadPayload<XasReplyPayload>(acknowledgement).success != 0;
-    const std::string problem = isApplied ? keep(server, answered->setting) : "";
+    const std::string problem = isApplied ? keep(answered->setting) : "";
     const bool isStored = isApplied && problem.empty() && xmsIsKept(answered->setting.xH.msgtype);
     const auto now = XmsClock::now();
     const std::chrono::duration<double, std::milli> taken = now - answered->sent.value_or(now);
@@ -151,7 +150,7 @@ void takeRecord(Server &server, const XasMessage &record)
     case XmsArrival::request: // answers go before settings: the daemon waits for the next record it gets
         return server.outgoing.push_front(xmsAnswerRequest(server.protocol, record, xmsReadStored(record)));
     case XmsArrival::report:
-        return server.outgoing.push_front(xmsAnswerReport(server.protocol, record, keep(server, record)));
+        return server.outgoing.push_front(xmsAnswerReport(server.protocol, record, keep(record)));
     case XmsArrival::event:
         return;
     }
@@ -198,8 +197,8 @@ void expire(Server &server)
         if (!expired.sent)
             std::erase_if(server.outgoing, [id](const XasMessage &record) { return record.xH.id == id; });
         const std::string cause = timeoutCause(server, expired);
-        remark(server, xasMsgShortName(expired.setting.xH.msgtype) + " #" + std::to_string(id) +
-                           ": no acknowledgement in time: " + cause);
+        remark(xasMsgShortName(expired.setting.xH.msgtype) + " #" + std::to_string(id) +
+               ": no acknowledgement in time: " + cause);
         xmsTell(server.clients, expired.client,
                 xmsJsonLine({{"result", "timeout"}, {"id", id}, {"problem", cause}}));
     }
@@ -272,10 +271,9 @@ void xmsServe(const XmsServeOptions &options)
                   .clients = {},
                   .protocol = {}};
     server.protocol.nextId = firstId(server.queues);
-    remark(server,
-           "serving at " + options.socket + (server.queues.found ? ", queues found" : ", queues made"));
+    remark("serving at " + options.socket + (server.queues.found ? ", queues found" : ", queues made"));
     const CleanUp cleanUp{server};
     while (!waitForWork(server))
         serveOnce(server);
-    remark(server, "ended");
+    remark("ended");
 }
