@@ -1,7 +1,6 @@
 /**
- * The handlers of the Ethernet settings. XMSG_ETH rewrites every network file: gateway precedence, kernel
- * parameters, module options, the three interface files, the global network file, the alternate gateway.
- * XMSG_NOTIFY only says in one interface file whether the interface comes up at boot.
+ * The Ethernet settings rewrite every network file: gateway precedence, kernel parameters, module options,
+ * the three interface files, the global network file and the alternate gateway.
  */
 #ifndef XAS_CONFIG_XAS_UPDATE_ETH_H
 #define XAS_CONFIG_XAS_UPDATE_ETH_H
@@ -17,8 +16,5 @@
  * gateway rolls back only its own file.
  */
 int xasUpdateEthCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
-
-/** The handler of XMSG_NOTIFY. Needs the file "eth0" or "eth1", that of the port which changed. */
-int xasUpdateEthIfStatusCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
 
 #endif

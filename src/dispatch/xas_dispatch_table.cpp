@@ -1,34 +1,32 @@
 #include "dispatch/xas_dispatch_table.h"
 
+#include "auth/xas_kerberos.h"
+#include "auth/xas_ldap.h"
 #include "auth/xas_nfs.h"
+#include "auth/xas_nis.h"
+#include "auth/xas_radius.h"
 #include "auth/xas_samba.h"
 #include "auth/xas_snmp.h"
+#include "auth/xas_tacacs.h"
+#include "auth/xas_update_auth.h"
+#include "auth/xas_update_users.h"
 #include "config/xas_dns.h"
 #include "config/xas_hostname.h"
 #include "config/xas_ntp.h"
 #include "config/xas_routing.h"
 #include "config/xas_timezone.h"
 #include "config/xas_update_eth.h"
+#include "config/xas_update_eth_status.h"
 #include "config/xas_update_syslog.h"
 #include "core/xas_file.h"
-#include "core/xas_log.h"
 #include "dispatch/xas_update_firewall.h"
 #include "dispatch/xas_vpn.h"
-#include "wire/xas_message_names.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 
 namespace {
-
-/** Stands where a handler is yet to be built: the message fails. */
-int xasUpdateNotBuilt(XasMessage *msg, const XasCfgFileList * /*cfgFiles*/, XasReplyStatus * /*reply*/)
-{
-    xasLogError("No update handler for %s in this version\n",
-                std::string{xasMsgTypeName(msg->xH.msgtype)}.c_str());
-    return 1;
-}
 
 using enum XasStartRule;
 
@@ -47,16 +45,16 @@ constexpr std::array ROWS = {
     XasDispatchRow{XMSG_SNMP, "snmp", xasUpdateSNMPCfg, word0},
     XasDispatchRow{XMSG_NFS, "nfs", xasUpdateNFSCfg, always},
     XasDispatchRow{XMSG_CIFS, "samba", xasUpdateSambaCfg, word0},
-    XasDispatchRow{XMSG_AUTH, "authentication", xasUpdateNotBuilt, always},
-    XasDispatchRow{XMSG_LOCALUSERS, "localuser", xasUpdateNotBuilt, word0},
-    XasDispatchRow{XMSG_NIS, "ypbind", xasUpdateNotBuilt, word0},
-    XasDispatchRow{XMSG_LDAP, "ldap", xasUpdateNotBuilt, word0},
-    XasDispatchRow{XMSG_RADIUS, "radius", xasUpdateNotBuilt, word0},
-    XasDispatchRow{XMSG_KERBEROS, "kerberos", xasUpdateNotBuilt, word0},
-    XasDispatchRow{XMSG_TACACS, "tacacs", xasUpdateNotBuilt, word0},
+    XasDispatchRow{XMSG_AUTH, "authentication", xasUpdateAuthenOrderCfg, always},
+    XasDispatchRow{XMSG_LOCALUSERS, "localuser", xasUpdateLocalUsersCfg, word0},
+    XasDispatchRow{XMSG_NIS, "ypbind", xasUpdateNisCfg, word0},
+    XasDispatchRow{XMSG_LDAP, "ldap", xasUpdateLdapCfg, word0},
+    XasDispatchRow{XMSG_RADIUS, "radius", xasUpdateRadiusCfg, word0},
+    XasDispatchRow{XMSG_KERBEROS, "kerberos", xasUpdateKerberosCfg, word0},
+    XasDispatchRow{XMSG_TACACS, "tacacs", xasUpdateTacacsCfg, word0},
     XasDispatchRow{XMSG_APPLICATION, "", nullptr, word1AndModel},
-    XasDispatchRow{XMSG_USER, "user", xasUpdateNotBuilt, always},
-    XasDispatchRow{XMSG_USERLIST, "userlist", xasUpdateNotBuilt, always},
+    XasDispatchRow{XMSG_USER, "user", xasUpdateSingleLocalUsersCfg, always},
+    XasDispatchRow{XMSG_USERLIST, "userlist", xasUpdateUserListCfg, always},
     XasDispatchRow{XMSG_NAT_NOTIFY, "nat", nullptr, always},
     XasDispatchRow{XMSG_NOTIFY, "netlink", xasUpdateEthIfStatusCfg, always},
 };

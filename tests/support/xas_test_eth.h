@@ -5,6 +5,8 @@
 #include "wire/xas_eth_payload.h"
 
 #include <arpa/inet.h>
+#include <array>
+#include <random>
 #include <stdexcept>
 
 /** The address of a dotted text, in network byte order. */
@@ -56,6 +58,19 @@ inline XasEthPayload xasTestEth()
     eth.interval = 75;
     eth.ip_forwarding = 1;
     return eth;
+}
+
+/** A port record of random bytes; three of four have a valid address source, so that they come further. */
+inline XasEthPort xasTestRandomPort(std::mt19937 &random)
+{
+    std::array<unsigned char, sizeof(XasEthPort)> bytes{};
+    for (unsigned char &byte : bytes)
+        byte = static_cast<unsigned char>(random());
+    XasEthPort port{};
+    std::memcpy(&port, bytes.data(), sizeof port);
+    if (random() % 4 != 0)
+        port.source %= 3;
+    return port;
 }
 
 #endif
