@@ -53,6 +53,21 @@ class Wait : public testing::Test {
                     serve("child");
                 },
         });
+        while (::waitpid(-1, nullptr, WNOHANG) > 0) {
+            // What earlier tests of this process left behind is not this one's.
+        }
+        xasWait(0ms);
+        served.clear();
+        exits.clear();
+    }
+
+    ~Wait() override
+    {
+        xasInstallSignals({.terminate = [] {},
+                           .alarm = [] {},
+                           .childExited =
+                               [](pid_t, int) {
+                               }});
     }
 
     void serve(const std::string &what)

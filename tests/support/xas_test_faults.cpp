@@ -1,5 +1,6 @@
 #include "support/xas_test_faults.h"
 
+#include <arpa/inet.h>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
@@ -215,6 +216,11 @@ pid_t setsid() noexcept
 hostent *gethostbyname(const char *name)
 {
     return fails("gethostbyname") ? nullptr : real(gethostbyname, "gethostbyname")(name);
+}
+
+const char *inet_ntop(int family, const void *address, char *text, socklen_t size) noexcept
+{
+    return fails("inet_ntop") ? nullptr : real(inet_ntop, "inet_ntop")(family, address, text, size);
 }
 
 XML_Parser XML_ParserCreate(const XML_Char *encoding)
