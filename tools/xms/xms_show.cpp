@@ -118,7 +118,7 @@ std::string xmsEscaped(std::string_view text)
 
 std::string xmsQuoted(std::string_view text)
 {
-    const std::string escaped = xmsEscaped(text);
+    std::string escaped = xmsEscaped(text);
     if (!text.empty() && escaped.find_first_of(" \"") == std::string::npos)
         return escaped;
     std::string quoted = "\"";
