@@ -1,0 +1,105 @@
+// The network editors on a full disk: a line that cannot be written, and what is then logged.
+#include "config/xas_ethernet.h"
+#include "config/xas_gateway.h"
+#include "config/xas_kernel.h"
+#include "config/xas_modprobe.h"
+#include "config/xas_network_file.h"
+#include "support/xas_test_eth.h"
+#include "support/xas_test_files.h"
+#include "support/xas_test_log.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <functional>
+#include <gmock/gmock.h>
+#include <sys/mount.h>
+#include <unistd.h>
+
+using testing::ElementsAre;
+
+namespace {
+
+/** An editor, and what it logs for a line that it cannot write. */
+struct Editor {
+    const char *name;
+    const char *writeLog;
+    std::function<int(const char *cfgFileName, XasReplyStatus *reply)> edit;
+};
+
+void PrintTo(const Editor &editor, std::ostream *out)
+{
+    *out << editor.name;
+}
+
+class NetworkFullDisk : public XasFilesTest, public testing::WithParamInterface<Editor> {
+  protected:
+    NetworkFullDisk()
+    {
+        if (::mount("tmpfs", dir.path().c_str(), "tmpfs", 0, "size=8k") != 0)
+            throw std::runtime_error{std::string{"no file system of a fixed size: "} + std::strerror(errno)};
+        dir.write("file", OLD_TEXT);
+        const int fd = ::open(dir.path("filler").c_str(), O_WRONLY | O_CREAT, 0600);
+        const std::string block(512, 'x');
+        while (::write(fd, block.data(), block.size()) > 0)
+            ;
+        ::close(fd);
+    }
+
+    ~NetworkFullDisk() override { ::umount2(dir.path().c_str(), MNT_DETACH); }
+
+    static constexpr const char *OLD_TEXT = "DEVICE=eth0\n";
+};
+
+const std::vector<Editor> EDITORS = {
+    {"precedence", "Error printing line to dhcp gateway precedence config file\n",
+     [](const char *path, XasReplyStatus *reply) {
+         return xasEditGWPrecFile(path, 1, reply);
+     }},
+    {"kernel", "Error printing line to Ethernet config file\n",
+     [](const char *path, XasReplyStatus *reply) {
+         const XasKernCfg kernCfg{};
+         return xasEditKernelCfgFile(path, &kernCfg, reply);
+     }},
+    {"modprobe", "Error printing line to modprobe config file\n",
+     [](const char *path, XasReplyStatus *reply) {
+         return xasEditModProbeCfgFile(path, 1, true, reply);
+     }},
+    {"ethernet", "Error printing line to Ethernet config file\n",
+     [](const char *path, XasReplyStatus *reply) {
+         const XasEthPort port = xasTestEth().ports[0];
+         return xasEditEthCfgFile(path, &port, "eth0", false, 0, reply);
+     }},
+    {"enable", "Error printing line to Ethernet config file\n",
+     [](const char *path, XasReplyStatus *reply) {
+         return xasEditEthEnableCfgFile(path, true, reply);
+     }},
+    {"network", "Error printing line to network config file\n",
+     [](const char *path, XasReplyStatus *reply) {
+         const XasNetInfo netInfo;
+         return xasEditNetCfgFile(path, &netInfo, reply);
+     }},
+    {"alternate", "Error printing line to Alternate Gateway config file\n",
+     [](const char *path, XasReplyStatus *reply) {
+         return xasEditAltGWFile(path, {}, reply);
+     }},
+};
+
+} // namespace
+
+TEST_P(NetworkFullDisk, LeavesTheFileAloneAndTheReplyEmpty)
+{
+    const XasLogCapture log;
+    XasReplyStatus reply;
+    EXPECT_EQ(GetParam().edit(dir.path("file").c_str(), &reply), 1);
+    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_EQ(reply.rstr, "");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error printing line to file\n"),
+                                         xasErrorLine(GetParam().writeLog)));
+    EXPECT_EQ(dir.read("file"), OLD_TEXT);
+    EXPECT_EQ(dir.read("file.tmp"), "");
+    EXPECT_FALSE(dir.has("file.old"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Editors, NetworkFullDisk, testing::ValuesIn(EDITORS),
+                         [](const auto &test) { return std::string{test.param.name}; });
