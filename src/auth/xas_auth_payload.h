@@ -17,6 +17,7 @@ struct XasAuthCfg {
     std::uint8_t tacacs;
     std::uint8_t unused;
     std::uint32_t first_responding; /**< non-zero: the first method that answers decides */
+    std::uint32_t start_nis;        /**< non-zero: the NIS client is started when NIS has a position */
 };
 
 static_assert(offsetof(XasAuthCfg, local) + XAS_PAYLOAD_OFFSET == 120);
@@ -27,5 +28,6 @@ static_assert(offsetof(XasAuthCfg, securid) + XAS_PAYLOAD_OFFSET == 124);
 static_assert(offsetof(XasAuthCfg, kerberos) + XAS_PAYLOAD_OFFSET == 125);
 static_assert(offsetof(XasAuthCfg, tacacs) + XAS_PAYLOAD_OFFSET == 126);
 static_assert(offsetof(XasAuthCfg, first_responding) + XAS_PAYLOAD_OFFSET == 128);
+static_assert(offsetof(XasAuthCfg, start_nis) + XAS_PAYLOAD_OFFSET == 132);
 
 #endif
