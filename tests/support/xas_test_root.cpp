@@ -76,6 +76,7 @@ Words sandboxCommand(int argc, char **argv)
                 MARK};
     addUsr(words);
     add(words, {"--ro-bind-try", "/etc/alternatives", "/etc/alternatives"});
+    add(words, {"--ro-bind-try", XAS_BUILD_DIR "/../packages", "/packages"});
     add(words, {"--proc", "/proc", "--dev", "/dev", "--dir", "/tmp", "--dir", "/etc", "--dir", "/root"});
     add(words, {"--dir", "/var/log", "--dir", "/var/run", "--dir", "/var/lock", "--dir", "/www/savelogs"});
     add(words, {"--bind", XAS_BUILD_DIR, XAS_BUILD_DIR, "--chdir", "/", "--setenv", "HOME", "/root"});

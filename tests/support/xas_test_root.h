@@ -5,7 +5,8 @@
  *
  * Everything is a fresh, writable file system but for the libraries, shares and headers below /usr. /bin,
  * /sbin and their namesakes below /usr are directories of links to the host's programs, so a test may replace
- * any program by one of its own (xas_test_stub.h). The build directory keeps its path.
+ * any program by one of its own (xas_test_stub.h). The build directory keeps its path. Packages that are
+ * unpacked beside it are at /packages (xas_test_programs.h).
  */
 #ifndef XAS_TEST_ROOT_H
 #define XAS_TEST_ROOT_H
