@@ -2,6 +2,7 @@
 
 #include "core/xas_log.h"
 #include "core/xas_text.h"
+#include "core/xas_utils.h"
 
 #include <algorithm>
 
@@ -43,6 +44,12 @@ int finish(XasCfgFile &cf, const XasEditTexts &texts, XasReplyStatus *reply, con
     return result;
 }
 
+/** False when reading failed half way: what an editor would make of that must not replace the file. */
+bool isWhole(const XasCfgFile &cf)
+{
+    return std::ferror(cf.inFile.get()) == 0 || xasIsDirectory(cf.cfgFileName.c_str()) != 0;
+}
+
 } // namespace
 
 int xasEditFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStatus *reply,
@@ -53,7 +60,14 @@ int xasEditFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStat
         xasSetReply(*reply, XAS_RCODE_OPEN, texts.openReason);
         return 1;
     }
-    return finish(cf, texts, reply, edit(xasReadAll(cf.inFile.get())));
+    const std::string oldText = xasReadAll(cf.inFile.get());
+    if (!isWhole(cf)) {
+        xasLogError("Error reading config file \"%s\"\n", cfgFileName);
+        xasCloseCfgFile(&cf);
+        xasSetReply(*reply, XAS_RCODE_OPEN, texts.openReason);
+        return 1;
+    }
+    return finish(cf, texts, reply, edit(oldText));
 }
 
 int xasRegenerateFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStatus *reply,

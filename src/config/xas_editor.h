@@ -39,7 +39,8 @@ struct XasNewText {
     std::string tail;     /**< stands behind `text`; when it cannot be written, the save is tried and fails */
 };
 
-/** Edits an existing file. Returns 0; or 1, the failure being logged and, but for a failed write, in `reply`.
+/** Edits an existing file; one that cannot be read to its end counts as not opened. Returns 0; or 1, the
+ * failure being logged and, but for a failed write, in `reply`.
  */
 int xasEditFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStatus *reply,
                 const std::function<XasNewText(std::string_view oldText)> &edit);
