@@ -1,0 +1,83 @@
+#include "msg/msg_dumps.h"
+
+#include "config/xas_dns_payload.h"
+#include "config/xas_hostname_payload.h"
+#include "config/xas_ntp_payload.h"
+#include "config/xas_routing_payload.h"
+#include "config/xas_timezone_payload.h"
+#include "core/xas_text.h"
+#include "core/xas_utils.h"
+#include "msg/msg_enum_names.h"
+#include "msg/msg_print.h"
+#include "platform/xas_config_library.h"
+
+#include <algorithm>
+
+namespace {
+
+template <std::size_t N>
+std::string field(const char (&text)[N])
+{
+    return std::string{xasFieldText(text)};
+}
+
+std::string routeLine(const XasRoute &route)
+{
+    const std::string destination = msgIPv4Text(route.destination);
+    const std::string mask = msgIPv4Text(route.mask);
+    return xasFormat("  destination: %s mask: %s gateway: %s\n", destination.c_str(), mask.c_str(),
+                     msgIPv4Text(route.gateway));
+}
+
+} // namespace
+
+std::string msgDumpHostname(const XasMessage &msg)
+{
+    const auto payload = xasReadPayload<XasHostnamePayload>(msg);
+    return xasFormat("hostname: %s domain: %s\n", field(payload.hostname).c_str(),
+                     field(payload.domain).c_str());
+}
+
+std::string msgDumpDns(const XasMessage &msg)
+{
+    const auto payload = xasReadPayload<XasDnsPayload>(msg);
+    const std::string dns1 = xmlIPv4Or6ToStr(&payload.dns1);
+    const std::string dns2 = xmlIPv4Or6ToStr(&payload.dns2);
+    const std::string dns3 = xmlIPv4Or6ToStr(&payload.dns3);
+    return xasFormat("dns: %s\n", msgThreeText(dns1, dns2, dns3).c_str()) +
+           xasFormat("prefer IPv4 DNS records: %s\n", msgYesNoName(payload.prefer_ipv4));
+}
+
+std::string msgDumpNtp(const XasMessage &msg)
+{
+    const auto payload = xasReadPayload<XasNtpPayload>(msg);
+    return xasFormat("enabled: %s sync: %s poll: %s local1: %s\n", msgYesNoName(payload.enabled),
+                     msgYesNoName(payload.sync), msgYesNoName(payload.poll),
+                     xasHostToStr(payload.single).c_str());
+}
+
+std::string msgDumpTimezone(const XasMessage &msg)
+{
+    return xasFormat("zone: %s\n", field(xasReadPayload<XasTimezonePayload>(msg).zone).c_str());
+}
+
+std::string msgDumpRouting(const XasMessage &msg)
+{
+    const auto payload = xasReadPayload<XasRoutingPayload>(msg);
+    constexpr const char *VERSIONS[] = {"1", "2", "both"};
+    std::string text = xasFormat("static_enabled: %s rip_enabled: %s rip_version: %s num_routes: %d\n",
+                                 msgYesNoName(payload.static_enabled), msgYesNoName(payload.rip_enabled),
+                                 VERSIONS[std::min<std::uint32_t>(payload.rip_version, 2)],
+                                 static_cast<int>(payload.num_routes));
+    const std::size_t count = std::min<std::size_t>(payload.num_routes, std::size(payload.routes));
+    for (const XasRoute &route : std::span{payload.routes}.first(count))
+        text += routeLine(route);
+    return text;
+}
+
+std::string msgDumpReply(const XasMessage &msg)
+{
+    const auto payload = xasReadPayload<XasReplyPayload>(msg);
+    return xasFormat("success: %s complete: %s\nrcode: %u rstr: %s\n", msgYesNoName(payload.success),
+                     msgYesNoName(payload.complete), payload.rcode, field(payload.rstr).c_str());
+}
