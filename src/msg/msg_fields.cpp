@@ -9,7 +9,7 @@ namespace {
 
 std::string fullName(const XasMsgField &field, std::size_t element)
 {
-    if (field.group == nullptr)
+    if (!field.isRepeated())
         return std::string{field.name};
     const std::string prefix = std::string{field.group->name} + std::to_string(element + 1);
     return field.name.empty() ? prefix : prefix + "." + std::string{field.name};
@@ -17,7 +17,7 @@ std::string fullName(const XasMsgField &field, std::size_t element)
 
 XasMsgFieldAt fieldAt(const XasMsgField &field, std::size_t element)
 {
-    const std::size_t shift = field.group == nullptr ? 0 : element * field.group->stride;
+    const std::size_t shift = element * field.group->stride;
     return {fullName(field, element), &field, {field.place.offset + shift, field.place.width}, element};
 }
 
@@ -32,12 +32,14 @@ void appendGroup(std::span<const XasMsgField> members, std::vector<XasMsgFieldAt
 
 /** The types that are described, in the order of their numbers. */
 const std::array DESCRIBED = {
-    &XAS_ETH_FIELDS,      &XAS_HOSTNAME_FIELDS,     &XAS_DNS_FIELDS,
-    &XAS_FIREWALL_FIELDS, &XAS_IPFILTER_SET_FIELDS, &XAS_IPFILTER_ASSIGN_FIELDS,
-    &XAS_ROUTING_FIELDS,  &XAS_VPN_FIELDS,          &XAS_TIMEZONE_FIELDS,
-    &XAS_NTP_FIELDS,      &XAS_SYSLOG_FIELDS,       &XAS_APPLICATION_FIELDS,
-    &XAS_USERLIST_FIELDS, &XAS_NAT_NOTIFY_FIELDS,   &XAS_NOTIFY_FIELDS,
-    &XAS_ACKNAK_FIELDS,
+    &XAS_ETH_FIELDS,         &XAS_HOSTNAME_FIELDS,     &XAS_DNS_FIELDS,
+    &XAS_FIREWALL_FIELDS,    &XAS_IPFILTER_SET_FIELDS, &XAS_IPFILTER_ASSIGN_FIELDS,
+    &XAS_ROUTING_FIELDS,     &XAS_VPN_FIELDS,          &XAS_TIMEZONE_FIELDS,
+    &XAS_NTP_FIELDS,         &XAS_SYSLOG_FIELDS,       &XAS_AUTH_FIELDS,
+    &XAS_LOCALUSERS_FIELDS,  &XAS_NIS_FIELDS,          &XAS_LDAP_FIELDS,
+    &XAS_RADIUS_FIELDS,      &XAS_KERBEROS_FIELDS,     &XAS_TACACS_FIELDS,
+    &XAS_APPLICATION_FIELDS, &XAS_USER_FIELDS,         &XAS_USERLIST_FIELDS,
+    &XAS_NAT_NOTIFY_FIELDS,  &XAS_NOTIFY_FIELDS,       &XAS_ACKNAK_FIELDS,
 };
 
 } // namespace
@@ -53,15 +55,14 @@ std::vector<XasMsgFieldAt> xasMsgListFields(const XasMsgFields &fields)
     std::vector<XasMsgFieldAt> list;
     auto field = fields.fields.begin();
     while (field != fields.fields.end()) {
-        const XasMsgGroup *group = field->group;
-        const auto next =
-            group == nullptr ? field + 1 : std::find_if(field, fields.fields.end(), [&](const auto &other) {
-                return other.group != group;
-            });
-        if (group == nullptr)
-            list.push_back(fieldAt(*field, 0));
-        else
+        const auto isOther = [&](const XasMsgField &other) {
+            return other.group != field->group;
+        };
+        const auto next = field->isRepeated() ? std::find_if(field, fields.fields.end(), isOther) : field + 1;
+        if (field->isRepeated())
             appendGroup({field, next}, list);
+        else
+            list.push_back(fieldAt(*field, 0));
         field = next;
     }
     return list;
@@ -89,7 +90,6 @@ bool xasMsgIsZero(std::span<const std::byte> record, XasPlace place)
 
 bool xasMsgIsUsed(std::span<const std::byte> record, const XasMsgFieldAt &where)
 {
-    const XasMsgGroup *group = where.field->group;
-    return group == nullptr || group->fixed ||
-           !xasMsgIsZero(record, xasMsgElementPlace(*group, where.element));
+    const XasMsgGroup &group = *where.field->group;
+    return group.fixed || !xasMsgIsZero(record, xasMsgElementPlace(group, where.element));
 }

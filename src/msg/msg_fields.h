@@ -68,13 +68,17 @@ struct XasRange {
 
 /** A sub-record that is repeated: "eth" with two elements gives eth1 and eth2. */
 struct XasMsgGroup {
-    std::string_view name;
-    XasPlace place;     /**< the whole array */
-    std::size_t stride; /**< bytes from one element to the next */
+    std::string_view name = {};
+    XasPlace place = {}; /**< the whole array */
+    std::size_t stride;  /**< bytes from one element to the next */
     bool fixed = false; /**< every element is always in use; otherwise an all-zero element is an unused one */
     std::string_view meaning = {};
     constexpr std::size_t count() const { return place.width / stride; }
 };
+
+/** Of a field that is not repeated. (Not a null pointer: g++ does not take a comparison with one for a
+ * constant expression when it builds with UndefinedBehaviorSanitizer.) */
+inline constexpr XasMsgGroup XAS_NO_GROUP = {.stride = 0, .fixed = true};
 
 /** One field. A member of a group is described at its place in the group's first element. */
 struct XasMsgField {
@@ -84,11 +88,12 @@ struct XasMsgField {
     std::string_view meaning = {};
     std::span<const XasValueName> names = {}; /**< of a choice */
     std::optional<XasRange> range =
-        std::nullopt;                    /**< narrower than the width; of a choice: numbers without name */
-    bool none = false;                   /**< of an IPv4 address: 255.255.255.255 means none */
-    std::string_view initial = {};       /**< the default as text; empty: all zero */
-    const XasMsgGroup *group = nullptr;  /**< the group that it is repeated in */
-    const XasMsgGroup *counts = nullptr; /**< it holds the number of used elements of that group */
+        std::nullopt;              /**< narrower than the width; of a choice: numbers without name */
+    bool none = false;             /**< of an IPv4 address: 255.255.255.255 means none */
+    std::string_view initial = {}; /**< the default as text; empty: all zero */
+    const XasMsgGroup *group = &XAS_NO_GROUP; /**< the group that it is repeated in */
+    const XasMsgGroup *counts = nullptr;      /**< it holds the number of used elements of that group */
+    constexpr bool isRepeated() const { return group->stride != 0; }
 };
 
 /** Everything about one message type. */
@@ -162,12 +167,12 @@ constexpr bool xasMsgFieldsAreSound(std::span<const XasMsgField> fields)
     std::size_t end = XAS_PAYLOAD_OFFSET;
     for (const XasMsgField &field : fields) {
         const bool isChoice = field.kind == XasFieldKind::choice;
-        const bool isNamed = field.group != nullptr || !field.name.empty();
+        const bool isNamed = field.isRepeated() || !field.name.empty();
         if (!xasMsgWidthFits(field.kind, field.place.width) || field.place.offset < end || !isNamed ||
             field.meaning.empty() || isChoice != !field.names.empty())
             return false;
         end = field.place.offset + field.place.width;
-        if (field.group != nullptr && end > field.group->place.offset + field.group->stride)
+        if (field.isRepeated() && end > field.group->place.offset + field.group->stride)
             return false;
     }
     return end <= XAS_MESSAGE_SIZE;

@@ -252,8 +252,7 @@ XasRange xasMsgRange(const XasMsgField &field)
 void xasMsgSetDefaults(std::span<std::byte> record, const XasMsgFields &fields)
 {
     for (const XasMsgFieldAt &where : xasMsgListFields(fields)) {
-        const XasMsgGroup *group = where.field->group;
-        if ((group == nullptr || group->fixed) && !where.field->initial.empty())
+        if (where.field->group->fixed && !where.field->initial.empty())
             xasMsgSetValue(record, where, where.field->initial);
     }
 }

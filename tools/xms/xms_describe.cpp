@@ -62,7 +62,7 @@ std::string valuesText(const XasMsgField &field)
 /** The name with the element's number left open: "eth<n>.ip". */
 std::string openName(const XasMsgField &field)
 {
-    if (field.group == nullptr)
+    if (!field.isRepeated())
         return std::string{field.name};
     const std::string prefix = std::string{field.group->name} + "<n>";
     return field.name.empty() ? prefix : prefix + "." + std::string{field.name};
@@ -88,7 +88,7 @@ std::string groupLines(const XasMsgFields &fields)
     const XasMsgGroup *last = nullptr;
     for (const XasMsgField &field : fields.fields) {
         const XasMsgGroup *group = field.group;
-        if (group != nullptr && group != last)
+        if (field.isRepeated() && group != last)
             text += "  " + std::string{group->name} + "<n>: n is 1 to " + std::to_string(group->count()) +
                     ", " + std::to_string(group->stride) + " bytes apart; " + std::string{group->meaning} +
                     "\n";
