@@ -76,7 +76,7 @@ TEST_F(DaemonNtp, RefusesAnUnknownPollingType)
 {
     start();
     EXPECT_EQ(outcome(message(1, 2).build()), "0 1 Invalid NTP polling type");
-    EXPECT_THAT(logLines(2), ElementsAre(xasErrorLine("Invalid NTP polling type\n"), updateFailed("ntp")));
+    EXPECT_THAT(logLines(), ElementsAre(xasErrorLine("Invalid NTP polling type\n"), updateFailed("ntp")));
     EXPECT_EQ(files.read("stepTickers"), "old\n");
 }
 
@@ -84,7 +84,7 @@ TEST_F(DaemonNtp, NamesTheStepFileWhereTheDaemonFileIsMissing)
 {
     start("ntp");
     EXPECT_EQ(outcome(message(1, 0).build()), "0 1 Error determining NTP step file");
-    EXPECT_THAT(logLines(2),
+    EXPECT_THAT(logLines(),
                 ElementsAre(xasErrorLine("Error determining ntp config file\n"), updateFailed("ntp")));
     EXPECT_EQ(files.read("stepTickers"), "old\n");
 }
@@ -94,7 +94,7 @@ TEST_F(DaemonNtp, FailsWithoutAReasonForAStepFileThatCannotBeEmptied)
     files.remove("stepTickers");
     start();
     EXPECT_EQ(outcome(message(0, 0).build()), "0 0 ");
-    EXPECT_THAT(logLines(2), ElementsAre(renameOldFailed("stepTickers"), updateFailed("ntp")));
+    EXPECT_THAT(logLines(), ElementsAre(renameOldFailed("stepTickers"), updateFailed("ntp")));
     EXPECT_EQ(files.read("stepTickers"), "");
     EXPECT_EQ(files.read("ntp"), "server old\n");
 }
@@ -109,14 +109,14 @@ TEST_F(DaemonNtp, WritesBothFiles)
     EXPECT_EQ(files.read("stepTickers"), "");
     EXPECT_EQ(files.read("stepTickers.old"), "one\n10.0.0.2\n\n");
     EXPECT_EQ(files.read("ntp"), "#server one\n#server 10.0.0.2\n");
-    EXPECT_THAT(logLines(0), IsEmpty());
+    EXPECT_THAT(logLines(), IsEmpty());
 }
 
 TEST_F(DaemonSyslog, RefusesAnUnknownLevelWithoutAReason)
 {
     start();
     EXPECT_EQ(outcome(message(5).build()), "0 0 ");
-    EXPECT_THAT(logLines(1), ElementsAre(updateFailed("syslog")));
+    EXPECT_THAT(logLines(), ElementsAre(updateFailed("syslog")));
     EXPECT_EQ(files.read("syslog"), "local0.*    /var/log/network\n");
     EXPECT_EQ(files.read("logrotate"), "size 1k\n");
 }
@@ -134,9 +134,9 @@ TEST_F(DaemonTimezone, FailsWithoutAReasonForAZoneWithoutAFile)
 {
     start();
     EXPECT_EQ(outcome(XasMessageBuilder{XMSG_TIMEZONE}.bytes(120, "Mars").build()), "0 0 ");
-    EXPECT_THAT(logLines(2), ElementsAre(xasErrorLine("timezone file " + files.path("tzpathbase/Mars") +
-                                                      " does not exist\n"),
-                                         updateFailed("timezone")));
+    EXPECT_THAT(logLines(), ElementsAre(xasErrorLine("timezone file " + files.path("tzpathbase/Mars") +
+                                                     " does not exist\n"),
+                                        updateFailed("timezone")));
     EXPECT_EQ(files.read("cfglink"), "old");
 }
 
@@ -145,7 +145,7 @@ TEST_F(DaemonTimezone, WarnsOfAMissingLink)
     files.remove("cfglink");
     start();
     EXPECT_EQ(outcome(XasMessageBuilder{XMSG_TIMEZONE}.bytes(120, "Europe/Berlin").build()), "1 0 ");
-    EXPECT_THAT(logLines(1), ElementsAre(xasWarningLine("failure unlinking timezone symlink file\n")));
+    EXPECT_THAT(logLines(), ElementsAre(xasWarningLine("failure unlinking timezone symlink file\n")));
     EXPECT_EQ(std::filesystem::read_symlink(files.path("cfglink")), files.path("tzpathbase/Europe/Berlin"));
 }
 
@@ -154,14 +154,14 @@ TEST_F(DaemonTimezone, PointsTheLinkAtTheZone)
     start();
     EXPECT_EQ(outcome(XasMessageBuilder{XMSG_TIMEZONE}.bytes(120, "Europe/Berlin").build()), "1 0 ");
     EXPECT_EQ(std::filesystem::read_symlink(files.path("cfglink")), files.path("tzpathbase/Europe/Berlin"));
-    EXPECT_THAT(logLines(0), IsEmpty());
+    EXPECT_THAT(logLines(), IsEmpty());
 }
 
 TEST_F(DaemonRouting, FailsWithoutAReasonWhereAFileIsMissing)
 {
     start("ripd");
     EXPECT_EQ(outcome(XasMessageBuilder{XMSG_ROUTING}.build()), "0 0 ");
-    EXPECT_THAT(logLines(2),
+    EXPECT_THAT(logLines(),
                 ElementsAre(xasErrorLine("Error determining router config file\n"), updateFailed("router")));
 }
 
@@ -174,5 +174,5 @@ TEST_F(DaemonRouting, WritesBothFiles)
               "interface eth0\n  ip rip send version 1 2\n  ip rip receive version 1 2\n!\n"
               "interface eth1\n  ip rip send version 1 2\n  ip rip receive version 1 2\n!\n"
               "router rip\n  network eth0\n  network eth1\n!\nline vty\n");
-    EXPECT_THAT(logLines(0), IsEmpty());
+    EXPECT_THAT(logLines(), IsEmpty());
 }
