@@ -566,3 +566,65 @@ TEST_F(EthAndRouter, DoesNotReachTheRouterWhenStartingTheNetworkFails)
     EXPECT_EQ(errors().back(), "sw/err-Error starting application\n");
     EXPECT_THAT(programs(), ElementsAre("eth-down", "eth-up"));
 }
+
+namespace {
+
+/** The same with all files of the handler, which therefore succeeds. */
+class EthWithFiles : public EthAndRouter {
+  protected:
+    EthWithFiles()
+    {
+        for (const std::string name :
+             {"gatewayprec", "kernel", "modprobe", "bond0", "eth0", "eth1", "network", "altgateway"})
+            app("eth").cfgFiles.push_back({.type = name, .path = files.write(name, "")});
+    }
+
+    /** A message with neither port in use. */
+    XasMessage bonding(std::uint32_t mode)
+    {
+        return XasMessageBuilder{XMSG_ETH}.id(77).word(252, mode).build();
+    }
+
+    /** The codes that both scripts were called with. */
+    std::string codes()
+    {
+        EXPECT_EQ(app("eth").stopScript->substr(stubs.path("eth-down").size()),
+                  app("eth").startScript->substr(stubs.path("eth-up").size()));
+        return app("eth").startScript->substr(stubs.path("eth-up").size() + 1);
+    }
+};
+
+} // namespace
+
+TEST_F(EthWithFiles, ForcesThePortsWhenBondingChangesAndNoMoreTheSecondTime)
+{
+    EXPECT_EQ(outcome(bonding(1)), APPLIED);
+    EXPECT_EQ(codes(), "1 1 2");
+    EXPECT_TRUE(xasIsBondingOn());
+    EXPECT_EQ(outcome(bonding(1)), APPLIED);
+    EXPECT_EQ(codes(), "0 0 0");
+    EXPECT_EQ(outcome(bonding(2)), APPLIED);
+    EXPECT_EQ(codes(), "1 1 2");
+    EXPECT_EQ(outcome(bonding(0)), APPLIED);
+    EXPECT_EQ(codes(), "1 1 1");
+    EXPECT_FALSE(xasIsBondingOn());
+}
+
+TEST_F(EthWithFiles, ForgetsTheBondingOfAMessageWhoseRouterFailed)
+{
+    app("router").startScript = script("start-router", 1);
+    app("router").running = 1;
+    EXPECT_EQ(outcome(bonding(1)), "0 1 Internal error attempting to apply settings");
+    EXPECT_FALSE(xasIsBondingOn());
+    EXPECT_EQ(outcome(bonding(1)), APPLIED) << "the router is down now, and left alone";
+    EXPECT_EQ(codes(), "1 1 2");
+    EXPECT_TRUE(xasIsBondingOn());
+}
+
+TEST_F(EthWithFiles, KeepsTheBondingOfTheMessageBeforeWhenTheHandlerFails)
+{
+    EXPECT_EQ(outcome(bonding(1)), APPLIED);
+    std::remove(files.path("kernel").c_str());
+    EXPECT_EQ(outcome(bonding(0)).front(), '0');
+    EXPECT_TRUE(xasIsBondingOn());
+}
