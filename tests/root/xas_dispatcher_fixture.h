@@ -71,11 +71,40 @@ class XasDispatcherTest : public testing::Test {
     /** A script of an application; its calls are noted. */
     std::string script(std::string_view name, int exitStatus = 0) { return stubs.make(name, exitStatus); }
 
+    /** An application with a start and a stop script of its name. */
+    XasTestApp scripted(const std::string &name)
+    {
+        return {.name = name,
+                .startScript = script("start-" + name) + " a",
+                .stopScript = script("stop-" + name) + " o"};
+    }
+
+    /** The calls so far, by the names of the programs alone. */
+    std::vector<std::string> programs()
+    {
+        std::vector<std::string> names;
+        for (const auto &words : stubs.calls())
+            names.push_back(words.front().substr(words.front().rfind('/') + 1));
+        return names;
+    }
+
     XasTestQueues queues;
     XasTestClock clock;
     XasStubs stubs;
     XasAppList apps;
     XasLogCapture log;
 };
+
+/** What outcome() gives for a message that failed without a reason, and for one that was applied. */
+inline constexpr const char *XAS_FAILED = "0 0 ";
+inline constexpr const char *XAS_APPLIED = "1 0 ";
+
+inline const XasLogLine XAS_NOT_FOUND = xasErrorLine("Could not find application in app list\n");
+
+/** A message of a type with an empty payload and the id 77. */
+inline XasMessage xasPlainMessage(std::uint32_t msgtype)
+{
+    return XasMessageBuilder{msgtype}.id(77).build();
+}
 
 #endif
