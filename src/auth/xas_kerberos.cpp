@@ -25,16 +25,10 @@ constexpr XasEditTexts HOSTS_TEXTS{
     .saveReason = "Error saving new /etc/hosts file",
 };
 
-template <std::size_t N>
-std::string field(const char (&text)[N])
-{
-    return std::string{xasFieldText(text)};
-}
-
 /** Gives the key distribution centre its line, when both its name and its address are given. */
 int addKdcToHosts(const char *hostsFile, const XasKerberosPayload &cfgKerberos, XasReplyStatus *reply)
 {
-    const std::string kdc = field(cfgKerberos.kdc);
+    const std::string kdc = xasFieldString(cfgKerberos.kdc);
     const char *address = xmlIPv4Or6ToStr(&cfgKerberos.kdc_ip);
     if (kdc.empty() || address == nullptr || *address == '\0')
         return 0;
@@ -47,8 +41,8 @@ int addKdcToHosts(const char *hostsFile, const XasKerberosPayload &cfgKerberos, 
 std::string xasKerberosText(std::string templateText, const XasKerberosPayload &cfgKerberos)
 {
     const std::array replacements = {
-        XasReplacement{"$(REALM)", field(cfgKerberos.realm)},
-        XasReplacement{"$(KDC_FQDN)", field(cfgKerberos.kdc)},
+        XasReplacement{"$(REALM)", xasFieldString(cfgKerberos.realm)},
+        XasReplacement{"$(KDC_FQDN)", xasFieldString(cfgKerberos.kdc)},
         XasReplacement{"$(KDC_PORT)", xasFormat("%d", cfgKerberos.kdc_port)},
         XasReplacement{"$(USE_LDAP)", xasFormat("%d", static_cast<int>(cfgKerberos.use_ldap))},
     };

@@ -29,12 +29,6 @@ constexpr XasTemplateTexts LDAP_TEXTS{
 
 constexpr const char *COMMENT = "#";
 
-template <std::size_t N>
-std::string field(const char (&text)[N])
-{
-    return std::string{xasFieldText(text)};
-}
-
 /** Fills in a setting, or comments its line out when it is empty; the placeholder then stays in it. */
 void replaceOptional(std::string &text, const char *mark, const char *placeholder, const std::string &value)
 {
@@ -54,7 +48,7 @@ std::string xasOpenLdapText(std::string_view oldText, const XasLdapPayload &cfgL
     });
     if (cfgLDAP.enabled != 0) {
         newText += xasFormatLine("HOST %s \n", xasHostToStr(cfgLDAP.server).c_str());
-        newText += xasFormatLine("BASE %s \n", field(cfgLDAP.base).c_str());
+        newText += xasFormatLine("BASE %s \n", xasFieldString(cfgLDAP.base).c_str());
     }
     return newText;
 }
@@ -65,9 +59,9 @@ std::string xasLdapTemplateText(std::string templateText, const XasLdapPayload &
     const std::string hosts = xasHostToStr(cfgLDAP.server) + " " + xasHostToStr(cfgLDAP.server2);
     const std::string port = cfgLDAP.port != 0 ? xasFormat("%d", static_cast<int>(cfgLDAP.port)) : "";
     xasReplaceString(text, "$(HOST)", hosts.c_str());
-    xasReplaceString(text, "$(BASE)", field(cfgLDAP.base).c_str());
-    replaceOptional(text, "$(NO_BINDDN)", "$(BINDDN)", field(cfgLDAP.bind_name));
-    replaceOptional(text, "$(NO_BINDPW)", "$(BINDPW)", field(cfgLDAP.bind_passwd));
+    xasReplaceString(text, "$(BASE)", xasFieldString(cfgLDAP.base).c_str());
+    replaceOptional(text, "$(NO_BINDDN)", "$(BINDDN)", xasFieldString(cfgLDAP.bind_name));
+    replaceOptional(text, "$(NO_BINDPW)", "$(BINDPW)", xasFieldString(cfgLDAP.bind_passwd));
     replaceOptional(text, "$(NO_LDAP_PORT)", "$(LDAP_PORT)", port);
     xasReplaceString(text, "$(ISMS)", cfgLDAP.ad_support != 0 ? nullptr : COMMENT);
     xasReplaceString(text, "$(ENCRYPT)", COMMENT);
@@ -86,9 +80,9 @@ std::string xasLdapBindText(const XasLdapPayload &cfgLDAP)
 
 std::string xasLdapMapText(const XasLdapPayload &cfgLDAP)
 {
-    const std::string uid = field(cfgLDAP.map_uid);
-    const std::string group = field(cfgLDAP.map_posix_group);
-    const std::string member = field(cfgLDAP.map_member);
+    const std::string uid = xasFieldString(cfgLDAP.map_uid);
+    const std::string group = xasFieldString(cfgLDAP.map_posix_group);
+    const std::string member = xasFieldString(cfgLDAP.map_member);
     std::string text;
     if (!uid.empty())
         text += xasFormat("\nnss_map_attribute uid %s\n", uid.c_str());

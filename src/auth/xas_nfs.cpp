@@ -57,8 +57,8 @@ std::string shareLine(const XasNfsShare &share)
 
 XasNfsShare readShare(const XasNfsMount &mount)
 {
-    return {.remote = std::string{xasFieldText(mount.rem_dir)},
-            .local = MOUNT_ROOT + std::string{xasFieldText(mount.local_dir)},
+    return {.remote = xasFieldString(mount.rem_dir),
+            .local = MOUNT_ROOT + xasFieldString(mount.local_dir),
             .readWrite = mount.read_write != 0,
             .used = mount.mount != 0};
 }

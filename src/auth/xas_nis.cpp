@@ -28,7 +28,7 @@ constexpr XasEditTexts NETWORK_TEXTS{
 
 std::string domainOf(const XasNisPayload &cfgNIS)
 {
-    return std::string{xasFieldText(cfgNIS.domain)};
+    return xasFieldString(cfgNIS.domain);
 }
 
 /** Starts the program that sets the running domain name. */

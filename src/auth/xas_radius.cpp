@@ -30,7 +30,7 @@ std::string serverLine(const XasRadiusServer &server, std::uint8_t timeout, cons
     if (isIPv6(server.host))
         host = "[" + host + "]";
     return xasFormatLine("%s:%d%s%s    %d\n", host.c_str(), server.port, blanksBehindPort,
-                         std::string{xasFieldText(server.secret)}.c_str(), timeout);
+                         xasFieldString(server.secret).c_str(), timeout);
 }
 
 std::string firstLine(const XasRadiusServer &server, std::uint8_t timeout)

@@ -60,7 +60,7 @@ std::string xasSmbText(std::string_view oldText, const XasCifsPayload &cifs)
         const bool isComment = line.starts_with('#') || line.starts_with(';');
         const std::string key = isComment ? std::string{} : keyOf(line);
         if (key == "workgroup")
-            newText += smbLine("workgroup", std::string{xasFieldText(cifs.workgroup)});
+            newText += smbLine("workgroup", xasFieldString(cifs.workgroup));
         else if (key == "interfaces")
             newText += smbLine("interfaces", interfaces(cifs));
         else

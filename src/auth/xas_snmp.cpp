@@ -20,12 +20,6 @@ constexpr XasEditTexts TEXTS{
     .secrecy = XasSecrecy::secret,
 };
 
-template <std::size_t N>
-std::string field(const char (&text)[N])
-{
-    return std::string{xasFieldText(text)};
-}
-
 std::string keyLine(const char *key, const std::string &value)
 {
     return xasFormatLine("%s  %s\n", key, value.c_str());
@@ -93,24 +87,25 @@ std::string communityLine(std::string_view line, const CommunityKey &key, const 
     if (snmpCfg.community_mode != XAS_SNMP_WRITE_COMMUNITIES)
         return std::string{line};
     (key.isReadOnly ? written.readOnly : written.readWrite) = true;
-    return keyLine(key.writtenAs, key.isReadOnly ? field(snmpCfg.ro_community) : field(snmpCfg.rw_community));
+    return keyLine(key.writtenAs, key.isReadOnly ? xasFieldString(snmpCfg.ro_community)
+                                                 : xasFieldString(snmpCfg.rw_community));
 }
 
 std::string editedLine(std::string_view line, const XasSnmpCfg &snmpCfg, Communities &written)
 {
     const std::string_view word = xasFirstToken(line, " \t");
     if (word == "syscontact")
-        return keyLine("syscontact", field(snmpCfg.syscontact));
+        return keyLine("syscontact", xasFieldString(snmpCfg.syscontact));
     if (word == "syslocation")
-        return keyLine("syslocation", field(snmpCfg.syslocation));
+        return keyLine("syslocation", xasFieldString(snmpCfg.syslocation));
     if (word == "rouser")
-        return userLines("rouser", snmpCfg, field(snmpCfg.v3user), field(snmpCfg.v3pass),
-                         field(snmpCfg.v3phrase));
+        return userLines("rouser", snmpCfg, xasFieldString(snmpCfg.v3user), xasFieldString(snmpCfg.v3pass),
+                         xasFieldString(snmpCfg.v3phrase));
     if (word == "rwuser")
-        return userLines("rwuser", snmpCfg, field(snmpCfg.v3rwuser), field(snmpCfg.v3rwpass),
-                         field(snmpCfg.v3rwphrase));
+        return userLines("rwuser", snmpCfg, xasFieldString(snmpCfg.v3rwuser),
+                         xasFieldString(snmpCfg.v3rwpass), xasFieldString(snmpCfg.v3rwphrase));
     if (word == "trapcommunity")
-        return keyLine("trapcommunity", field(snmpCfg.trap_community));
+        return keyLine("trapcommunity", xasFieldString(snmpCfg.trap_community));
     if (word == "trapsink" || word == "trap2sink" || word == "createUser")
         return {};
     if (const CommunityKey *key = findCommunityKey(word))
@@ -125,9 +120,9 @@ std::string missingCommunities(const XasSnmpCfg &snmpCfg, const Communities &wri
     if (snmpCfg.community_mode != XAS_SNMP_WRITE_COMMUNITIES)
         return text;
     if (!written.readOnly)
-        text += keyLine("rocommunity", field(snmpCfg.ro_community));
+        text += keyLine("rocommunity", xasFieldString(snmpCfg.ro_community));
     if (!written.readWrite)
-        text += keyLine("rwcommunity", field(snmpCfg.rw_community));
+        text += keyLine("rwcommunity", xasFieldString(snmpCfg.rw_community));
     return text;
 }
 

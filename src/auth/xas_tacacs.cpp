@@ -42,7 +42,7 @@ std::string xasTacacsText(std::string templateText, const XasTacacsPayload &cfgT
         XasReplacement{"$(SERVER_1)", serverText(cfgTacacs.servers[0])},
         XasReplacement{"$(SERVER_2)", serverText(cfgTacacs.servers[1])},
         XasReplacement{"$(SERVER_3)", serverText(cfgTacacs.servers[2])},
-        XasReplacement{"$(SERVER_1_SECRET)", std::string{xasFieldText(cfgTacacs.server1_secret)}},
+        XasReplacement{"$(SERVER_1_SECRET)", xasFieldString(cfgTacacs.server1_secret)},
         XasReplacement{"$(ENCRYPT)", xasFormat("%d", static_cast<int>(cfgTacacs.encrypt))},
         XasReplacement{"$(SERVICE)", serviceName(cfgTacacs.service)},
     };

@@ -15,7 +15,7 @@ constexpr const char *DELUSER_FAILED = "system call deluser failed \n";
 
 std::string loginOf(const XasUserRecord &user)
 {
-    return std::string{xasFieldText(user.login)};
+    return xasFieldString(user.login);
 }
 
 /** One user of a full rebuild. That the command itself failed is not noticed. */

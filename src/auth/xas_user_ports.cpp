@@ -17,7 +17,7 @@ std::string maskLine(const char *key, std::uint64_t mask)
 template <std::size_t N>
 std::string sequenceLine(const char *key, const char (&sequence)[N])
 {
-    return xasFormat("%s=\"%s\"\n", key, std::string{xasFieldText(sequence)}.c_str());
+    return xasFormat("%s=\"%s\"\n", key, xasFieldString(sequence).c_str());
 }
 
 } // namespace

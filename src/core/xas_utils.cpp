@@ -121,7 +121,7 @@ std::uint32_t xasHostByName(const std::string &name)
 std::string xasHostToStr(const XasHostAddr &host)
 {
     if (host.is_name != 0)
-        return std::string{xasFieldText(host.value)};
+        return xasFieldString(host.value);
     if (host.is_ipv6 == 0) {
         std::uint32_t address = 0;
         std::memcpy(&address, host.value, sizeof address);

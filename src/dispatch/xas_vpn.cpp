@@ -160,7 +160,7 @@ std::string rightLines(const XasVpnPayload &vpnCfg)
 std::string secretsPeer(const XasHostAddr &host)
 {
     if (host.is_name != 0)
-        return std::string{xasFieldText(host.value)};
+        return xasFieldString(host.value);
     std::uint32_t address = 0;
     std::memcpy(&address, host.value, sizeof address);
     return xasIPv4ToStr(address);
@@ -232,7 +232,7 @@ std::string xasIPsecGlobalText(std::string_view oldText)
 
 std::string xasIPsecConnText(const XasVpnPayload &vpnCfg, const std::optional<std::string> &localAddress)
 {
-    std::string text = xasFormat("conn %s\n", std::string{xasFieldText(vpnCfg.name)}.c_str());
+    std::string text = xasFormat("conn %s\n", xasFieldString(vpnCfg.name).c_str());
     if (vpnCfg.ike.enc != 0 || vpnCfg.ike.hash != 0 || vpnCfg.ike.dhgroup != 0)
         text += "    ike=" + proposal(vpnCfg.ike) + "\n";
     if (vpnCfg.esp.enc != 0 || vpnCfg.esp.hash != 0)
@@ -245,26 +245,23 @@ std::string xasIPsecConnText(const XasVpnPayload &vpnCfg, const std::optional<st
     text += xasFormat("    pfs=%s\n", vpnCfg.pfs != 0 ? "yes" : "no");
     text += "    dpddelay=30\n    dpdtimeout=120\n    dpdaction=restart\n    auto=add\n    type=tunnel\n";
     if (vpnCfg.auth == XAS_VPN_RSA)
-        text += xasFormat("    rightrsasigkey=%s\n", std::string{xasFieldText(vpnCfg.auth_key)}.c_str());
+        text += xasFormat("    rightrsasigkey=%s\n", xasFieldString(vpnCfg.auth_key).c_str());
     return text;
 }
 
 std::string xasIPsecSecretsText(const XasVpnPayload &vpnCfg, const std::optional<std::string> &localAddress)
 {
-    const auto field = [](const auto &text) {
-        return std::string{xasFieldText(text)};
-    };
     std::string text;
     if (vpnCfg.auth == XAS_VPN_PSK) {
-        const std::string remoteId = field(vpnCfg.remote_id);
-        const std::string localId = field(vpnCfg.local_id);
+        const std::string remoteId = xasFieldString(vpnCfg.remote_id);
+        const std::string localId = xasFieldString(vpnCfg.local_id);
         text += (remoteId.empty() ? secretsPeer(vpnCfg.remote_host) : "@" + remoteId) + " ";
         text += localId.empty() ? localAddress.value_or("%any") : "@" + localId;
-        text += xasFormat(": PSK \"%s\"\n", field(vpnCfg.auth_key).c_str());
+        text += xasFormat(": PSK \"%s\"\n", xasFieldString(vpnCfg.auth_key).c_str());
     }
     if (vpnCfg.xauth != 0)
-        text += xasFormat("@%s: XAUTH \"%s\"\n", field(vpnCfg.xauth_login).c_str(),
-                          field(vpnCfg.xauth_passwd).c_str());
+        text += xasFormat("@%s: XAUTH \"%s\"\n", xasFieldString(vpnCfg.xauth_login).c_str(),
+                          xasFieldString(vpnCfg.xauth_passwd).c_str());
     return text;
 }
 

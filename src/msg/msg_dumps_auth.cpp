@@ -12,16 +12,10 @@
 
 namespace {
 
-template <std::size_t N>
-std::string field(const char (&text)[N])
-{
-    return std::string{xasFieldText(text)};
-}
-
 std::string radiusServerLine(int number, const XasRadiusServer &server)
 {
     return xasFormat("  #%d- server: %s secret: %s port: %d\n", number, xasHostToStr(server.host).c_str(),
-                     field(server.secret).c_str(), server.port);
+                     xasFieldString(server.secret).c_str(), server.port);
 }
 
 } // namespace
@@ -38,17 +32,17 @@ std::string msgDumpNis(const XasMessage &msg)
 {
     const auto nis = xasReadPayload<XasNisPayload>(msg);
     return xasFormat("enabled: %s order: %d domain: %s master: %s\n", msgYesNoName(nis.enabled), nis.order,
-                     field(nis.domain).c_str(), xasHostToStr(nis.master).c_str());
+                     xasFieldString(nis.domain).c_str(), xasHostToStr(nis.master).c_str());
 }
 
 std::string msgDumpLdap(const XasMessage &msg)
 {
     const auto ldap = xasReadPayload<XasLdapPayload>(msg);
     return xasFormat("enabled: %s order: %d server: %s base: %s\n", msgYesNoName(ldap.enabled), ldap.order,
-                     xasHostToStr(ldap.server).c_str(), field(ldap.base).c_str()) +
-           xasFormat("bind_name: %s bind_passwd: %s port: %d ad_support: %s\n", field(ldap.bind_name).c_str(),
-                     field(ldap.bind_passwd).c_str(), static_cast<int>(ldap.port),
-                     msgYesNoName(ldap.ad_support));
+                     xasHostToStr(ldap.server).c_str(), xasFieldString(ldap.base).c_str()) +
+           xasFormat("bind_name: %s bind_passwd: %s port: %d ad_support: %s\n",
+                     xasFieldString(ldap.bind_name).c_str(), xasFieldString(ldap.bind_passwd).c_str(),
+                     static_cast<int>(ldap.port), msgYesNoName(ldap.ad_support));
 }
 
 std::string msgDumpRadius(const XasMessage &msg)
@@ -64,7 +58,7 @@ std::string msgDumpKerberos(const XasMessage &msg)
 {
     const auto kerberos = xasReadPayload<XasKerberosPayload>(msg);
     return xasFormat("enabled: %s order: %d realm: %s\n", msgYesNoName(kerberos.enabled), kerberos.order,
-                     field(kerberos.realm).c_str()) +
-           xasFormat("kdc: %s kdc_ip: %s kdc_port: %d use_ldap: %s\n", field(kerberos.kdc).c_str(),
+                     xasFieldString(kerberos.realm).c_str()) +
+           xasFormat("kdc: %s kdc_ip: %s kdc_port: %d use_ldap: %s\n", xasFieldString(kerberos.kdc).c_str(),
                      xmlIPv4Or6ToStr(&kerberos.kdc_ip), kerberos.kdc_port, msgYesNoName(kerberos.use_ldap));
 }

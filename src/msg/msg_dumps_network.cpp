@@ -15,12 +15,6 @@
 
 namespace {
 
-template <std::size_t N>
-std::string field(const char (&text)[N])
-{
-    return std::string{xasFieldText(text)};
-}
-
 std::string routeLine(const XasRoute &route)
 {
     const std::string destination = msgIPv4Text(route.destination);
@@ -34,8 +28,8 @@ std::string routeLine(const XasRoute &route)
 std::string msgDumpHostname(const XasMessage &msg)
 {
     const auto payload = xasReadPayload<XasHostnamePayload>(msg);
-    return xasFormat("hostname: %s domain: %s\n", field(payload.hostname).c_str(),
-                     field(payload.domain).c_str());
+    return xasFormat("hostname: %s domain: %s\n", xasFieldString(payload.hostname).c_str(),
+                     xasFieldString(payload.domain).c_str());
 }
 
 std::string msgDumpDns(const XasMessage &msg)
@@ -58,7 +52,7 @@ std::string msgDumpNtp(const XasMessage &msg)
 
 std::string msgDumpTimezone(const XasMessage &msg)
 {
-    return xasFormat("zone: %s\n", field(xasReadPayload<XasTimezonePayload>(msg).zone).c_str());
+    return xasFormat("zone: %s\n", xasFieldString(xasReadPayload<XasTimezonePayload>(msg).zone).c_str());
 }
 
 std::string msgDumpRouting(const XasMessage &msg)
@@ -79,5 +73,5 @@ std::string msgDumpReply(const XasMessage &msg)
 {
     const auto payload = xasReadPayload<XasReplyPayload>(msg);
     return xasFormat("success: %s complete: %s\nrcode: %u rstr: %s\n", msgYesNoName(payload.success),
-                     msgYesNoName(payload.complete), payload.rcode, field(payload.rstr).c_str());
+                     msgYesNoName(payload.complete), payload.rcode, xasFieldString(payload.rstr).c_str());
 }

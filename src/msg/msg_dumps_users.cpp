@@ -8,12 +8,6 @@
 
 namespace {
 
-template <std::size_t N>
-std::string field(const char (&text)[N])
-{
-    return std::string{xasFieldText(text)};
-}
-
 unsigned long long mask(std::uint64_t ports)
 {
     return ports;
@@ -21,13 +15,14 @@ unsigned long long mask(std::uint64_t ports)
 
 std::string listedUserLines(const XasUserRecord &user)
 {
-    return xasFormat("  login: %s password: %s uid: %u listen: 0x%llx\n", field(user.login).c_str(),
-                     field(user.password).c_str(), user.uid, mask(user.listen)) +
+    return xasFormat("  login: %s password: %s uid: %u listen: 0x%llx\n", xasFieldString(user.login).c_str(),
+                     xasFieldString(user.password).c_str(), user.uid, mask(user.listen)) +
            xasFormat("  data: 0x%llx clear: 0x%llx outlets: 0x%x escseq: %s brkseq: %s\n", mask(user.data),
-                     mask(user.clear), user.outlets, field(user.escseq).c_str(), field(user.brkseq).c_str()) +
+                     mask(user.clear), user.outlets, xasFieldString(user.escseq).c_str(),
+                     xasFieldString(user.brkseq).c_str()) +
            xasFormat("  menu: %s dialback: %s dialback_num: %s perm: 0x%x cli: 0x%x\n",
-                     field(user.menu).c_str(), msgYesNoName(user.dialback), field(user.dialback_num).c_str(),
-                     user.perm, user.cli) +
+                     xasFieldString(user.menu).c_str(), msgYesNoName(user.dialback),
+                     xasFieldString(user.dialback_num).c_str(), user.perm, user.cli) +
            xasFormat("  pwd_change: %s pwd_expires: %ld pwd_login_change: %s login_attempts: %ld\n",
                      msgYesNoName(user.pwd_change), static_cast<long>(user.pwd_expires),
                      msgYesNoName(user.pwd_login_change), static_cast<long>(user.login_attempts));
@@ -61,10 +56,11 @@ std::string msgDumpUser(const XasMessage &msg)
     const XasUserRecord &user = payload.user;
     return xasFormat("valid_user: %s remote_user: %s action: %s login: %s\n",
                      msgYesNoName(payload.valid_user), msgYesNoName(payload.remote_user),
-                     msgUserActionName(payload.action), field(user.login).c_str()) +
-           xasFormat("password: %s uid: %d listen: 0x%llx data: 0x%llx\n", field(user.password).c_str(),
-                     static_cast<int>(user.uid), mask(user.listen), mask(user.data)) +
+                     msgUserActionName(payload.action), xasFieldString(user.login).c_str()) +
+           xasFormat("password: %s uid: %d listen: 0x%llx data: 0x%llx\n",
+                     xasFieldString(user.password).c_str(), static_cast<int>(user.uid), mask(user.listen),
+                     mask(user.data)) +
            xasFormat("clear: 0x%llx outlets: 0x%x escseq: %s brkseq: %s menu: %s\n", mask(user.clear),
-                     user.outlets, field(user.escseq).c_str(), field(user.brkseq).c_str(),
-                     field(user.menu).c_str());
+                     user.outlets, xasFieldString(user.escseq).c_str(), xasFieldString(user.brkseq).c_str(),
+                     xasFieldString(user.menu).c_str());
 }

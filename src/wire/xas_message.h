@@ -14,6 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string>
 #include <string_view>
 #include <type_traits>
 
@@ -185,6 +186,13 @@ template <std::size_t N>
 std::string_view xasFieldText(const char (&field)[N])
 {
     return {field, ::strnlen(field, N)};
+}
+
+/** The same as a text of its own. */
+template <std::size_t N>
+std::string xasFieldString(const char (&field)[N])
+{
+    return std::string{xasFieldText(field)};
 }
 
 /** Puts `text` into a zeroed character field, cut so that a terminating NUL remains. */

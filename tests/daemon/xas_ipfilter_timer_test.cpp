@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <sys/wait.h>
 
@@ -31,6 +32,7 @@ TEST(RealTimeFilterTimer, RunsOutAfterAMinuteAndServesDeathsAndSigtermWhileNoAns
         const auto lines = daemon.stubs.lines();
         return std::ranges::count(lines, server);
     };
+    std::filesystem::create_directories("/tmp/.save");
     daemon.start({{.name = "firewall"}, {.name = "portmap", .exes = {server}}});
     ASSERT_EQ(xasMessageWord(daemon.ask(startPortmap()), 120), 1U);
     ASSERT_TRUE(xasEventually([&] { return starts() == 1 && xasExists(daemon.stubs.path("pid")); }));
