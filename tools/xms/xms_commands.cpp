@@ -5,6 +5,7 @@
 #include "xms/xms_protocol.h"
 #include "xms/xms_record.h"
 #include "xms/xms_socket.h"
+#include "xms/xms_users.h"
 
 #include <array>
 #include <cstdio>
@@ -68,27 +69,48 @@ std::string readHexFile(const std::string &path)
     return {std::istreambuf_iterator<char>{input}, {}};
 }
 
-/** The record to send, as far as it can be built, and checked, without the server. */
-XasMessage recordFromOptions(const XmsSetOptions &set)
+/** What is to be sent. */
+struct Setting {
+    XasMessage record{};
+    std::vector<XmsAssignment> assignments; /**< those that set the record's own fields */
+    XmsUserEntry users;                     /**< the list behind XMSG_LOCALUSERS */
+};
+
+XasValueCheck checkOf(const XmsSetOptions &set)
 {
-    XasMessage record = xmsDefaultRecord(xmsTypeFromText(set.type));
-    if (!set.rawFile.empty())
-        xmsSetRawPayload(record, readHexFile(set.rawFile));
-    const auto check = set.force ? XasValueCheck::anyThatFits : XasValueCheck::allowed;
-    xmsAssign(record, xmsParseAssignments(set.assignments), check);
-    return record;
+    return set.force ? XasValueCheck::anyThatFits : XasValueCheck::allowed;
 }
 
-/** The stored record with the named fields set over it, or `record` when there is nothing to start from. */
-XasMessage overStored(const XmsDescriptor &server, const XasMessage &record, const XmsSetOptions &set)
+/** The setting, as far as it can be built, and checked, without the server. */
+Setting settingFromOptions(const XmsSetOptions &set)
 {
+    Setting setting{.record = xmsDefaultRecord(xmsTypeFromText(set.type)),
+                    .assignments = xmsParseAssignments(set.assignments),
+                    .users = {}};
+    if (!set.rawFile.empty())
+        xmsSetRawPayload(setting.record, readHexFile(set.rawFile));
+    if (setting.record.xH.msgtype == XMSG_LOCALUSERS)
+        setting.users = xmsTakeUsers(setting.assignments, checkOf(set));
+    if (set.rawFile.empty())
+        xmsAnnounceUsers(setting.record, setting.users);
+    xmsAssign(setting.record, setting.assignments, checkOf(set));
+    if (!set.force)
+        xmsRequireMatchingCount(setting.record, setting.users);
+    return setting;
+}
+
+/** The stored record with the named fields set over it, or the setting's own when there is nothing to start
+ * from. */
+XasMessage overStored(const XmsDescriptor &server, const Setting &setting, const XmsSetOptions &set)
+{
+    const XasMessage &record = setting.record;
     if (set.fresh || !set.rawFile.empty() || !xmsIsKept(record.xH.msgtype))
         return record;
     auto stored = askStored(server, record);
     if (!stored)
         return record;
-    const auto check = set.force ? XasValueCheck::anyThatFits : XasValueCheck::allowed;
-    xmsAssign(*stored, xmsParseAssignments(set.assignments), check);
+    xmsAnnounceUsers(*stored, setting.users); // the list itself is not stored
+    xmsAssign(*stored, setting.assignments, checkOf(set));
     return *stored;
 }
 
@@ -161,12 +183,13 @@ XmsExit xmsOutcomeExit(const XmsOutcome &outcome)
 
 XmsExit xmsSetCommand(const XmsOptions &options, const XmsSetOptions &set)
 {
-    const XasMessage typed = recordFromOptions(set);
+    const Setting setting = settingFromOptions(set);
     const XmsDescriptor server = xmsConnect(options.socket);
-    const XasMessage record = overStored(server, typed, set);
+    const XasMessage record = overStored(server, setting, set);
     const XmsJson answer =
         ask(server, {{"do", "set"},
                      {"record", xmsToHex(record)},
+                     {"users", xmsToHex(setting.users)},
                      {"timeout_ms", static_cast<std::int64_t>(set.timeoutSeconds * 1000)}});
     const XmsOutcome outcome = xmsOutcomeFrom(record.xH.msgtype, answer);
     print(options.json ? xmsJsonLine(xmsOutcomeJson(outcome)) : xmsOutcomeText(outcome, options.paint));

@@ -51,6 +51,16 @@ std::optional<std::vector<std::byte>> takeOne(int queue)
     return std::vector<std::byte>{begin, begin + size};
 }
 
+/** Puts an entry of `size` bytes behind its type into a queue; false when the queue is full. */
+bool putOne(int queue, const void *entry, std::size_t size)
+{
+    if (msgsnd(queue, entry, size, IPC_NOWAIT) == 0)
+        return true;
+    if (errno == EAGAIN || errno == EINTR)
+        return false;
+    fail("cannot write to the message queue");
+}
+
 } // namespace
 
 XmsQueues xmsOpenQueues()
@@ -75,11 +85,25 @@ bool xmsSend(const XmsQueues &queues, const XasMessage &record)
 {
     const long mtype = std::max<long>(record.xH.msgtype, 1); // zero is no type for the system
     const QueueEntry entry{mtype, record};
-    if (msgsnd(queues.toDaemon, &entry, sizeof entry.record, IPC_NOWAIT) == 0)
-        return true;
-    if (errno == EAGAIN || errno == EINTR)
-        return false;
-    fail("cannot write to the message queue");
+    return putOne(queues.toDaemon, &entry, sizeof entry.record);
+}
+
+bool xmsSendUsers(const XmsQueues &queues, const std::vector<std::byte> &users)
+{
+    const long mtype = XMSG_LOCALUSERS;
+    std::vector<std::byte> entry(sizeof mtype + users.size());
+    std::memcpy(entry.data(), &mtype, sizeof mtype);
+    std::ranges::copy(users, entry.begin() + sizeof mtype);
+    return putOne(queues.toDaemon, entry.data(), users.size());
+}
+
+std::size_t xmsLargestEntry(const XmsQueues &queues)
+{
+    msginfo limits{};
+    msqid_ds state{};
+    msgctl(0, IPC_INFO, reinterpret_cast<msqid_ds *>(&limits)); // the kernel fills a msginfo here
+    msgctl(queues.toDaemon, IPC_STAT, &state);
+    return std::min<std::size_t>(static_cast<std::size_t>(limits.msgmax), state.msg_qbytes);
 }
 
 std::optional<std::vector<std::byte>> xmsReceive(const XmsQueues &queues)

@@ -25,6 +25,12 @@ void xmsRemoveQueues(const XmsQueues &queues);
 /** Puts a record into the daemon's queue without waiting; false when the queue is full. Throws XmsError. */
 bool xmsSend(const XmsQueues &queues, const XasMessage &record);
 
+/** The same for a list of users, which goes out behind the message that announces it. */
+bool xmsSendUsers(const XmsQueues &queues, const std::vector<std::byte> &users);
+
+/** The largest entry that the daemon's queue takes, in bytes. */
+std::size_t xmsLargestEntry(const XmsQueues &queues);
+
 /** The next record from the daemon, of whatever size, without waiting; none when there is none. Throws
  * XmsError. */
 std::optional<std::vector<std::byte>> xmsReceive(const XmsQueues &queues);

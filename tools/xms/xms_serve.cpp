@@ -24,12 +24,19 @@ namespace {
 constexpr int BUSY_INTERVAL_MS = 2;
 constexpr int IDLE_INTERVAL_MS = 20;
 
+/** What the daemon's queue had no room for yet. */
+struct Outgoing {
+    XasMessage record;
+    std::vector<std::byte> users = {}; /**< the list that goes out behind it; empty: none */
+    bool isBegun = false;              /**< the record is out, its users are not */
+};
+
 struct Server {
     const XmsServeOptions &options;
     XmsDescriptor listener;
     XmsDescriptor signals;
     XmsQueues queues;
-    std::deque<XasMessage> outgoing; /**< what the daemon's queue had no room for yet */
+    std::deque<Outgoing> outgoing;
     XmsClients clients;
     XmsProtocol protocol;
 };
@@ -75,9 +82,15 @@ void doSet(Server &server, int client, const XmsJson &command)
     const auto setting = xmsRecordFromHex(command.at("record").get<std::string>());
     if (!setting)
         return tellProblem(server, client, "error", "not a record");
+    const auto users = xmsFromHex(command.value("users", ""));
+    const std::size_t largest = xmsLargestEntry(server.queues);
+    if (!users || users->size() > largest)
+        return tellProblem(server, client, "error",
+                           "the list of users is too long for a message queue, which takes " +
+                               std::to_string(largest) + " bytes (kernel.msgmax, kernel.msgmnb)");
     const std::chrono::milliseconds timeout{command.at("timeout_ms").get<std::int64_t>()};
     const XasMessage record = xmsEnterSetting(server.protocol, *setting, client, XmsClock::now() + timeout);
-    server.outgoing.push_back(record);
+    server.outgoing.push_back({record, *users});
     if (!xmsIsAnswered(record.xH.msgtype))
         xmsTell(server.clients, client, xmsJsonLine({{"result", "sent"}, {"id", record.xH.id}}));
 }
@@ -142,15 +155,23 @@ void takeAcknowledgement(Server &server, const XasMessage &acknowledgement)
                          {"problem", problem}}));
 }
 
+/** Answers go before settings: the daemon waits for the next record it gets. But users follow their message.
+ */
+void sendAhead(Server &server, const XasMessage &answer)
+{
+    const bool isBegun = !server.outgoing.empty() && server.outgoing.front().isBegun;
+    server.outgoing.insert(server.outgoing.begin() + (isBegun ? 1 : 0), {answer});
+}
+
 void takeRecord(Server &server, const XasMessage &record)
 {
     switch (xmsArrivalOf(record)) {
     case XmsArrival::acknowledgement:
         return takeAcknowledgement(server, record);
-    case XmsArrival::request: // answers go before settings: the daemon waits for the next record it gets
-        return server.outgoing.push_front(xmsAnswerRequest(server.protocol, record, xmsReadStored(record)));
+    case XmsArrival::request:
+        return sendAhead(server, xmsAnswerRequest(server.protocol, record, xmsReadStored(record)));
     case XmsArrival::report:
-        return server.outgoing.push_front(xmsAnswerReport(server.protocol, record, keep(record)));
+        return sendAhead(server, xmsAnswerReport(server.protocol, record, keep(record)));
     case XmsArrival::event:
         return;
     }
@@ -170,14 +191,28 @@ void receiveAll(Server &server)
 
 // what goes out
 
+/** Sends what is left of one entry; false when the queue is full. */
+bool sendOne(Server &server, Outgoing &outgoing)
+{
+    if (!outgoing.isBegun) {
+        if (!xmsSend(server.queues, outgoing.record))
+            return false;
+        outgoing.isBegun = true;
+        xmsMarkSent(server.protocol, outgoing.record.xH.id, XmsClock::now());
+        showTraffic(server, true, bytesOf(outgoing.record));
+    }
+    if (outgoing.users.empty())
+        return true;
+    if (!xmsSendUsers(server.queues, outgoing.users))
+        return false;
+    showTraffic(server, true, outgoing.users);
+    return true;
+}
+
 void sendAll(Server &server)
 {
-    while (!server.outgoing.empty() && xmsSend(server.queues, server.outgoing.front())) {
-        const XasMessage record = server.outgoing.front();
+    while (!server.outgoing.empty() && sendOne(server, server.outgoing.front()))
         server.outgoing.pop_front();
-        xmsMarkSent(server.protocol, record.xH.id, XmsClock::now());
-        showTraffic(server, true, bytesOf(record));
-    }
 }
 
 /** Why an acknowledgement may be missing. */
@@ -195,7 +230,8 @@ void expire(Server &server)
     for (const XmsPending &expired : xmsExpire(server.protocol, XmsClock::now())) {
         const std::uint32_t id = expired.setting.xH.id;
         if (!expired.sent)
-            std::erase_if(server.outgoing, [id](const XasMessage &record) { return record.xH.id == id; });
+            std::erase_if(server.outgoing,
+                          [id](const Outgoing &outgoing) { return outgoing.record.xH.id == id; });
         const std::string cause = timeoutCause(server, expired);
         remark(xasMsgShortName(expired.setting.xH.msgtype) + " #" + std::to_string(id) +
                ": no acknowledgement in time: " + cause);

@@ -3,6 +3,7 @@
 #include "msg/msg_type_names.h"
 #include "msg/msg_values.h"
 #include "wire/xas_message_names.h"
+#include "xms/xms_users.h"
 
 #include <algorithm>
 #include <array>
@@ -162,6 +163,8 @@ std::string xmsTrafficLine(const XmsTraffic &traffic, XmsPaint paint)
 {
     const std::string start =
         xmsPainted(paint, XmsInk::faint, clockText(traffic.timeMs)) + (traffic.toDaemon ? "  -> " : "  <- ");
+    if (traffic.toDaemon && xmsUserCount(traffic.bytes.size()))
+        return start + xmsUsersText(traffic.bytes);
     if (traffic.bytes.size() != XAS_MESSAGE_SIZE)
         return start + xmsPainted(paint, XmsInk::bad, oddText(traffic));
     const XasMessage record = recordOf(traffic);
