@@ -166,6 +166,7 @@ TEST_F(UpdateNis, FailsWithTheClientFileAlone)
     EXPECT_EQ(update(nisMessage().build()), 1);
     expectReply(2, "Error opening yp.conf config file");
     EXPECT_EQ(dir.read("network"), "A=1\nNISDOMAIN=eng");
+    EXPECT_TRUE(stubs.await(1));
 }
 
 TEST_F(UpdateNis, WritesItsFilesAndStartsTheDomainProgramWithItsOwnName)
