@@ -47,6 +47,12 @@ int writeSetOfXms(std::uint8_t number, FILE *script)
     return xasPayloadWord<0>(answer) != 0 ? xasIPFilterSetAddRules(&answer, script, true) : 0;
 }
 
+/** A removed set leaves jump rules behind: the INPUT chain is cleared and filled anew. */
+int runScript(bool isRemoval)
+{
+    return isRemoval ? xasIPFilterRunScript("resetInput") : xasIPFilterRunScript("resetNone");
+}
+
 /** After a reset the accept-all rule is put back when the filter is stored as disabled. */
 void applyAfterReset()
 {
@@ -75,8 +81,7 @@ int xasIPFilterSet(const XasMessage *msg, XasReplyStatus *reply)
     const bool isRemoval = action == XAS_FILTER_REMOVE;
     const bool complete = writeSet(*msg, action, script.get()) == 0;
     const bool ended = xasIPFilterEndScript(std::move(script)) == 0;
-    if (!complete || !ended ||
-        xasIPFilterRunScript(isRemoval ? XasLiteral{"resetInput"} : XasLiteral{"resetNone"}) != 0)
+    if (!complete || !ended || runScript(isRemoval) != 0)
         return refuse(reply, SCRIPT_FAILED, "Error running IP Filter script");
     if (isRemoval)
         applyAfterReset();

@@ -144,7 +144,7 @@ class XmsServe : public XasFilesTest {
                                 .word(120, success ? 1 : 0)
                                 .word(124, 1)
                                 .word(128, success ? 0 : 1)
-                                .bytes(132, reason)
+                                .bytes(132, reason.empty() ? std::string_view{""} : reason)
                                 .build();
         record.xH.action = XAS_ACTION_RETURN;
         record.xH.orig_id = id;
