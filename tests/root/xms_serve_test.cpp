@@ -136,7 +136,7 @@ class XmsServe : public XasFilesTest {
         send(xasMessageBytes(record, 0, sizeof record), record.xH.msgtype);
     }
 
-    static void acknowledge(std::uint32_t id, bool success, std::string_view reason = {})
+    static void acknowledge(std::uint32_t id, bool success, std::string_view reason = "")
     {
         XasMessage record = XasMessageBuilder{XMSG_ACKNAK}
                                 .sender(4)
@@ -144,7 +144,7 @@ class XmsServe : public XasFilesTest {
                                 .word(120, success ? 1 : 0)
                                 .word(124, 1)
                                 .word(128, success ? 0 : 1)
-                                .bytes(132, reason.empty() ? std::string_view{""} : reason)
+                                .bytes(132, reason)
                                 .build();
         record.xH.action = XAS_ACTION_RETURN;
         record.xH.orig_id = id;
@@ -152,7 +152,7 @@ class XmsServe : public XasFilesTest {
     }
 
     /** Runs a `set` and answers it; `received` is what reached the daemon. */
-    int setAndAnswer(const std::vector<std::string> &words, bool success, std::string_view reason = {})
+    int setAndAnswer(const std::vector<std::string> &words, bool success, std::string_view reason = "")
     {
         const pid_t client = startProgram(words, "out");
         const auto record = receive();
