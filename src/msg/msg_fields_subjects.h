@@ -15,6 +15,9 @@ extern const XasMsgFields XAS_VPN_FIELDS;             // msg_fields_vpn.cpp
 extern const XasMsgFields XAS_TIMEZONE_FIELDS;        // msg_fields_timezone.cpp
 extern const XasMsgFields XAS_NTP_FIELDS;             // msg_fields_ntp.cpp
 extern const XasMsgFields XAS_SYSLOG_FIELDS;          // msg_fields_syslog.cpp
+extern const XasMsgFields XAS_SNMP_FIELDS;            // msg_fields_snmp.cpp
+extern const XasMsgFields XAS_NFS_FIELDS;             // msg_fields_nfs.cpp
+extern const XasMsgFields XAS_CIFS_FIELDS;            // msg_fields_cifs.cpp
 extern const XasMsgFields XAS_AUTH_FIELDS;            // msg_fields_auth.cpp
 extern const XasMsgFields XAS_LOCALUSERS_FIELDS;      // msg_fields_localusers.cpp
 extern const XasMsgFields XAS_NIS_FIELDS;             // msg_fields_nis.cpp

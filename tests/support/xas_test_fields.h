@@ -3,6 +3,7 @@
 #define XAS_TEST_FIELDS_H
 
 #include "msg/msg_fields.h"
+#include "msg/msg_values.h"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -26,6 +27,41 @@ inline void xasExpectFields(std::uint32_t msgtype, const std::vector<XasExpected
         EXPECT_EQ(found[i].place.offset, expected[i].offset) << expected[i].name;
         EXPECT_EQ(found[i].place.width, expected[i].width) << expected[i].name;
     }
+}
+
+struct XasExpectedDefault {
+    std::string name;
+    std::string value; /**< as text */
+};
+
+/** Expects exactly these values, in the order of the record, in one that nobody has set anything in. */
+inline void xasExpectDefaults(std::uint32_t msgtype, const std::vector<XasExpectedDefault> &expected)
+{
+    const XasMsgFields *fields = xasMsgFieldsOf(msgtype);
+    ASSERT_NE(fields, nullptr);
+    XasMessage record{};
+    const auto bytes = std::as_writable_bytes(std::span{&record, 1});
+    xasMsgSetDefaults(bytes, *fields);
+    const std::vector<XasMsgFieldAt> found = xasMsgListFields(*fields);
+    ASSERT_EQ(found.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(found[i].name, expected[i].name);
+        EXPECT_EQ(xasMsgValueText(bytes, found[i]), expected[i].value) << expected[i].name;
+    }
+}
+
+/** The number that `text` stands for in a field; "refused" otherwise. */
+inline std::string xasTestNumberOf(std::uint32_t msgtype, std::string_view name, std::string_view text)
+{
+    const XasMsgFields *fields = xasMsgFieldsOf(msgtype);
+    const auto where = fields == nullptr ? std::nullopt : xasMsgFindField(*fields, name);
+    if (!where)
+        throw std::out_of_range{std::string{name}};
+    XasMessage record{};
+    const auto bytes = std::as_writable_bytes(std::span{&record, 1});
+    if (!xasMsgSetValue(bytes, *where, text).empty())
+        return "refused";
+    return std::to_string(xasMsgValueNumber(bytes, where->place));
 }
 
 #endif
