@@ -47,7 +47,7 @@ std::string msgDumpNtp(const XasMessage &msg)
     const auto payload = xasReadPayload<XasNtpPayload>(msg);
     return xasFormat("enabled: %s sync: %s poll: %s local1: %s\n", msgYesNoName(payload.enabled),
                      msgYesNoName(payload.sync), msgYesNoName(payload.poll),
-                     xasHostToStr(payload.single).c_str());
+                     xasHostToStr(payload.servers[0]).c_str());
 }
 
 std::string msgDumpTimezone(const XasMessage &msg)

@@ -3,8 +3,6 @@
 #include "core/xas_text.h"
 #include "core/xas_utils.h"
 #include "msg/msg_dumps.h"
-#include "msg/msg_fields.h"
-#include "msg/msg_values.h"
 #include "wire/xas_message_names.h"
 
 #include <algorithm>
@@ -41,26 +39,6 @@ constexpr std::array DUMPS = {
     Dump{XMSG_NFS, msgDumpNfs},           Dump{XMSG_CIFS, msgDumpCifs},
     Dump{XMSG_ACKNAK, msgDumpReply},
 };
-
-/** Name-and-value pairs of a type without lines of its own: a line for the plain fields, one an element. */
-std::string fieldLines(const XasMessage &msg)
-{
-    const XasMsgFields *fields = xasMsgFieldsOf(msg.xH.msgtype);
-    if (fields == nullptr)
-        return {};
-    const auto record = std::as_bytes(std::span{&msg, 1});
-    std::string text;
-    std::size_t element = 0;
-    for (const XasMsgFieldAt &field : xasMsgListFields(*fields)) {
-        if (!xasMsgIsUsed(record, field))
-            continue;
-        if (!text.empty())
-            text += field.element == element ? " " : "\n";
-        element = field.element;
-        text.append(field.name).append(": ").append(xasMsgValueText(record, field));
-    }
-    return text.empty() ? text : text + "\n";
-}
 
 } // namespace
 
@@ -101,7 +79,7 @@ std::string msgAllText(const XasMessage &msg, std::span<const std::byte> users)
         return msgDumpLocalUsers(msg, users);
     const auto *const dump =
         std::ranges::find_if(DUMPS, [&](const Dump &d) { return d.msgtype == msg.xH.msgtype; });
-    return dump != DUMPS.end() ? dump->text(msg) : fieldLines(msg);
+    return dump != DUMPS.end() ? dump->text(msg) : msgDumpFields(msg);
 }
 
 void msgPrintBasic(const XasMessage *msg)
