@@ -1,6 +1,8 @@
 // The network editors on a full disk: a line that cannot be written, and what is then logged.
+#include "config/xas_dns.h"
 #include "config/xas_ethernet.h"
 #include "config/xas_gateway.h"
+#include "config/xas_hostname.h"
 #include "config/xas_kernel.h"
 #include "config/xas_modprobe.h"
 #include "config/xas_network_file.h"
@@ -82,6 +84,28 @@ const std::vector<Editor> EDITORS = {
     {"alternate", "Error printing line to Alternate Gateway config file\n",
      [](const char *path, XasReplyStatus *reply) {
          return xasEditAltGWFile(path, {}, reply);
+     }},
+    {"hosts", "Error printing line to hosts file\n",
+     [](const char *path, XasReplyStatus *reply) {
+         return xasEditHostsFile(path, "console1.example.org", reply);
+     }},
+    {"hostname", "Error printing line to hostname config file\n",
+     [](const char *path, XasReplyStatus *reply) {
+         return xasEditHostnameFile(path, "console1.example.org", reply);
+     }},
+    {"domain", "Error printing line to dns static domain config file\n",
+     [](const char *path, XasReplyStatus *reply) {
+         return xasEditDomainCfgFile(path, "console1.example.org", reply);
+     }},
+    {"dns", "Error printing line to DNS config file\n",
+     [](const char *path, XasReplyStatus *reply) {
+         XasDnsPayload dnsInfo{};
+         dnsInfo.dns1.address[0] = 10;
+         return xasEditDNSCfgFile(path, &dnsInfo, reply);
+     }},
+    {"dnsPrecedence", "Error printing line to DNS precedence config file\n",
+     [](const char *path, XasReplyStatus *reply) {
+         return xasEditDnsPrecCfgFile(path, true, reply);
      }},
 };
 
