@@ -55,6 +55,16 @@ std::string shareLine(const XasNfsShare &share)
                      options.c_str(), "0 0");
 }
 
+/** False, with log and reply, for a line that is too long. */
+bool fits(const std::string &line, XasReplyStatus *reply)
+{
+    if (line.size() <= XAS_NFS_LINE_MAX)
+        return true;
+    xasLogError("NFS entry exceeds memory limits");
+    xasSetReply(*reply, XAS_RCODE_TOO_LONG, "NFS entry exceeds memory limmits");
+    return false;
+}
+
 XasNfsShare readShare(const XasNfsMount &mount)
 {
     return {.remote = xasFieldString(mount.rem_dir),
@@ -102,20 +112,18 @@ std::string xasFstabText(std::string_view oldText, const XasNfsShares &shares, X
         if (line.starts_with('#') || !isNfsLine(line))
             newText += line;
     });
+    bool isOpen = true;
     for (const XasNfsShare &share : shares) {
         if (!share.used)
             continue;
-        if (share.remote.empty()) {
+        if (share.remote.empty() || share.local.empty()) {
             xasLogWarning("Ignoring NFS mount with empty path\n");
-            break;
+            isOpen = false;
+            continue;
         }
         const std::string line = shareLine(share);
-        if (line.size() > XAS_NFS_LINE_MAX) {
-            xasLogError("NFS entry exceeds memory limits");
-            xasSetReply(*reply, XAS_RCODE_TOO_LONG, "NFS entry exceeds memory limmits");
-        } else {
+        if (fits(line, reply) && isOpen)
             newText += line;
-        }
     }
     return newText;
 }

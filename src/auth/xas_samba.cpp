@@ -95,6 +95,7 @@ XasNewText xasSmbPassText(std::string_view oldText, const XasCifsPayload &cifs, 
 int xasEditSMBCfgFile(const char *cfgFileName, const XasCifsPayload *cifs, XasReplyStatus *reply)
 {
     xasAssertGiven(cfgFileName, "cfgFileName");
+    xasAssertGiven(cifs, "cifs");
     return xasEditFile(cfgFileName, SMB_TEXTS, reply,
                        [&](std::string_view oldText) { return xasSmbText(oldText, *cifs); });
 }
