@@ -43,8 +43,6 @@ XasFile createTemporary(const XasCfgFile &cf, XasSecrecy secrecy)
     XasFile file{::fdopen(fd, "w")};
     if (!file)
         ::close(fd);
-    else
-        std::setvbuf(file.get(), nullptr, _IOLBF, 0); // a failed write shows at its line
     return file;
 }
 
@@ -159,7 +157,8 @@ int xasOutputLine(FILE *outFile, const char *line, bool commentOut)
 {
     xasAssertGiven(outFile, "outFile");
     xasAssertGiven(line, "line");
-    if (std::fprintf(outFile, commentOut ? "#%s" : "%s", line) < 0) {
+    // Flushed, so that a failed write shows at its line.
+    if (std::fprintf(outFile, commentOut ? "#%s" : "%s", line) < 0 || std::fflush(outFile) != 0) {
         xasLogError("Error printing line to file\n");
         return 1;
     }
