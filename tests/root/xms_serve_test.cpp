@@ -1,172 +1,12 @@
 // The message tool's server through the real queues; the test plays the daemon.
-#include "xms/xms_serve.h"
-
-#include "support/xas_test_files.h"
-#include "support/xas_test_message.h"
-#include "xms/xms_cli.h"
-
-#include <csignal>
-#include <fcntl.h>
-#include <gmock/gmock.h>
-#include <sys/msg.h>
-#include <sys/wait.h>
-#include <thread>
-#include <unistd.h>
+#include "root/xms_serve_fixture.h"
 
 using testing::AllOf;
 using testing::HasSubstr;
 
-namespace {
-
 using namespace std::chrono_literals;
-using Clock = std::chrono::steady_clock;
 
-constexpr key_t KEY_FROM_DAEMON = 1005;
-constexpr key_t KEY_TO_DAEMON = 1006;
-
-/** Repeats `attempt` until it is true; false when ten seconds were not enough. */
-template <class Attempt>
-bool eventually(Attempt attempt)
-{
-    const auto end = Clock::now() + 10s;
-    while (!attempt()) {
-        if (Clock::now() > end)
-            return false;
-        std::this_thread::sleep_for(5ms);
-    }
-    return true;
-}
-
-struct Entry {
-    long mtype;
-    char bytes[8192];
-};
-
-class XmsServe : public XasFilesTest {
-  protected:
-    XmsServe()
-    {
-        setenv("XMS_SOCKET", dir.path("xms.sock").c_str(), 1);
-        setenv("XMS_STORE", dir.path("store").c_str(), 1);
-    }
-
-    ~XmsServe() override
-    {
-        if (server > 0)
-            stop();
-        for (const key_t key : {KEY_FROM_DAEMON, KEY_TO_DAEMON})
-            msgctl(msgget(key, 0), IPC_RMID, nullptr);
-    }
-
-    /** Starts a process that runs the program; its output goes to `out` and its complaints to `out`.err. */
-    pid_t startProgram(std::vector<std::string> words, const std::string &out)
-    {
-        const pid_t child = fork();
-        if (child != 0)
-            return child;
-        dup2(open(dir.path(out).c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), STDOUT_FILENO);
-        dup2(open(dir.path(out + ".err").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644), STDERR_FILENO);
-        words.insert(words.begin(), "xms");
-        std::vector<char *> arguments;
-        for (std::string &word : words)
-            arguments.push_back(word.data());
-        const int status = xmsMain(static_cast<int>(arguments.size()), arguments.data());
-        std::fflush(stdout);
-        _exit(status);
-    }
-
-    static int statusOf(pid_t child)
-    {
-        int status = 0;
-        waitpid(child, &status, 0);
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
-    int run(const std::vector<std::string> &words) { return statusOf(startProgram(words, "out")); }
-
-    void serve(std::vector<std::string> words = {})
-    {
-        words.insert(words.begin(), "serve");
-        unlink(dir.path("traffic.err").c_str()); // an earlier server's
-        server = startProgram(words, "traffic");
-        ASSERT_TRUE(eventually([&] { return errorsOf("traffic").find("serving at") != std::string::npos; }));
-    }
-
-    int stop()
-    {
-        kill(server, SIGTERM);
-        return statusOf(std::exchange(server, -1));
-    }
-
-    std::string errorsOf(const std::string &out) const
-    {
-        return dir.has(out + ".err") ? dir.read(out + ".err") : std::string{};
-    }
-
-    // the daemon's side
-
-    static std::optional<XasMessage> receive(std::chrono::milliseconds atMost = 10s)
-    {
-        const auto end = Clock::now() + atMost;
-        Entry entry{};
-        while (Clock::now() < end) {
-            const ssize_t size = msgrcv(msgget(KEY_TO_DAEMON, 0), &entry, sizeof entry.bytes, 0, IPC_NOWAIT);
-            if (size >= 0) {
-                EXPECT_EQ(size, 2488);
-                XasMessage record;
-                std::memcpy(&record, entry.bytes, sizeof record);
-                EXPECT_EQ(entry.mtype, static_cast<long>(record.xH.msgtype));
-                return record;
-            }
-            std::this_thread::sleep_for(2ms);
-        }
-        return std::nullopt;
-    }
-
-    static void send(std::string_view bytes, long mtype = 1)
-    {
-        Entry entry{};
-        entry.mtype = mtype;
-        bytes.copy(entry.bytes, bytes.size());
-        ASSERT_EQ(msgsnd(msgget(KEY_FROM_DAEMON, 0), &entry, bytes.size(), 0), 0);
-    }
-
-    static void send(const XasMessage &record)
-    {
-        send(xasMessageBytes(record, 0, sizeof record), record.xH.msgtype);
-    }
-
-    static void acknowledge(std::uint32_t id, bool success, std::string_view reason = "")
-    {
-        XasMessage record = XasMessageBuilder{XMSG_ACKNAK}
-                                .sender(4)
-                                .id(10)
-                                .word(120, success ? 1 : 0)
-                                .word(124, 1)
-                                .word(128, success ? 0 : 1)
-                                .bytes(132, reason)
-                                .build();
-        record.xH.action = XAS_ACTION_RETURN;
-        record.xH.orig_id = id;
-        send(record);
-    }
-
-    /** Runs a `set` and answers it; `received` is what reached the daemon. */
-    int setAndAnswer(const std::vector<std::string> &words, bool success, std::string_view reason = "")
-    {
-        const pid_t client = startProgram(words, "out");
-        const auto record = receive();
-        EXPECT_TRUE(record);
-        received = record.value_or(XasMessage{});
-        acknowledge(received.xH.id, success, reason);
-        return statusOf(client);
-    }
-
-    pid_t server = -1;
-    XasMessage received{};
-};
-
-} // namespace
+using XmsServe = XmsServeTest;
 
 TEST_F(XmsServe, ASecondServerIsRefusedAndTheFirstGoesOn)
 {
@@ -196,7 +36,7 @@ TEST_F(XmsServe, WithoutADaemonASettingTimesOutButALateAnswerStillCounts)
     const auto late = receive();
     ASSERT_TRUE(late);
     acknowledge(late->xH.id, true);
-    EXPECT_TRUE(eventually([&] { return dir.has("store/XMSG_HOSTNAME"); }));
+    EXPECT_TRUE(xasEventually([&] { return dir.has("store/XMSG_HOSTNAME"); }));
 }
 
 TEST_F(XmsServe, SettingsThatFindTheQueueFullAreWithdrawnWhenTheirTimeIsUp)
@@ -320,7 +160,7 @@ TEST_F(XmsServe, ALinkNotificationIsShownAndNotAnswered)
 {
     serve();
     send(XasMessageBuilder{XMSG_NOTIFY}.sender(4).id(12).word(120, 2).bytes(136, "Eth2 Link Up").build());
-    EXPECT_TRUE(eventually(
+    EXPECT_TRUE(xasEventually(
         [&] { return dir.read("traffic").find("code=link-up text=\"Eth2 Link Up\"") != std::string::npos; }));
     EXPECT_FALSE(receive(200ms));
 }
@@ -331,7 +171,8 @@ TEST_F(XmsServe, OddRecordsAreShownAndDoNoHarm)
     for (const std::size_t size : {0U, 1U, 119U, 2487U, 2489U, 8000U}) {
         send(std::string(size, 'x'));
         const std::string line = "<- odd record of " + std::to_string(size) + " bytes, 2488 expected\n";
-        EXPECT_TRUE(eventually([&] { return dir.read("traffic").find(line) != std::string::npos; })) << size;
+        EXPECT_TRUE(xasEventually([&] { return dir.read("traffic").find(line) != std::string::npos; }))
+            << size;
     }
     EXPECT_EQ(setAndAnswer({"set", "dns", "dns1=10.0.0.53"}, true), 0);
 }
@@ -341,7 +182,7 @@ TEST_F(XmsServe, WhoWatchesSeesBothDirectionsUntilTheServerEnds)
     serve({"--quiet"});
     const pid_t watcher = startProgram({"watch"}, "watched");
     // an event now and then, until the watcher is there
-    EXPECT_TRUE(eventually([&] {
+    EXPECT_TRUE(xasEventually([&] {
         EXPECT_EQ(run({"set", "notify", "text=Eth1 here"}), 0);
         EXPECT_TRUE(receive());
         return dir.has("watched") && !dir.read("watched").empty();
@@ -360,19 +201,19 @@ TEST_F(XmsServe, TheEndTakesQueuesAndSocketAway)
     EXPECT_TRUE(dir.has("xms.sock"));
     EXPECT_EQ(stop(), 0);
     EXPECT_FALSE(dir.has("xms.sock"));
-    EXPECT_LT(msgget(KEY_FROM_DAEMON, 0), 0);
-    EXPECT_LT(msgget(KEY_TO_DAEMON, 0), 0);
+    EXPECT_LT(msgget(XMS_KEY_FROM_DAEMON, 0), 0);
+    EXPECT_LT(msgget(XMS_KEY_TO_DAEMON, 0), 0);
 }
 
 TEST_F(XmsServe, QueuesThatAreKeptAreUsedAgainWithoutWhatWasLeftInThem)
 {
     serve({"--keep"});
-    const int queue = msgget(KEY_TO_DAEMON, 0);
+    const int queue = msgget(XMS_KEY_TO_DAEMON, 0);
     EXPECT_EQ(run({"set", "notify", "text=Eth1 left over"}), 0);
     EXPECT_EQ(stop(), 0);
-    EXPECT_EQ(msgget(KEY_TO_DAEMON, 0), queue);
+    EXPECT_EQ(msgget(XMS_KEY_TO_DAEMON, 0), queue);
     serve();
-    EXPECT_EQ(msgget(KEY_TO_DAEMON, 0), queue);
+    EXPECT_EQ(msgget(XMS_KEY_TO_DAEMON, 0), queue);
     EXPECT_EQ(setAndAnswer({"set", "dns"}, true), 0);
     EXPECT_EQ(received.xH.msgtype, XMSG_DNS);
     EXPECT_GT(received.xH.id, 1000U); // no id that an earlier server may have used

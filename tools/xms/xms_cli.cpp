@@ -3,6 +3,7 @@
 #include "xms/xms_commands.h"
 #include "xms/xms_describe.h"
 #include "xms/xms_record.h"
+#include "xms/xms_replay.h"
 #include "xms/xms_serve.h"
 #include "xms/xms_socket.h"
 
@@ -44,6 +45,7 @@ struct CommandLine {
     std::string type;
     std::vector<std::string> assignments;
     XmsSetOptions set;
+    std::string recording;
     std::function<XmsExit()> run;
 };
 
@@ -87,6 +89,13 @@ void addServe(CLI::App &app, CommandLine &line)
                   "Ends at SIGINT and SIGTERM.");
 }
 
+void addTimeout(CLI::App &command, CommandLine &line)
+{
+    command.add_option("--timeout", line.set.timeoutSeconds, "Seconds to wait for the acknowledgement")
+        ->check(CLI::Range(0.0, 86400.0))
+        ->capture_default_str();
+}
+
 void addSet(CLI::App &app, CommandLine &line)
 {
     CLI::App *set = addCommand(app, line, "set", "Send a setting and wait for its acknowledgement",
@@ -96,9 +105,7 @@ void addSet(CLI::App &app, CommandLine &line)
     set->add_option("FIELD=VALUE", line.set.assignments, "Fields to set")->expected(0, -1);
     set->add_flag("--fresh", line.set.fresh, "Start from defaults, not from the stored record");
     set->add_flag("--force", line.set.force, "Take values that are not allowed, as long as they fit");
-    set->add_option("--timeout", line.set.timeoutSeconds, "Seconds to wait for the acknowledgement")
-        ->check(CLI::Range(0.0, 86400.0))
-        ->capture_default_str();
+    addTimeout(*set, line);
     set->add_option("--raw", line.set.rawFile,
                     "File (- is standard input) with the payload in hexadecimal, from offset 120 on");
 }
@@ -127,6 +134,22 @@ void addQuestions(CLI::App &app, CommandLine &line)
                [&] { return xmsWatchCommand(line.options); });
 }
 
+void addRecordings(CLI::App &app, CommandLine &line)
+{
+    CLI::App *record =
+        addCommand(app, line, "record", "Write what passes between server and xasd into a file",
+                   [&] { return xmsRecordCommand(line.options, line.recording); });
+    record->add_option("FILE", line.recording, "The file; - is standard output")->required();
+    record->footer("Ends at SIGINT, SIGTERM and when the server ends.");
+
+    CLI::App *replay = addCommand(app, line, "replay", "Send the settings of a recording again", [&] {
+        return xmsReplayCommand(line.options, line.recording, line.set.timeoutSeconds);
+    });
+    replay->add_option("FILE", line.recording, "The file; - is standard input")->required();
+    replay->footer("Ends with status 1 when a setting was answered differently when it was recorded.");
+    addTimeout(*replay, line);
+}
+
 void addAll(CLI::App &app, CommandLine &line)
 {
     app.require_subcommand(1);
@@ -139,6 +162,7 @@ void addAll(CLI::App &app, CommandLine &line)
     addServe(app, line);
     addSet(app, line);
     addQuestions(app, line);
+    addRecordings(app, line);
     app.footer(EXAMPLES); // after the commands, which would take it over
 }
 

@@ -10,11 +10,9 @@
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <ctime>
 #include <deque>
-#include <sys/signalfd.h>
 #include <unistd.h>
 
 namespace {
@@ -105,6 +103,12 @@ void doGet(Server &server, int client, const XmsJson &command)
     xmsTell(server.clients, client, xmsJsonLine({{"result", "stored"}, {"record", record}}));
 }
 
+void doWatch(Server &server, int client)
+{
+    server.clients.all.at(client).watches = true;
+    xmsTell(server.clients, client, xmsJsonLine({{"result", "watching"}}));
+}
+
 void doCommand(Server &server, int client, const std::string &line)
 {
     try {
@@ -115,7 +119,7 @@ void doCommand(Server &server, int client, const std::string &line)
         else if (what == "get")
             doGet(server, client, command);
         else if (what == "watch")
-            server.clients.all.at(client).watches = true;
+            doWatch(server, client);
         else
             tellProblem(server, client, "error", "unknown command " + what);
     } catch (const XmsJson::exception &error) {
@@ -242,18 +246,6 @@ void expire(Server &server)
 
 // the loop
 
-/** Blocks SIGINT and SIGTERM and makes them readable; an output that goes away is no reason to end. */
-XmsDescriptor catchSignals()
-{
-    std::signal(SIGPIPE, SIG_IGN);
-    sigset_t set;
-    sigemptyset(&set);
-    sigaddset(&set, SIGINT);
-    sigaddset(&set, SIGTERM);
-    sigprocmask(SIG_BLOCK, &set, nullptr);
-    return XmsDescriptor{signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK)};
-}
-
 /** Waits for something to do; true when it is time to end. */
 bool waitForWork(Server &server)
 {
@@ -301,7 +293,7 @@ void xmsServe(const XmsServeOptions &options)
 {
     Server server{.options = options,
                   .listener = xmsListen(options.socket),
-                  .signals = catchSignals(),
+                  .signals = xmsCatchEnd(),
                   .queues = xmsOpenQueues(),
                   .outgoing = {},
                   .clients = {},

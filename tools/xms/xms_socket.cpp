@@ -4,7 +4,9 @@
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
+#include <sys/signalfd.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -79,6 +81,17 @@ XmsDescriptor xmsListen(const std::string &path)
     if (bound != 0 || listen(listener.get(), CONNECTIONS_WAITING) != 0)
         throw XmsError{XmsExit::noServer, "cannot listen at " + path + ": " + std::strerror(errno)};
     return listener;
+}
+
+XmsDescriptor xmsCatchEnd()
+{
+    std::signal(SIGPIPE, SIG_IGN);
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, SIGINT);
+    sigaddset(&set, SIGTERM);
+    sigprocmask(SIG_BLOCK, &set, nullptr);
+    return XmsDescriptor{signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK)};
 }
 
 void xmsSendLine(const XmsDescriptor &socket, const std::string &line)

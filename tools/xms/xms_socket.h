@@ -1,12 +1,12 @@
 /**
  * The Unix socket between `xms serve` and the other commands: lines of JSON, one object a line.
  *
- *   {"do": "set", "record": HEX, "timeout_ms": N}   -> {"result": "answered", "id": N, "record": HEX, "ms":
- * N.N, "stored": true or false, "problem": TEXT} or {"result": "sent", "id": N} or {"result": "timeout",
- * "id": N, "problem": TEXT}
+ *   {"do": "set", "record": HEX, "users": HEX, "timeout_ms": N} -> {"result": "answered", "id": N, "record":
+ * HEX, "ms": N.N, "stored": true or false, "problem": TEXT} or {"result": "sent", "id": N} or {"result":
+ * "timeout", "id": N, "problem": TEXT}
  *   {"do": "get", "record": HEX}                    -> {"result": "stored", "record": HEX or null}
- *   {"do": "watch"}                                 -> {"time_ms": N, "to_daemon": true or false, "bytes":
- * HEX} for every record that passes, until one side ends
+ *   {"do": "watch"}                                 -> {"result": "watching"}, then {"time_ms": N,
+ * "to_daemon": true or false, "bytes": HEX} for every record that passes, until one side ends
  *
  * A line that cannot be understood is answered {"result": "error", "problem": TEXT}.
  */
@@ -42,6 +42,9 @@ XmsDescriptor xmsConnect(const std::string &path);
  * one that is served is refused. Throws XmsError.
  */
 XmsDescriptor xmsListen(const std::string &path);
+
+/** Blocks SIGINT and SIGTERM and makes them readable; an output that goes away is no reason to end. */
+XmsDescriptor xmsCatchEnd();
 
 /** Sends `line` and a line end; throws XmsError when the server has gone. */
 void xmsSendLine(const XmsDescriptor &socket, const std::string &line);

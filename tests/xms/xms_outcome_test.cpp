@@ -1,4 +1,4 @@
-#include "xms/xms_commands.h"
+#include "xms/xms_outcome.h"
 
 #include "support/xas_test_message.h"
 #include "xms/xms_hex.h"
@@ -31,14 +31,14 @@ XmsExit exitOf(const XmsJson &answer)
 
 } // namespace
 
-TEST(XmsCommands, AnAnswerThatIsNoOutcomeIsAComplaint)
+TEST(XmsOutcomes, AnAnswerThatIsNoOutcomeIsAComplaint)
 {
     EXPECT_THROW(xmsOutcomeFrom(XMSG_DNS, XmsJson::object()), XmsError);
     EXPECT_THROW(xmsOutcomeFrom(XMSG_DNS, {{"result", "answered"}, {"record", "00"}}), XmsError);
     EXPECT_THROW(xmsOutcomeFrom(XMSG_DNS, {{"result", "stored"}}), XmsError);
 }
 
-TEST(XmsCommands, ARefusalGivesCodeAndReasonAndStatusOne)
+TEST(XmsOutcomes, ARefusalGivesCodeAndReasonAndStatusOne)
 {
     EXPECT_EQ(textOf(answered(false, 1, "Error determining hosts file")),
               "hostname #7: refused, rcode 1, \"Error determining hosts file\", 104 ms");
@@ -46,20 +46,20 @@ TEST(XmsCommands, ARefusalGivesCodeAndReasonAndStatusOne)
     EXPECT_EQ(exitOf(answered(false, 1, "")), XmsExit::refused);
 }
 
-TEST(XmsCommands, ATimeoutSaysWhyAndEndsWithStatusThree)
+TEST(XmsOutcomes, ATimeoutSaysWhyAndEndsWithStatusThree)
 {
     const XmsJson answer = {{"result", "timeout"}, {"id", 7}, {"problem", "nobody reads the queue"}};
     EXPECT_EQ(textOf(answer), "hostname #7: no acknowledgement in time: nobody reads the queue");
     EXPECT_EQ(exitOf(answer), XmsExit::noServer);
 }
 
-TEST(XmsCommands, ASuccessEndsWithStatusZero)
+TEST(XmsOutcomes, ASuccessEndsWithStatusZero)
 {
     EXPECT_EQ(textOf(answered(true, 0, "")), "hostname #7: applied, rcode 0, 104 ms");
     EXPECT_EQ(exitOf(answered(true, 0, "")), XmsExit::applied);
 }
 
-TEST(XmsCommands, ASuccessThatCouldNotBeStoredSaysSo)
+TEST(XmsOutcomes, ASuccessThatCouldNotBeStoredSaysSo)
 {
     XmsJson answer = answered(true, 0, "");
     answer["problem"] = "disk full";
@@ -67,7 +67,7 @@ TEST(XmsCommands, ASuccessThatCouldNotBeStoredSaysSo)
     EXPECT_EQ(exitOf(answer), XmsExit::applied);
 }
 
-TEST(XmsCommands, AnEventIsSentAndThatIsSuccess)
+TEST(XmsOutcomes, AnEventIsSentAndThatIsSuccess)
 {
     const XmsJson answer = {{"result", "sent"}, {"id", 3}};
     EXPECT_EQ(textOf(answer), "hostname #3: sent (never answered)");
@@ -76,7 +76,7 @@ TEST(XmsCommands, AnEventIsSentAndThatIsSuccess)
               R"({"type":"notify","id":3,"result":"sent"})");
 }
 
-TEST(XmsCommands, ProgramsGetEveryPartOfTheAcknowledgement)
+TEST(XmsOutcomes, ProgramsGetEveryPartOfTheAcknowledgement)
 {
     EXPECT_EQ(xmsJsonLine(xmsOutcomeJson(xmsOutcomeFrom(XMSG_DNS, answered(false, 3, "no")))),
               R"({"type":"dns","id":7,"result":"refused","success":false,"complete":true,"rcode":3,)"
