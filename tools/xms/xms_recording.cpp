@@ -5,7 +5,6 @@
 #include "xms/xms_hex.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace {
 
@@ -17,7 +16,7 @@ std::span<const std::byte> usedPart(const XasMessage &record)
     const auto isUsed = [](std::byte byte) {
         return byte != std::byte{0};
     };
-    const auto last = std::ranges::find_if(record.payload | std::views::reverse, isUsed);
+    const auto last = std::find_if(record.payload.rbegin(), record.payload.rend(), isUsed);
     return std::span{record.payload}.first(static_cast<std::size_t>(record.payload.rend() - last));
 }
 
@@ -40,7 +39,7 @@ XasMessage messageOf(const XmsJson &line)
 /** The setting that a list of users or an acknowledgement belongs to. */
 XmsRecordedSetting &last(std::vector<XmsRecordedSetting> &settings, auto belongs)
 {
-    const auto found = std::ranges::find_if(settings | std::views::reverse, belongs);
+    const auto found = std::find_if(settings.rbegin(), settings.rend(), belongs);
     if (found == settings.rend())
         throw std::invalid_argument{"belongs to nothing"};
     return *found;
