@@ -59,14 +59,27 @@ TEST_F(XmsCli, WrongValuesAreFoundBeforeTheServerIsAsked)
     EXPECT_EQ(errors, "xms: cannot read " + dir.path("missing") + "\n");
 }
 
+TEST_F(XmsCli, APreviewChecksTheSettingAndNeedsTheApplianceToTryThingsOn)
+{
+    EXPECT_EQ(run({"preview", "dns", "dns1=ns1"}), 2);
+    EXPECT_THAT(errors, HasSubstr("dns1: \"ns1\" will not do"));
+    EXPECT_EQ(run({"preview", "dns", "dns1=10.0.0.53"}), 3);
+    EXPECT_EQ(errors, "xms: no /appliance/boot here: a preview needs the appliance to try things on (./dev "
+                      "shell, ./dev preview)\n");
+    EXPECT_EQ(output, "");
+}
+
 TEST_F(XmsCli, WithoutAServerTheStatusIsThree)
 {
-    for (const std::vector<std::string> &words :
-         {std::vector<std::string>{"set", "dns", "dns1=10.0.0.1"}, {"get", "dns"}, {"watch"}}) {
+    for (const std::vector<std::string> &words : {std::vector<std::string>{"set", "dns", "dns1=10.0.0.1"},
+                                                  {"get", "dns"},
+                                                  {"watch"},
+                                                  {"record", dir.path("session")}}) {
         EXPECT_EQ(run(words), 3) << words.front();
         EXPECT_EQ(errors, "xms: no server at " + dir.path("none.sock") + ": start `xms serve`\n");
         EXPECT_EQ(output, "");
     }
+    EXPECT_FALSE(dir.has("session"));
 }
 
 TEST_F(XmsCli, TheSocketOptionGoesBeforeTheEnvironment)

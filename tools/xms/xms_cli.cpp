@@ -2,6 +2,7 @@
 
 #include "xms/xms_commands.h"
 #include "xms/xms_describe.h"
+#include "xms/xms_preview.h"
 #include "xms/xms_record.h"
 #include "xms/xms_replay.h"
 #include "xms/xms_serve.h"
@@ -96,18 +97,36 @@ void addTimeout(CLI::App &command, CommandLine &line)
         ->capture_default_str();
 }
 
+void addSetting(CLI::App &command, CommandLine &line)
+{
+    command.add_option("TYPE", line.set.type, "Message type: hostname, XMSG_HOSTNAME or 2")->required();
+    command.add_option("FIELD=VALUE", line.set.assignments, "Fields to set")->expected(0, -1);
+    command.add_flag("--fresh", line.set.fresh, "Start from defaults, not from the stored record");
+    command.add_flag("--force", line.set.force, "Take values that are not allowed, as long as they fit");
+}
+
 void addSet(CLI::App &app, CommandLine &line)
 {
     CLI::App *set = addCommand(app, line, "set", "Send a setting and wait for its acknowledgement",
                                [&] { return xmsSetCommand(line.options, line.set); });
     set->footer(SET_HELP);
-    set->add_option("TYPE", line.set.type, "Message type: hostname, XMSG_HOSTNAME or 2")->required();
-    set->add_option("FIELD=VALUE", line.set.assignments, "Fields to set")->expected(0, -1);
-    set->add_flag("--fresh", line.set.fresh, "Start from defaults, not from the stored record");
-    set->add_flag("--force", line.set.force, "Take values that are not allowed, as long as they fit");
+    addSetting(*set, line);
     addTimeout(*set, line);
     set->add_option("--raw", line.set.rawFile,
                     "File (- is standard input) with the payload in hexadecimal, from offset 120 on");
+}
+
+void addPreview(CLI::App &app, CommandLine &line)
+{
+    CLI::App *preview = app.add_subcommand("preview", "Show which files a setting would change, and how");
+    preview->callback([&line] {
+        line.run = [&line] {
+            return xmsPreviewCommand(line.set);
+        };
+    });
+    preview->footer("The setting is applied to a second appliance that is booted from a copy of this one's\n"
+                    "files; this one stays as it is. Only for the appliance to try things on.");
+    addSetting(*preview, line);
 }
 
 void addQuestions(CLI::App &app, CommandLine &line)
@@ -161,6 +180,7 @@ void addAll(CLI::App &app, CommandLine &line)
         ->capture_default_str();
     addServe(app, line);
     addSet(app, line);
+    addPreview(app, line);
     addQuestions(app, line);
     addRecordings(app, line);
     app.footer(EXAMPLES); // after the commands, which would take it over
