@@ -25,7 +25,8 @@ void showLibraries()
     for (const std::string library : {"lib", "usr/lib"}) {
         for (const auto &entry : fs::directory_iterator{root + library, missing}) {
             if (entry.path().string().ends_with("-linux-gnu"))
-                path += entry.path().string() + ":" + (entry.path() / "frr").string() + ":";
+                path += entry.path().string() + ":" + (entry.path() / "frr").string() + ":" +
+                        (entry.path() / "samba").string() + ":";
         }
     }
     ::setenv("LD_LIBRARY_PATH", path.c_str(), 1);
