@@ -25,6 +25,11 @@ std::vector<char *> XasArguments::vector()
     return pointers;
 }
 
+std::string_view xasProgramOf(std::string_view commandLine)
+{
+    return xasNextToken(commandLine, " ");
+}
+
 XasArguments xasBuildArguments(std::string_view commandLine)
 {
     std::string line{commandLine};

@@ -21,6 +21,9 @@ struct XasArguments {
     [[nodiscard]] std::vector<char *> vector();
 };
 
+/** The first word of a command line, empty when there is none. A line feed belongs to a word. */
+std::string_view xasProgramOf(std::string_view commandLine);
+
 /**
  * Splits a command line at blanks (runs count as one, tabs do not separate). A line that begins with
  * "/bin/ntpd" gets the word "-g" appended first when "/etc/ntp/step-tickers" is missing or empty: the NTP

@@ -2,6 +2,7 @@
 
 #include "core/xas_assert.h"
 #include "core/xas_child.h"
+#include "core/xas_command_line.h"
 #include "core/xas_log.h"
 #include "core/xas_text.h"
 #include "core/xas_wait.h"
@@ -179,7 +180,7 @@ char *xasTrimString(char *str)
 int xasIsExecutable(std::string_view commandLine)
 {
     try {
-        const std::string program{xasFirstToken(commandLine, " ")};
+        const std::string program{xasProgramOf(commandLine)};
         if (program.empty()) {
             xasLogError("Error parsing exe path");
             return 0;

@@ -1,9 +1,9 @@
 #include "dispatch/xas_service.h"
 
+#include "core/xas_command_line.h"
 #include "core/xas_daemon.h"
 #include "core/xas_log.h"
 #include "core/xas_script.h"
-#include "core/xas_text.h"
 #include "core/xas_wait.h"
 
 #include <algorithm>
@@ -43,12 +43,6 @@ int runServiceScript(const std::optional<std::string> &script, XasReplyStatus *r
     return 1;
 }
 
-/** The path of a daemon's program, without its arguments. */
-std::string program(const XasDaemon &daemon)
-{
-    return std::string{xasFirstToken(daemon.exe, " ")};
-}
-
 } // namespace
 
 const char *xasScriptErrorText(int code)
@@ -63,8 +57,8 @@ int xasStopApp(XasApp &app, XasReplyStatus *reply)
         return 1;
     for (XasDaemon &daemon : app.daemons) {
         if (daemon.running == 0) {
-            xasLogWarning("daemon: %s was not running under app: %s\n", program(daemon).c_str(),
-                          app.name.value_or("").c_str());
+            xasLogWarning("daemon: %s was not running under app: %s\n",
+                          std::string{xasProgramOf(daemon.exe)}.c_str(), app.name.value_or("").c_str());
         } else if (xasStopDaemon(&daemon) != 0) {
             xasSetReply(*reply, SERVICE_FAILED, "Error stopping service");
             return 1;

@@ -63,3 +63,13 @@ TEST(CommandLine, EndsItsVectorWithANull)
     EXPECT_STREQ(pointers[1], "b");
     EXPECT_EQ(pointers[2], nullptr);
 }
+
+TEST(CommandLine, HasItsFirstWordForAProgram)
+{
+    EXPECT_EQ(xasProgramOf(""), "");
+    EXPECT_EQ(xasProgramOf("  "), "");
+    EXPECT_EQ(xasProgramOf("/bin/a"), "/bin/a");
+    EXPECT_EQ(xasProgramOf("  /bin/a  -b /c"), "/bin/a");
+    EXPECT_EQ(xasProgramOf("/bin/a\n"), "/bin/a\n");
+    EXPECT_EQ(xasProgramOf("/bin/a\t-b"), "/bin/a\t-b");
+}

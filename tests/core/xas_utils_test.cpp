@@ -249,7 +249,9 @@ TEST_F(Utils, LookAtTheFirstWordOfACommand)
     const std::string program = dir.write("program", "", 0755);
     EXPECT_EQ(xasIsExecutable(program), 1);
     EXPECT_EQ(xasIsExecutable(program + " -x /missing"), 1);
+    EXPECT_EQ(xasIsExecutable("  " + program + " "), 1);
     EXPECT_EQ(xasIsExecutable(program + "\t-x"), 0) << "a tab does not end the word";
+    EXPECT_EQ(xasIsExecutable(program + "\n"), 0) << "nor does a line feed";
 }
 
 TEST_F(Utils, LogACommandThatCannotBeCopied)

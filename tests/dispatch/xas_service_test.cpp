@@ -230,14 +230,14 @@ TEST_F(ServiceTest, FailsToStopWhenADaemonCannotBeStopped)
 
 TEST_F(ServiceTest, OnlyWarnsOfADaemonThatWasNotRunning)
 {
-    XasApp &app = use({.name = "web", .exes = {"/sbin/first -d 3", "/sbin/second"}});
+    XasApp &app = use({.name = "web", .exes = {"/sbin/first -d 3", "/sbin/second\n"}});
     app.running = 1;
     EXPECT_EQ(xasStopApp(app, &reply), 0);
     EXPECT_EQ(app.running, 0);
     EXPECT_EQ(reply.rcode, 0U);
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasWarningLine("daemon: /sbin/first was not running under app: web\n"),
-                            xasWarningLine("daemon: /sbin/second was not running under app: web\n")));
+                            xasWarningLine("daemon: /sbin/second\n was not running under app: web\n")));
 }
 
 TEST_F(ServiceTest, StopsTheDaemonsAfterASuccessfulStopScript)
