@@ -156,6 +156,22 @@ TEST_F(XmsServe, AReportOfTheDaemonIsStoredAndAcknowledged)
     EXPECT_EQ(dir.read("store/XMSG_FIREWALL"), xasMessageBytes(report, 0, 2488));
 }
 
+TEST_F(XmsServe, AReportOfTheFilterKeepsTheServicesThatAreStored)
+{
+    serve();
+    EXPECT_EQ(setAndAnswer({"set", "firewall", "enabled=yes", "test_time=1", "ssh=yes", "https=yes"}, true),
+              0);
+    EXPECT_EQ(dir.read("store/XMSG_FIREWALL"), xasMessageBytes(received, 0, 2488));
+    send(XasMessageBuilder{XMSG_FIREWALL}.sender(4).id(77).build());
+    const auto answer = receive();
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(answer->xH.orig_id, 77U);
+    EXPECT_EQ(xasMessageWord(*answer, 120), 1U);
+    XasMessage expected = XasMessageBuilder{XMSG_FIREWALL}.word(136, 1).word(148, 1).build();
+    expected.xH = received.xH;
+    EXPECT_EQ(dir.read("store/XMSG_FIREWALL"), xasMessageBytes(expected, 0, 2488));
+}
+
 TEST_F(XmsServe, ALinkNotificationIsShownAndNotAnswered)
 {
     serve();

@@ -199,3 +199,38 @@ TEST(XmsProtocol, AStoredReportIsAcknowledged)
     EXPECT_EQ(xasMessageWord(answer, 128), 0U);
     EXPECT_EQ(xasMessageBytes(answer, 132, 2356), std::string(2356, '\0'));
 }
+
+TEST(XmsProtocol, AReportIsKeptAsItIsWhenNothingIsStored)
+{
+    const XasMessage report = XasMessageBuilder{XMSG_FIREWALL}.sender(4).id(42).word(124, 3).build();
+    const XasMessage kept = xmsCompleteReport(report, std::nullopt);
+    EXPECT_EQ(xasMessageBytes(kept, 0, 2488), xasMessageBytes(report, 0, 2488));
+}
+
+TEST(XmsProtocol, AReportOfTheFilterLeavesTheOtherFirewallSettingsAsTheyAreStored)
+{
+    const XasMessage report = XasMessageBuilder{XMSG_FIREWALL}.sender(4).id(42).build();
+    const auto stored = [](std::uint32_t enabled, std::uint32_t testTime) {
+        return XasMessageBuilder{XMSG_FIREWALL}
+            .sender(1)
+            .id(7)
+            .word(120, enabled)
+            .word(124, testTime)
+            .word(128, 1) // reject method: drop
+            .word(132, 1) // invisible
+            .word(136, 1) // ssh
+            .word(152, 1) // smb
+            .word(156, 9) // behind the last field
+            .build();
+    };
+    const XasMessage kept = xmsCompleteReport(report, stored(1, 5));
+    EXPECT_EQ(xasMessageBytes(kept, 0, 2488), xasMessageBytes(stored(0, 0), 0, 2488));
+}
+
+TEST(XmsProtocol, AReportOfAnotherTypeReplacesWhatIsStored)
+{
+    const XasMessage report = XasMessageBuilder{XMSG_HOSTNAME}.sender(4).bytes(120, "new").build();
+    const XasMessage stored = XasMessageBuilder{XMSG_HOSTNAME}.bytes(120, "old").bytes(185, "domain").build();
+    const XasMessage kept = xmsCompleteReport(report, stored);
+    EXPECT_EQ(xasMessageBytes(kept, 0, 2488), xasMessageBytes(report, 0, 2488));
+}

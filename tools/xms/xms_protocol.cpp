@@ -1,5 +1,6 @@
 #include "xms/xms_protocol.h"
 
+#include "config/xas_firewall_payload.h"
 #include "msg/msg_fields.h"
 
 #include <algorithm>
@@ -101,6 +102,19 @@ XasMessage xmsAnswerRequest(XmsProtocol &protocol, const XasMessage &request,
     answer.xH.msgtype = request.xH.msgtype;
     fillHeader(protocol, answer, XAS_ACTION_RETURN, request.xH.id);
     return answer;
+}
+
+XasMessage xmsCompleteReport(const XasMessage &report, const std::optional<XasMessage> &stored)
+{
+    if (report.xH.msgtype != XMSG_FIREWALL || !stored)
+        return report;
+    const auto told = xasReadPayload<XasFirewallPayload>(report);
+    auto settings = xasReadPayload<XasFirewallPayload>(*stored);
+    settings.enabled = told.enabled;
+    settings.test_time = told.test_time;
+    XasMessage complete = *stored;
+    xasWritePayload(complete, settings);
+    return complete;
 }
 
 XasMessage xmsAnswerReport(XmsProtocol &protocol, const XasMessage &report, std::string_view problem)

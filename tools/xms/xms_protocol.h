@@ -79,6 +79,12 @@ void xmsForgetClient(XmsProtocol &protocol, int client);
 XasMessage xmsAnswerRequest(XmsProtocol &protocol, const XasMessage &request,
                             const std::optional<XasMessage> &stored);
 
+/**
+ * What a "Set" from the daemon leaves in the store, `stored` being there so far: the report, but of the
+ * firewall the daemon tells the filter's switch and test time alone, and all else stays as it is stored.
+ */
+XasMessage xmsCompleteReport(const XasMessage &report, const std::optional<XasMessage> &stored);
+
 /** The answer to a "Set" from the daemon: positive when `problem` is empty, else it is the reason. */
 XasMessage xmsAnswerReport(XmsProtocol &protocol, const XasMessage &report, std::string_view problem);
 

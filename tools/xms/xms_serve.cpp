@@ -167,6 +167,12 @@ void sendAhead(Server &server, const XasMessage &answer)
     server.outgoing.insert(server.outgoing.begin() + (isBegun ? 1 : 0), {answer});
 }
 
+void takeReport(Server &server, const XasMessage &report)
+{
+    const XasMessage setting = xmsCompleteReport(report, xmsReadStored(report));
+    sendAhead(server, xmsAnswerReport(server.protocol, report, keep(setting)));
+}
+
 void takeRecord(Server &server, const XasMessage &record)
 {
     switch (xmsArrivalOf(record)) {
@@ -175,7 +181,7 @@ void takeRecord(Server &server, const XasMessage &record)
     case XmsArrival::request:
         return sendAhead(server, xmsAnswerRequest(server.protocol, record, xmsReadStored(record)));
     case XmsArrival::report:
-        return sendAhead(server, xmsAnswerReport(server.protocol, record, keep(record)));
+        return takeReport(server, record);
     case XmsArrival::event:
         return;
     }
