@@ -1,6 +1,7 @@
 #include "xms/xms_cli.h"
 
 #include "support/xas_test_files.h"
+#include "xms/xms_markdown.h"
 
 #include <cstdlib>
 #include <gmock/gmock.h>
@@ -45,6 +46,7 @@ TEST_F(XmsCli, WrongArgumentsEndWithStatusTwo)
     EXPECT_EQ(run({"get"}), 2);
     EXPECT_EQ(run({"--color", "blue", "types"}), 2);
     EXPECT_EQ(run({"set", "--timeout", "-1", "dns"}), 2);
+    EXPECT_EQ(run({"describe"}), 2);
 }
 
 TEST_F(XmsCli, WrongValuesAreFoundBeforeTheServerIsAsked)
@@ -106,6 +108,8 @@ TEST_F(XmsCli, QuestionsAboutTypesNeedNoServer)
     EXPECT_THAT(output, HasSubstr("XMSG_DNS (3): name servers\n"));
     EXPECT_EQ(run({"describe", "dns", "--json"}), 0);
     EXPECT_THAT(output, HasSubstr(R"({"number":3,"type":"dns","name":"XMSG_DNS")"));
+    EXPECT_EQ(run({"describe", "--markdown"}), 0);
+    EXPECT_EQ(output, xmsMarkdown());
 }
 
 TEST_F(XmsCli, ColourIsForTerminalsUnlessAskedFor)

@@ -2,6 +2,7 @@
 
 #include "xms/xms_commands.h"
 #include "xms/xms_describe.h"
+#include "xms/xms_markdown.h"
 #include "xms/xms_preview.h"
 #include "xms/xms_record.h"
 #include "xms/xms_replay.h"
@@ -43,6 +44,7 @@ struct CommandLine {
     std::string color = "auto";
     bool keepQueues = false;
     bool quiet = false;
+    bool markdown = false;
     std::string type;
     std::vector<std::string> assignments;
     XmsSetOptions set;
@@ -129,6 +131,26 @@ void addPreview(CLI::App &app, CommandLine &line)
     addSetting(*preview, line);
 }
 
+XmsExit describe(const CommandLine &line)
+{
+    if (line.markdown)
+        return print(xmsMarkdown());
+    if (line.type.empty())
+        throw XmsError{XmsExit::usage, "which type? xms types lists them"};
+    const std::uint32_t msgtype = xmsTypeFromText(line.type);
+    return print(line.options.json ? xmsJsonLine(xmsDescribeJson(msgtype)) + "\n"
+                                   : xmsDescribeText(msgtype, line.options.paint));
+}
+
+void addDescribe(CLI::App &app, CommandLine &line)
+{
+    CLI::App *command =
+        addCommand(app, line, "describe", "Explain the fields of a type and the values they take",
+                   [&] { return describe(line); });
+    command->add_option("TYPE", line.type, "Message type");
+    command->add_flag("--markdown", line.markdown, "All types, as a Markdown document");
+}
+
 void addQuestions(CLI::App &app, CommandLine &line)
 {
     CLI::App *get = addCommand(app, line, "get", "Show the stored record of a type",
@@ -140,14 +162,6 @@ void addQuestions(CLI::App &app, CommandLine &line)
     addCommand(app, line, "types", "List all message types", [&] {
         return print(line.options.json ? xmsJsonLine(xmsTypesJson()) + "\n" : xmsTypesText());
     });
-
-    CLI::App *describe =
-        addCommand(app, line, "describe", "Explain the fields of a type and the values they take", [&] {
-            const std::uint32_t msgtype = xmsTypeFromText(line.type);
-            return print(line.options.json ? xmsJsonLine(xmsDescribeJson(msgtype)) + "\n"
-                                           : xmsDescribeText(msgtype, line.options.paint));
-        });
-    describe->add_option("TYPE", line.type, "Message type")->required();
 
     addCommand(app, line, "watch", "Show what passes between server and xasd, as it happens",
                [&] { return xmsWatchCommand(line.options); });
@@ -182,6 +196,7 @@ void addAll(CLI::App &app, CommandLine &line)
     addSet(app, line);
     addPreview(app, line);
     addQuestions(app, line);
+    addDescribe(app, line);
     addRecordings(app, line);
     app.footer(EXAMPLES); // after the commands, which would take it over
 }

@@ -5,6 +5,9 @@
 #include "msg/msg_values.h"
 #include "wire/xas_message_names.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 constexpr const char *TYPES_NOTE =
@@ -81,37 +84,6 @@ std::vector<std::string> fieldRow(const XasMsgField &field)
             std::string{field.meaning} + (values.empty() ? "" : " (" + values + ")")};
 }
 
-/** One line for each group: "eth<n>: n is 1 to 2, 48 bytes apart: the ports ...". */
-std::string groupLines(const XasMsgFields &fields)
-{
-    std::string text;
-    const XasMsgGroup *last = nullptr;
-    for (const XasMsgField &field : fields.fields) {
-        const XasMsgGroup *group = field.group;
-        if (field.isRepeated() && group != last)
-            text += "  " + std::string{group->name} + "<n>: n is 1 to " + std::to_string(group->count()) +
-                    ", " + std::to_string(group->stride) + " bytes apart; " + std::string{group->meaning} +
-                    "\n";
-        last = group;
-    }
-    return text;
-}
-
-/** The application that the daemon reconfigures; empty for a type that it refuses. */
-std::string applicationText(std::uint32_t msgtype)
-{
-    const XasDispatchRow *row = xasFindDispatchRow(msgtype);
-    if (row == nullptr)
-        return {};
-    return row->application.empty() ? "(by field)" : std::string{row->application};
-}
-
-std::string handlingText(const XasMsgFields &fields)
-{
-    return std::string{fields.answered ? "acknowledged" : "never answered"} +
-           (fields.stored ? ", stored when applied" : ", not stored");
-}
-
 XmsJson fieldJson(const XasMsgFieldAt &where)
 {
     const XasMsgField &field = *where.field;
@@ -133,7 +105,7 @@ XmsJson typeJson(std::uint32_t msgtype)
     XmsJson json = {{"number", msgtype},
                     {"type", xasMsgShortName(msgtype)},
                     {"name", xasMsgLongName(msgtype)},
-                    {"application", applicationText(msgtype)},
+                    {"application", xmsApplicationText(msgtype)},
                     {"described", fields != nullptr}};
     if (fields != nullptr) {
         json["meaning"] = fields->meaning;
@@ -145,12 +117,49 @@ XmsJson typeJson(std::uint32_t msgtype)
 
 } // namespace
 
+std::vector<std::vector<std::string>> xmsFieldRows(const XasMsgFields &fields)
+{
+    std::vector<std::vector<std::string>> rows;
+    for (const XasMsgField &field : fields.fields)
+        rows.push_back(fieldRow(field));
+    return rows;
+}
+
+std::vector<std::string> xmsGroupTexts(const XasMsgFields &fields)
+{
+    std::vector<std::string> texts;
+    const XasMsgGroup *last = nullptr;
+    for (const XasMsgField &field : fields.fields) {
+        const XasMsgGroup *group = field.group;
+        if (field.isRepeated() && group != last)
+            texts.push_back(std::string{group->name} + "<n>: n is 1 to " + std::to_string(group->count()) +
+                            ", " + std::to_string(group->stride) + " bytes apart; " +
+                            std::string{group->meaning});
+        last = group;
+    }
+    return texts;
+}
+
+std::string xmsApplicationText(std::uint32_t msgtype)
+{
+    const XasDispatchRow *row = xasFindDispatchRow(msgtype);
+    if (row == nullptr)
+        return {};
+    return row->application.empty() ? "(by field)" : std::string{row->application};
+}
+
+std::string xmsHandlingText(const XasMsgFields &fields)
+{
+    return std::string{fields.answered ? "acknowledged" : "never answered"} +
+           (fields.stored ? ", stored when applied" : ", not stored");
+}
+
 std::string xmsTypesText()
 {
     std::vector<std::vector<std::string>> rows = {{"no", "type", "application", "fields", "meaning"}};
     for (const std::uint32_t msgtype : namedTypes()) {
         const XasMsgFields *fields = xasMsgFieldsOf(msgtype);
-        const std::string application = applicationText(msgtype);
+        const std::string application = xmsApplicationText(msgtype);
         rows.push_back({std::to_string(msgtype), xasMsgShortName(msgtype),
                         application.empty() ? "-" : application,
                         fields == nullptr ? "-" : std::to_string(xasMsgListFields(*fields).size()),
@@ -175,14 +184,16 @@ std::string xmsDescribeText(std::uint32_t msgtype, XmsPaint paint)
     if (fields == nullptr)
         return title + number + ": its fields are not described\n";
     std::string text =
-        title + number + ": " + std::string{fields->meaning} + "\n  " + handlingText(*fields) + "\n";
+        title + number + ": " + std::string{fields->meaning} + "\n  " + xmsHandlingText(*fields) + "\n";
     if (fields->fields.empty())
         return text + "  no fields\n";
     std::vector<std::vector<std::string>> rows = {
         {"field", "offset", "bytes", "kind", "default", "meaning (values)"}};
-    for (const XasMsgField &field : fields->fields)
-        rows.push_back(fieldRow(field));
-    return text + xmsAligned(rows) + groupLines(*fields);
+    std::ranges::copy(xmsFieldRows(*fields), std::back_inserter(rows));
+    text += xmsAligned(rows);
+    for (const std::string &group : xmsGroupTexts(*fields))
+        text += "  " + group + "\n";
+    return text;
 }
 
 XmsJson xmsDescribeJson(std::uint32_t msgtype)
