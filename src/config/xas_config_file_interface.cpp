@@ -203,7 +203,7 @@ int xasEmptyCfgFile(const char *cfgFileName)
     xasAssertGiven(cfgFileName, "cfgFileName");
     XasCfgFile cf;
     cf.cfgFileName = cfgFileName;
-    cf.tmpFileName = cf.cfgFileName + ".tmp";
+    cf.tmpFileName = cf.cfgFileName + ".empty"; // ".tmp" belongs to the editors, and an abandoned one stays
     const bool backedUp = xasIsRegularFile(cfgFileName) != 0 &&
                           makeBackup(cf.cfgFileName, cf.cfgFileName + ".old") != Backup::failed;
     if (!backedUp)

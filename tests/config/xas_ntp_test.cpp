@@ -496,6 +496,23 @@ TEST_F(NtpUpdate, ReplacesAnEarlierBackupWhenItEmptiesTheStepFile)
     EXPECT_EQ(dir.read("step-tickers.old"), "old.example.net\n");
 }
 
+TEST_F(NtpUpdate, EmptiesTheStepFileWhateverStandsAtItsTemporary)
+{
+    message.word(124, 0);
+    dir.write("step-tickers.tmp", "abandoned\n");
+    EXPECT_EQ(update(), 0);
+    EXPECT_EQ(dir.read("step-tickers.tmp"), "abandoned\n");
+    std::filesystem::remove(dir.path("step-tickers.tmp"));
+    dir.write("step-tickers.tmp/inside", "text");
+    steps = dir.write("step-tickers", "old.example.net\n");
+    log.take();
+    EXPECT_EQ(update(), 0);
+    EXPECT_THAT(log.lines(), IsEmpty());
+    EXPECT_EQ(dir.read("step-tickers"), "");
+    EXPECT_EQ(dir.read("step-tickers.old"), "old.example.net\n");
+    EXPECT_EQ(dir.read("step-tickers.tmp/inside"), "text");
+}
+
 TEST_F(NtpUpdate, MakesAMissingStepFileButFailsWithoutAReason)
 {
     std::filesystem::remove(steps);
