@@ -4,7 +4,7 @@
 #include "auth/xas_snmp.h"
 
 #include "support/xas_test_hosts.h"
-#include "support/xas_test_programs.h"
+#include "support/xas_test_snmp.h"
 
 #include <array>
 #include <gmock/gmock.h>
@@ -69,12 +69,13 @@ class SnmpProgram : public XasFilesTest {
         xasSetFieldText(snmpCfg.trap_community, "alarms");
     }
 
-    /** The agent with a file of this text, when it listens. */
+    /** The agent with a file of this text. */
     [[nodiscard]] XasBackgroundProgram agent(const std::string &text) const
     {
-        return XasBackgroundProgram{{"/usr/bin/env", "MIBS=", "SNMP_PERSISTENT_DIR=" + dir.path("kept"),
-                                     xasUnpackedProgram("usr/sbin/snmpd"), "-f", "-Lo", "-r", "-C", "-c",
-                                     dir.write("snmpd.conf", text)}};
+        // An agent that still keeps the users of an earlier test would know them.
+        std::filesystem::remove_all("/tmp/snmp");
+        return XasBackgroundProgram{
+            {"/bin/sh", "-c", xasSnmpAgentCommand(dir.write("snmpd.conf", text), "-Lo")}};
     }
 
     /** The agent with the old file, edited. */
@@ -93,9 +94,8 @@ class SnmpProgram : public XasFilesTest {
         std::vector<std::string> found;
         std::istringstream lines{agent.output()};
         for (std::string line; std::getline(lines, line) && !line.starts_with("NET-SNMP version");) {
-            if (!line.starts_with("Created directory"))
-                found.push_back(
-                    line.substr(line.find("line ") == std::string::npos ? 0 : line.find("line ")));
+            const std::size_t where = line.find("line "); // behind the name of the file
+            found.push_back(where == std::string::npos ? line : line.substr(where));
         }
         return found;
     }
@@ -104,9 +104,7 @@ class SnmpProgram : public XasFilesTest {
     static std::string ask(const std::string &program, const std::string &options, const std::string &rest,
                            const char *seconds)
     {
-        return xasRunShell("MIBS= SNMP_PERSISTENT_DIR=/tmp " + xasUnpackedProgram("usr/bin/" + program) +
-                           " -On -r 0 -t " + seconds + " " + options + " " + rest)
-            .output;
+        return xasRunSnmpClient(program, std::string{"-On -r 0 -t "} + seconds + " " + options + " " + rest);
     }
 
     static std::string get(const std::string &options, const char *host = IPV4)
