@@ -140,12 +140,13 @@ std::string fieldsTable(const XasMsgFields &fields)
 std::string typeSection(const XasMsgFields &fields)
 {
     const std::string application = xmsApplicationText(fields.msgtype);
-    const std::string concerns = application.empty() ? "" : "; application: " + application;
-    const std::string start = "\n## " + xasMsgShortName(fields.msgtype) + "\n\n`" +
-                              xasMsgLongName(fields.msgtype) + "` (" + std::to_string(fields.msgtype) +
-                              "): " + std::string{fields.meaning} + ".\n" +
-                              "Handling: " + xmsHandlingText(fields) + concerns + ".\n";
-    return start + (fields.fields.empty() ? "\nNo fields.\n" : fieldsTable(fields));
+    std::string text = "\n## " + xasMsgShortName(fields.msgtype) + "\n\n";
+    text += "`" + xasMsgLongName(fields.msgtype) + "` (" + std::to_string(fields.msgtype) + "): ";
+    text.append(fields.meaning).append(".\nHandling: ").append(xmsHandlingText(fields));
+    if (!application.empty())
+        text += "; application: " + application;
+    text += ".\n";
+    return text + (fields.fields.empty() ? "\nNo fields.\n" : fieldsTable(fields));
 }
 
 } // namespace

@@ -20,6 +20,7 @@ XmsExit xmsPreviewCommand(const XmsSetOptions &set)
     words.push_back(set.type);
     words.insert(words.end(), set.assignments.begin(), set.assignments.end());
     std::vector<char *> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string &word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);
