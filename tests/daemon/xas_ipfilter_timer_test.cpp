@@ -1,4 +1,4 @@
-// The test timer in real time: a whole minute, with the daemon as it ships.
+// The filter's switch with the daemon as it ships, and its test timer in real time: a whole minute.
 #include "support/xas_test_daemon.h"
 #include "support/xas_test_ipfilter.h"
 
@@ -19,6 +19,16 @@ XasMessage startPortmap()
 }
 
 } // namespace
+
+TEST(DaemonFilter, IsTakenForEnabledAtTheStart)
+{
+    XasTestDaemon daemon;
+    daemon.start({{.name = "firewall"}});
+    EXPECT_EQ(xasMessageWord(daemon.ask(xasTestFirewallMessage(1, 0)), 120), 1U);
+    EXPECT_EQ(xasMessageWord(daemon.ask(xasTestFirewallMessage(0, 0)), 120), 1U);
+    EXPECT_THAT(daemon.stubs.lines(), testing::ElementsAre("/usr/bin/xas_iptables.sh resetAll",
+                                                           "/bin/iptables -I INPUT 1 -j ACCEPT"));
+}
 
 TEST(RealTimeFilterTimer, RunsOutAfterAMinuteAndServesDeathsAndSigtermWhileNoAnswerComes)
 {

@@ -253,6 +253,16 @@ TEST_F(FilterInput, IsNothingWhenNothingIsAssigned)
     EXPECT_EQ(xasIPFilterInputText().text, "");
 }
 
+TEST_F(FilterInput, TellsOfABrokenRecordOnStandardOutput)
+{
+    const std::string path = dir.write("XMSG_IPFILTER_ASSIGN-1-2", std::string(2487, 'x'));
+    testing::internal::CaptureStdout();
+    const XasFilterLines lines = xasIPFilterInputText();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), path + ": not a record of 2488 bytes\n");
+    EXPECT_TRUE(lines.complete);
+    EXPECT_EQ(lines.text, "");
+}
+
 TEST_F(FilterInput, HasAJumpForEveryInterfaceWithASetEthernetPortsFirst)
 {
     assign("2-51", 2, 51, "last");

@@ -178,6 +178,17 @@ TEST_F(FilterAssignTest, NeverReadsAnEarlierListing)
     EXPECT_EQ(xasReadFile("/tmp/xas_ipfilter.txt"), "");
 }
 
+TEST_F(FilterAssignTest, MakesItsListingAnewWhateverStandsThere)
+{
+    const std::string other = dir.write("other", "kept");
+    std::remove("/tmp/xas_ipfilter.txt");
+    ASSERT_EQ(::symlink(other.c_str(), "/tmp/xas_ipfilter.txt"), 0);
+    list(jump("lab", "eth1"));
+    EXPECT_EQ(assign(1, 2, ""), 0);
+    EXPECT_EQ(xasReadFile(other), "kept");
+    EXPECT_EQ(xasReadFile("/tmp/xas_ipfilter.txt"), jump("lab", "eth1"));
+}
+
 TEST_F(FilterAssignTest, CutsALongPlainCommandAtItsBuffer)
 {
     EXPECT_EQ(assign(1, 1, std::string(1000, 'x')), 0);

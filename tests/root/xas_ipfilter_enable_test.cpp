@@ -53,6 +53,16 @@ TEST_F(FilterEnableTest, IsRefusedWithAReasonWhenDisablingFails)
     EXPECT_TRUE(xasIPFilterIsEnabled());
 }
 
+TEST_F(FilterEnableTest, TellsOfABrokenRecordOnStandardOutputAndDoesNothing)
+{
+    const std::string path = dir.write("XMSG_FIREWALL", std::string(2489, '\0'));
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(xasIPFilterApplySettings(), 1);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), path + ": not a record of 2488 bytes\n");
+    EXPECT_THAT(shell.take(), IsEmpty());
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
 TEST_F(FilterEnableTest, DoesNothingWhenItIsSoAlready)
 {
     EXPECT_EQ(xasIPFilterEnable(true, &reply), 0);

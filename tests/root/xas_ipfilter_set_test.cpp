@@ -179,6 +179,20 @@ TEST_F(FilterSetTest, StartsEveryTimeFromAFreshCopy)
                 ElementsAre(COPY, "/tmp/xas_iptables.sh resetNone", COPY, "/tmp/xas_iptables.sh resetNone"));
 }
 
+TEST_F(FilterSetTest, LeavesTheSwitchOfTheFilterAloneUnlessItIsRemoved)
+{
+    ASSERT_EQ(xasIPFilterEnable(false, &reply), 0);
+    log.take();
+    shell.take();
+    store("XMSG_FIREWALL", xasTestFirewallMessage(0, 0));
+    for (const std::uint32_t action : {0U, 1U, 3U}) {
+        EXPECT_EQ(set("office", {}, action), 0);
+        EXPECT_FALSE(xasIPFilterIsEnabled()) << action;
+        EXPECT_THAT(shell.take(), ElementsAre(COPY, "/tmp/xas_iptables.sh resetNone"));
+    }
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
 TEST_F(FilterSetTest, AppliesWhatTheMessageHoldsOfATooLargeCount)
 {
     XasIpFilterSetPayload payload = xasTestFilterSet("big", std::vector<XasTestRule>(65));

@@ -45,11 +45,20 @@ class VpnTest : public testing::Test {
         ::umask(022);
     }
 
-    int update(const XasVpnPayload &vpn)
+    int update(const XasVpnPayload &vpn) { return update(vpn, CONF); }
+
+    /** The application list names a file of one line at `path`. */
+    int updateFile(const std::string &path, const XasVpnPayload &vpn)
+    {
+        xasWriteFile(path, "version 2.0\n");
+        return update(vpn, path);
+    }
+
+    int update(const XasVpnPayload &vpn, const std::string &path)
     {
         reply = {};
         XasMessage msg = XasMessageBuilder{XMSG_VPN}.payload(vpn).build();
-        const XasCfgFileList files = xasTestCfgFiles({{"ipsec", CONF}});
+        const XasCfgFileList files = xasTestCfgFiles({{"ipsec", path}});
         return xasUpdateVPNCfg(&msg, &files, &reply);
     }
 
@@ -228,6 +237,24 @@ TEST_F(VpnTest, LogsNothingWhenTheKeyCommandFails)
     std::remove("/usr/sbin/ipsec");
     EXPECT_EQ(update(vpnOf(XAS_VPN_RSA)), 0);
     EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(VpnTest, LogsNothingWhenThereIsNoFileForTheKey)
+{
+    std::remove(CONF.c_str());
+    ASSERT_EQ(::mkdir(CONF.c_str(), 0755), 0); // the shell cannot append to it, and ends in a failure
+    EXPECT_EQ(updateFile("/etc/tunnel.conf", vpnOf(XAS_VPN_RSA)), 0);
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(), IsEmpty());
+    ::rmdir(CONF.c_str());
+}
+
+TEST_F(VpnTest, AppendsTheKeyToTheSystemsFileWhicheverIsListed)
+{
+    const std::string before = xasReadFile(CONF);
+    EXPECT_EQ(updateFile("/etc/tunnel.conf", vpnOf(XAS_VPN_RSA)), 0);
+    EXPECT_THAT(xasReadFile("/etc/tunnel.conf"), testing::EndsWith("    rightrsasigkey=s3cret\n"));
+    EXPECT_EQ(xasReadFile(CONF), before + "\tleftrsasigkey=0sAQKey\n");
 }
 
 TEST_F(VpnTest, WritesNothingSecretWithNeitherMethodAndNoLogin)
