@@ -229,6 +229,24 @@ TEST_F(FilterTimerTest, DoesNothingBeforeItsLastSecond)
     EXPECT_TRUE(xasExists(TIMER_FILE));
 }
 
+TEST_F(FilterTimerTest, DoesNothingAtItsEndWhileTheFilterIsDisabledAnyway)
+{
+    ASSERT_EQ(set(1, 1), 0);
+    ASSERT_EQ(xasIPFilterDisable(), 0); // as after a removed set, when the stored setting says so
+    log.take();
+    shell.take();
+    clock.pass(60s);
+    EXPECT_EQ(xasIPFilterTimerTick(), 0);
+    EXPECT_THAT(log.take(), IsEmpty());
+    EXPECT_THAT(shell.take(), IsEmpty());
+    EXPECT_TRUE(xasExists(TIMER_FILE));
+    EXPECT_FALSE(queues.receive(0ms));
+    xasIPFilterNoteReset(); // it is enabled again, and its time is up
+    answerLater(1, "");
+    EXPECT_EQ(xasIPFilterTimerTick(), 0);
+    expectDisabledAnd({});
+}
+
 TEST_F(FilterTimerTest, NeverOverflowsWithTheLongestTime)
 {
     ASSERT_EQ(set(1, 2147483647), 0);
