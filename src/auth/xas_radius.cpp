@@ -40,7 +40,8 @@ std::string firstLine(const XasRadiusServer &server, std::uint8_t timeout)
 
 std::string secondLine(const XasRadiusServer &server, std::uint8_t timeout)
 {
-    if (!xasIsHostGiven(server.host) || xasHostToStr(server.host) == NO_ADDRESS)
+    const bool isUnusable = isIPv6(server.host) && xasHostToStr(server.host) == NO_ADDRESS;
+    if (!xasIsHostGiven(server.host) || isUnusable)
         return {};
     return serverLine(server, timeout, server.host.is_name != 0 ? "   " : "    ");
 }

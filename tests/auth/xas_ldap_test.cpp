@@ -202,4 +202,8 @@ TEST(LdapMapText, HasALineForEachMappingThatIsGiven)
     EXPECT_EQ(xasLdapMapText(cfgLDAP), "\nnss_map_attribute uid cn\n"
                                        "\nnss_map_objectclass posixGroup group\n"
                                        "\nnss_map_attribute memberUID member\n");
+    cfgLDAP.map_member_type = 2;
+    EXPECT_EQ(xasLdapMapText(cfgLDAP), "\nnss_map_attribute uid cn\n"
+                                       "\nnss_map_objectclass posixGroup group\n"
+                                       "\nnss_map_attribute uniqueMember member\n");
 }

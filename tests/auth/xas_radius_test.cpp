@@ -103,6 +103,13 @@ TEST(RadiusText, WritesTheFirstServerAlwaysAndTheSecondUnlessItIsAnEmptyName)
               "0.0.0.0:1812   one    255\n0.0.0.0:65535    two    255\n");
 }
 
+TEST(RadiusText, TakesANameThatReadsAsAnUnusableAddressForAName)
+{
+    const XasHostAddr name = xasNamedHost("<invalid>");
+    EXPECT_EQ(xasRadiusText("", settings(name, name)),
+              "<invalid>:1812   one    255\n<invalid>:65535   two    255\n");
+}
+
 TEST(RadiusText, ReadsASecretWithoutEndUpToTheWidthOfItsField)
 {
     XasRadiusPayload cfgRadius = settings(xasNamedHost("r"), xasNamedHost(""));

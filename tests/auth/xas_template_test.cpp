@@ -98,6 +98,8 @@ TEST_F(Template, EndsAtANulAsTextsDo)
 {
     EXPECT_EQ(generate(dir.write("template", std::string_view{"ab\0cd", 5}), dir.path("file")), 0);
     EXPECT_EQ(dir.read("file"), "<ab>");
+    EXPECT_EQ(generate(dir.write("template", std::string_view{"\0cd", 3}), dir.path("file")), 0);
+    EXPECT_EQ(dir.read("file"), "<>") << "something was read";
 }
 
 TEST_F(Template, HasItsPlaceholdersReplacedOneAfterTheOther)

@@ -184,6 +184,17 @@ TEST_F(UpdateNis, WritesItsFilesAndStartsTheDomainProgramWithItsOwnName)
     EXPECT_EQ(stubs.calls().front().size(), 2U);
 }
 
+TEST_F(UpdateNis, StartsTheDomainProgramUnderItsBareName)
+{
+    std::filesystem::remove("/bin/domainname");
+    std::filesystem::copy_file("/bin/sh", "/bin/domainname");
+    xasWriteFile("/tmp/eng",
+                 "tr '\\0' ' ' </proc/$$/cmdline >/tmp/eng.called && mv /tmp/eng.called /tmp/eng.words\n");
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_NIS}.bytes(125, "/tmp/eng").build()), 0);
+    ASSERT_TRUE(xasEventually([] { return xasExists("/tmp/eng.words"); }));
+    EXPECT_EQ(xasReadFile("/tmp/eng.words"), "domainname /tmp/eng ");
+}
+
 TEST_F(UpdateNis, StartsNoDomainProgramForAnEmptyDomain)
 {
     EXPECT_EQ(update(XasMessageBuilder{XMSG_NIS}.build()), 0);
@@ -249,6 +260,31 @@ TEST_F(UpdateLdap, PointsToTheTlsMaterialOfTheWebFrontEndAndRunsNoConversion)
                                     std::string(128, 'k') + "\n");
     EXPECT_EQ(xasModeOf(dir.path("ldap")), 0600U);
     EXPECT_THAT(stubs.calls(), IsEmpty());
+}
+
+TEST_F(UpdateLdap, HasTheTlsMaterialBetweenTheBindingAndTheMappings)
+{
+    link("ldap_cert.lnk", "c.pem");
+    const XasMessage msg = XasMessageBuilder{XMSG_LDAP}
+                               .word(120, 1)
+                               .bytes(128, xasHostBytes(xasNamedHost("l1")))
+                               .word(924, 1)
+                               .word(932, 636)
+                               .word(940, 1)
+                               .bytes(944, "cn")
+                               .bytes(975, "group")
+                               .bytes(1006, "member")
+                               .word(1040, 1)
+                               .build();
+    EXPECT_EQ(update(msg), 0);
+    EXPECT_EQ(dir.read("ldap"), "host l1 0.0.0.0\n"
+                                "\n# Non-standard option: insert current login into bind name\n"
+                                "bind_with_login yes\n"
+                                "\nssl on\n"
+                                "tls_cert /www/xml/c.pem\n"
+                                "\nnss_map_attribute uid cn\n"
+                                "\nnss_map_objectclass posixGroup group\n"
+                                "\nnss_map_attribute memberUID member\n");
 }
 
 TEST_F(UpdateLdap, SkipsWhatIsNoLinkAndCutsALongTarget)

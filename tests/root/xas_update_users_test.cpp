@@ -400,6 +400,18 @@ TEST_F(LocalUsers, ARebuildDoesNotNoticeAFailedCommandButAShellThatCannotBeRun)
     EXPECT_THAT(log.take(), Contains(xasErrorLine("adduser command failed\n")));
 }
 
+TEST_F(LocalUsers, ARebuildTellsThatNoShellCanBeRunWithoutABlankBeforeTheLineFeed)
+{
+    giveAccounts({"alice", "bob"});
+    xasWriteFile(LIST, "alice\nbob\n");
+    const XasFault fault{"fork", EAGAIN};
+    EXPECT_EQ(rebuild({userOf("eve")}), 0);
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("system call deluser failed\n"),
+                                         xasErrorLine("system call deluser failed\n"),
+                                         xasErrorLine("system call mv -f failed\n"),
+                                         xasErrorLine("adduser command failed\n")));
+}
+
 TEST_F(LocalUsers, ARebuildWithoutAListMakesItsUsersAllTheSame)
 {
     std::remove(LIST);
