@@ -131,3 +131,36 @@ TEST_F(XmsShow, ColumnsArePaddedToTheirWidestCell)
 {
     EXPECT_EQ(xmsAligned({{"a", "bb", "c"}, {"aaa", "b", ""}, {"aa"}}), "  a    bb  c\n  aaa  b\n  aa\n");
 }
+
+TEST_F(XmsShow, ADumpOfAnOddRecordSaysHowLongItIs)
+{
+    const XmsTraffic odd{TIME_MS, false, std::vector<std::byte>(2487)};
+    EXPECT_EQ(xmsTrafficDump(odd, {}, XmsPaint::plain), "03:04:05.067  <- xasd\n"
+                                                        "odd record of 2487 bytes, 2488 expected\n");
+}
+
+TEST_F(XmsShow, ADumpShowsHeaderAndPayloadWhole)
+{
+    const XasMessage record = XasMessageBuilder{XMSG_DNS}.sender(1).id(7).word(180, 1).build();
+    EXPECT_EQ(xmsTrafficDump(trafficOf(record, true), {}, XmsPaint::plain),
+              "03:04:05.067  -> xasd\n"
+              "msgPrintBasic: type=XMSG_DNS, action=Set, sender=XMS\n"
+              "               id=7, orig_id=0\n"
+              "dns: none,none,none\n"
+              "prefer IPv4 DNS records: y\n");
+}
+
+TEST_F(XmsShow, TheDumpOfAListShowsTheUsersThatItsMessageCounts)
+{
+    std::string list(120 + 2 * 224, '\0');
+    list.replace(120, 5, "alice").replace(344, 3, "bob");
+    const auto bytes = std::as_bytes(std::span{list});
+    const XmsTraffic traffic{TIME_MS, true, {bytes.begin(), bytes.end()}};
+    const XasMessage message = XasMessageBuilder{XMSG_LOCALUSERS}.half(160, 1).build();
+    EXPECT_EQ(xmsTrafficDump(traffic, message, XmsPaint::plain),
+              "03:04:05.067  -> xasd\n"
+              "  login: alice password:  uid: 0 listen: 0x0\n"
+              "  data: 0x0 clear: 0x0 outlets: 0x0 escseq:  brkseq: \n"
+              "  menu:  dialback: n dialback_num:  perm: 0x0 cli: 0x0\n"
+              "  pwd_change: n pwd_expires: 0 pwd_login_change: n login_attempts: 0\n");
+}

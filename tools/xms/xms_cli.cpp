@@ -45,6 +45,7 @@ struct CommandLine {
     bool keepQueues = false;
     bool quiet = false;
     bool markdown = false;
+    bool dump = false;
     std::string type;
     std::vector<std::string> assignments;
     XmsSetOptions set;
@@ -163,8 +164,10 @@ void addQuestions(CLI::App &app, CommandLine &line)
         return print(line.options.json ? xmsJsonLine(xmsTypesJson()) + "\n" : xmsTypesText());
     });
 
-    addCommand(app, line, "watch", "Show what passes between server and xasd, as it happens",
-               [&] { return xmsWatchCommand(line.options); });
+    CLI::App *watch =
+        addCommand(app, line, "watch", "Show what passes between server and xasd, as it happens",
+                   [&] { return xmsWatchCommand(line.options, line.dump); });
+    watch->add_flag("--dump", line.dump, "Show each message whole, passwords included");
 }
 
 void addRecordings(CLI::App &app, CommandLine &line)

@@ -61,13 +61,20 @@ XmsExit xmsGetCommand(const XmsOptions &options, const std::string &type,
     return XmsExit::applied;
 }
 
-XmsExit xmsWatchCommand(const XmsOptions &options)
+XmsExit xmsWatchCommand(const XmsOptions &options, bool dump)
 {
     const XmsDescriptor server = xmsConnect(options.socket);
     std::string buffer;
     xmsAskToWatch(server, buffer);
+    XasMessage last{};
     for (;;) {
         const XmsTraffic traffic = xmsTrafficFrom(xmsReadAnswer(server, buffer));
-        print(options.json ? xmsJsonLine(xmsTrafficJson(traffic)) : xmsTrafficLine(traffic, options.paint));
+        if (options.json)
+            print(xmsJsonLine(xmsTrafficJson(traffic)));
+        else
+            print(dump ? xmsTrafficDump(traffic, last, options.paint)
+                       : xmsTrafficLine(traffic, options.paint));
+        if (traffic.toDaemon)
+            last = xmsTrafficMessage(traffic);
     }
 }

@@ -1,5 +1,6 @@
 #include "xms/xms_show.h"
 
+#include "msg/msg_print.h"
 #include "msg/msg_type_names.h"
 #include "msg/msg_values.h"
 #include "wire/xas_message_names.h"
@@ -67,13 +68,6 @@ std::string oddText(const XmsTraffic &traffic)
 {
     return "odd record of " + std::to_string(traffic.bytes.size()) + " bytes, " +
            std::to_string(XAS_MESSAGE_SIZE) + " expected";
-}
-
-XasMessage recordOf(const XmsTraffic &traffic)
-{
-    XasMessage record;
-    std::memcpy(&record, traffic.bytes.data(), sizeof record);
-    return record;
 }
 
 XmsJson valueJson(std::span<const std::byte> bytes, const XasMsgFieldAt &where)
@@ -159,6 +153,28 @@ XmsJson xmsFieldsJson(const XasMessage &record)
     return json;
 }
 
+XasMessage xmsTrafficMessage(const XmsTraffic &traffic)
+{
+    XasMessage record{};
+    if (traffic.bytes.size() == sizeof record)
+        std::memcpy(&record, traffic.bytes.data(), sizeof record);
+    return record;
+}
+
+std::string xmsTrafficDump(const XmsTraffic &traffic, const XasMessage &last, XmsPaint paint)
+{
+    const std::string start = xmsPainted(paint, XmsInk::faint, clockText(traffic.timeMs)) +
+                              (traffic.toDaemon ? "  -> xasd\n" : "  <- xasd\n");
+    if (traffic.toDaemon && xmsUserCount(traffic.bytes.size())) {
+        const auto users = std::span{traffic.bytes}.subspan(XAS_PAYLOAD_OFFSET);
+        return start + msgAllText(last, users).substr(msgAllText(last).size());
+    }
+    if (traffic.bytes.size() != XAS_MESSAGE_SIZE)
+        return start + xmsPainted(paint, XmsInk::bad, oddText(traffic)) + "\n";
+    const XasMessage record = xmsTrafficMessage(traffic);
+    return start + msgBasicText(&record) + msgAllText(record);
+}
+
 std::string xmsTrafficLine(const XmsTraffic &traffic, XmsPaint paint)
 {
     const std::string start =
@@ -167,7 +183,7 @@ std::string xmsTrafficLine(const XmsTraffic &traffic, XmsPaint paint)
         return start + xmsUsersText(traffic.bytes);
     if (traffic.bytes.size() != XAS_MESSAGE_SIZE)
         return start + xmsPainted(paint, XmsInk::bad, oddText(traffic));
-    const XasMessage record = recordOf(traffic);
+    const XasMessage record = xmsTrafficMessage(traffic);
     const XasMsgHeader &head = record.xH;
     std::string line = start + padded(nameOrNumber(xasSenderName(head.sender), head.sender), 3) + "  " +
                        padded(nameOrNumber(xasActionName(head.action), head.action), 6) + "  " +
@@ -187,7 +203,7 @@ XmsJson xmsTrafficJson(const XmsTraffic &traffic)
                     {"size", traffic.bytes.size()}};
     if (traffic.bytes.size() != XAS_MESSAGE_SIZE)
         return json;
-    const XasMessage record = recordOf(traffic);
+    const XasMessage record = xmsTrafficMessage(traffic);
     json["type"] = xasMsgShortName(record.xH.msgtype);
     json["action"] = nameOrNumber(xasActionName(record.xH.action), record.xH.action);
     json["sender"] = nameOrNumber(xasSenderName(record.xH.sender), record.xH.sender);

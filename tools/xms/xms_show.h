@@ -47,7 +47,16 @@ XmsJson xmsFieldsJson(const XasMessage &record);
  */
 std::string xmsTrafficLine(const XmsTraffic &traffic, XmsPaint paint);
 
-/** The same as an object. */
+/** The message that passed; all zero for an odd record and a list of users. */
+XasMessage xmsTrafficMessage(const XmsTraffic &traffic);
+
+/**
+ * The whole message behind such a line, as the dump of messages shows it: header and payload, with a line
+ * end. A list of users is shown as that of `last`, the message before it.
+ */
+std::string xmsTrafficDump(const XmsTraffic &traffic, const XasMessage &last, XmsPaint paint);
+
+/** One line as an object. */
 XmsJson xmsTrafficJson(const XmsTraffic &traffic);
 
 /** `json` on one line; bytes that are no text are replaced. */
