@@ -112,11 +112,13 @@ std::string typesSection()
         if (xasMsgTypeName(msgtype).empty())
             continue;
         const XasMsgFields *fields = xasMsgFieldsOf(msgtype);
-        const std::string name = xasMsgLongName(msgtype);
-        const std::string anchor = "#" + xasMsgShortName(msgtype);
-        rows.push_back({std::to_string(msgtype),
-                        fields == nullptr ? "`" + name + "`" : "[`" + name + "`](" + anchor + ")",
-                        xmsApplicationText(msgtype), fields == nullptr ? "" : std::string{fields->meaning}});
+        std::vector<std::string> row = {std::to_string(msgtype), "`" + xasMsgLongName(msgtype) + "`",
+                                        xmsApplicationText(msgtype), ""};
+        if (fields != nullptr) {
+            row[1].insert(0, "[").append("](#").append(xasMsgShortName(msgtype)).append(")");
+            row[3] = fields->meaning;
+        }
+        rows.push_back(row);
     }
     return "\n## Types\n\nA type without an application is refused; answers and errors are never answered.\n" +
            table({"number", "type", "application", "meaning"}, rows);
