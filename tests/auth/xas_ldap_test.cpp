@@ -131,6 +131,14 @@ TEST(OpenLdapText, OnlyLosesItsLinesWhenDisabled)
     EXPECT_EQ(xasOpenLdapText("HOST a\nURI ldap://x\nBASE b\n", cfgLDAP), "URI ldap://x\n");
 }
 
+TEST(OpenLdapText, IsSwitchedOnByAnyNumberButZero)
+{
+    XasLdapPayload cfgLDAP = settings();
+    cfgLDAP.enabled = 0x80000000U;
+    cfgLDAP.server = xasNamedHost("ldap1");
+    EXPECT_EQ(xasOpenLdapText("", cfgLDAP), "HOST ldap1 \nBASE dc=example,dc=net \n");
+}
+
 TEST(OpenLdapText, JoinsTheHostToALastLineWithoutLineFeed)
 {
     XasLdapPayload cfgLDAP = settings();
@@ -185,6 +193,8 @@ TEST(LdapBindText, SwitchesTlsByThePort)
     EXPECT_EQ(xasLdapBindText(cfgLDAP), "\nssl start_tls\n");
     cfgLDAP.port = 636;
     EXPECT_EQ(xasLdapBindText(cfgLDAP), "\nssl on\n");
+    cfgLDAP.port = 637;
+    EXPECT_EQ(xasLdapBindText(cfgLDAP), "\nssl start_tls\n");
     cfgLDAP.encrypt = 2;
     EXPECT_EQ(xasLdapBindText(cfgLDAP), "");
 }

@@ -139,6 +139,15 @@ TEST(YpText, HasTheMasterAlwaysAndSlavesUnlessTheyAreEmptyNames)
                                  "ypserver nis5 \n");
 }
 
+TEST(YpText, AllowsBroadcastForAnyNumberButZero)
+{
+    XasNisPayload cfgNIS = settings("eng");
+    cfgNIS.broadcast = 0x80000000U;
+    EXPECT_EQ(xasYpText(cfgNIS), "# /etc/yp.conf - ypbind configuration file\n"
+                                 "domain eng server 10.0.0.40 \n"
+                                 "domain eng broadcast\n");
+}
+
 TEST(YpText, OfAnEmptyMessageNamesTheZeroAddressSixTimes)
 {
     EXPECT_EQ(xasYpText({}), "# /etc/yp.conf - ypbind configuration file\n"

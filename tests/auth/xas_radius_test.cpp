@@ -84,6 +84,15 @@ TEST(RadiusText, KeepsOnlyCommentsWhenDisabled)
     EXPECT_EQ(xasRadiusText("# one\nserver secret 3\n\n # indented\n#two\n", cfgRadius), "# one\n#two\n");
 }
 
+TEST(RadiusText, TakesAnyNumberButZeroForYes)
+{
+    XasHostAddr name = xasNamedHost("rad");
+    name.is_name = 0x80000000U;
+    XasRadiusPayload cfgRadius = settings(name, name);
+    cfgRadius.enabled = 2;
+    EXPECT_EQ(xasRadiusText("", cfgRadius), "rad:1812   one    255\nrad:65535   two    255\n");
+}
+
 TEST(RadiusText, HasADifferentNumberOfBlanksForEachServerAndKindOfAddress)
 {
     const XasHostAddr name = xasNamedHost("rad");

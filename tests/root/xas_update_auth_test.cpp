@@ -2,6 +2,7 @@
 #include "auth/xas_update_auth.h"
 
 #include "auth/xas_auth_order.h"
+#include "auth/xas_nsswitch.h"
 #include "auth/xas_pam.h"
 #include "auth/xas_sys_auth.h"
 #include "root/xas_login_files.h"
@@ -93,6 +94,18 @@ TEST_F(UpdateAuth, LogsAMissingOrderFileForEachReader)
     EXPECT_THAT(dir.read("system-auth"), Not(HasSubstr("use_first_pass")));
     EXPECT_EQ(dir.read("nsswitch"), "passwd:     files\n");
     EXPECT_EQ(xasMessageBytes(msg, 122, 1), "\x09") << "left alone, the file was not even opened";
+}
+
+TEST_F(UpdateAuth, RemembersNoPositionThatTheOrderFileNoLongerNames)
+{
+    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.byte(120, 2).byte(121, 1).byte(122, 3).build();
+    EXPECT_EQ(update(msg), 0);
+    EXPECT_EQ(dir.read("nsswitch"), "passwd:     nis files\n");
+    EXPECT_THAT(dir.read("system-auth"), HasSubstr("pam_ldap.so"));
+    xasWriteFile(ORDER, "LOCAL=1\n");
+    EXPECT_EQ(xasEditNsswitchCfgFile(dir.path("nsswitch").c_str(), &reply), 0);
+    EXPECT_EQ(xasEditSysAuthCfgFile(dir.path("system-auth").c_str(), &reply), 0);
+    expectDerivedFiles();
 }
 
 TEST_F(UpdateAuth, SucceedsWithAReasonWhenTheNameServiceFileCannotBeOpened)

@@ -197,6 +197,16 @@ TEST_F(LocalUsers, AddMakesTheAccountTheListEntryAndThePortFile)
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
+TEST_F(LocalUsers, APortFileKeepsItsMode)
+{
+    EXPECT_EQ(single(userOf("bob"), 0), 0);
+    EXPECT_EQ(xasModeOf("/etc/zel/bob.conf"), 0644U);
+    xasWriteFile("/etc/zel/bob.conf", "old", 0640);
+    EXPECT_EQ(single(userOf("bob"), 1), 0);
+    EXPECT_EQ(portFile("bob"), NO_PERMISSIONS);
+    EXPECT_EQ(xasModeOf("/etc/zel/bob.conf"), 0640U);
+}
+
 TEST_F(LocalUsers, AddOfTheAdministratorNamesGroupAndComment)
 {
     EXPECT_EQ(single(userOf("sysadmin", "", 200), 0), 0);
@@ -363,7 +373,7 @@ TEST_F(LocalUsers, ARebuildWithoutRecordsRemovesAllAndFails)
 {
     giveAccounts({"alice", "bob"});
     xasWriteFile(LIST, "alice\nbob\n");
-    XasMessage msg = XasMessageBuilder{XMSG_LOCALUSERS}.word(156, 1).build();
+    XasMessage msg = XasMessageBuilder{XMSG_LOCALUSERS}.word(156, 2).build();
     EXPECT_EQ(xasUpdateLocalUsersCfg(&msg, &cfgFiles, &reply), 1);
     EXPECT_THAT(stubs.lines(), ElementsAre("/bin/deluser alice", "/bin/deluser bob"));
     EXPECT_EQ(xasReadFile(LIST), "");
