@@ -199,6 +199,14 @@ TEST(LdapBindText, SwitchesTlsByThePort)
     EXPECT_EQ(xasLdapBindText(cfgLDAP), "");
 }
 
+TEST(LdapBindText, AsksForTheLoginForAnyNumberButZero)
+{
+    XasLdapPayload cfgLDAP = settings();
+    cfgLDAP.bind_with_login = 0x80000000U;
+    EXPECT_EQ(xasLdapBindText(cfgLDAP), "\n# Non-standard option: insert current login into bind name\n"
+                                        "bind_with_login yes\n");
+}
+
 TEST(LdapMapText, HasALineForEachMappingThatIsGiven)
 {
     XasLdapPayload cfgLDAP = settings();

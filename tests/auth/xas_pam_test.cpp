@@ -209,6 +209,15 @@ TEST(PamText, OfLocalAccountsAlone)
               "session   sufficient\t/lib/security/pam_unix.so\n");
 }
 
+TEST(PamText, LetsTheFirstThatAnswersDecideForAnyNumberButZero)
+{
+    XasAuthOrder order = orderOf({1, 0, 0, 0, 0, 0, 0});
+    order.firstResponding = 7;
+    EXPECT_THAT(xasPamSystemAuthText(order, {}),
+                HasSubstr("\nauth      [success=done new_authtok_reqd=done authinfo_unavail=ignore "
+                          "default=die]\t/lib/security/pam_unix.so  use_first_pass\n"));
+}
+
 TEST(PamText, OfAllMethodsWithTheFirstThatAnswersDeciding)
 {
     XasPamModuleData moduleData = settings();

@@ -91,6 +91,10 @@ TEST(RadiusText, TakesAnyNumberButZeroForYes)
     XasRadiusPayload cfgRadius = settings(name, name);
     cfgRadius.enabled = 2;
     EXPECT_EQ(xasRadiusText("", cfgRadius), "rad:1812   one    255\nrad:65535   two    255\n");
+    XasHostAddr ipv6 = xasHostWithAddress("fd00::42");
+    ipv6.is_ipv6 = 2;
+    EXPECT_EQ(xasRadiusText("", settings(ipv6, ipv6)),
+              "[fd00::42]:1812    one    255\n[fd00::42]:65535    two    255\n");
 }
 
 TEST(RadiusText, HasADifferentNumberOfBlanksForEachServerAndKindOfAddress)

@@ -110,6 +110,14 @@ TEST(TacacsText, NamesTheServiceAndTakesPapForEveryOtherNumber)
     EXPECT_EQ(serviceOf(0xFFFFFFFFU), "pap");
 }
 
+TEST(TacacsText, HasBracketsAroundAnAddressFlaggedAsIpv6ByAnyNumberButZero)
+{
+    XasTacacsPayload cfgTacacs = settings();
+    cfgTacacs.servers[0] = xasHostWithAddress("fd00::1");
+    cfgTacacs.servers[0].is_ipv6 = 0x80000000U;
+    EXPECT_EQ(xasTacacsText("$(SERVER_1)", cfgTacacs), "[fd00::1]");
+}
+
 TEST(TacacsText, HasNoBracketsAroundANameThatIsAlsoFlaggedAsIpv6)
 {
     XasTacacsPayload cfgTacacs = settings();

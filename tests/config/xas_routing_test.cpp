@@ -153,6 +153,13 @@ TEST(ZebraText, OfAnEmptyFileIsItsRoutes)
     EXPECT_EQ(xasZebraText("", staticRoutes(true)), routeLines());
 }
 
+TEST(ZebraText, HasItsRoutesForAnyNumberButZero)
+{
+    XasRoutingPayload routerCfg = staticRoutes(true);
+    routerCfg.static_enabled = 0x80000000U;
+    EXPECT_EQ(xasZebraText("", routerCfg), routeLines());
+}
+
 TEST(ZebraText, ReplacesTheRoutesOfAWholeFile)
 {
     EXPECT_EQ(xasZebraText(LIFELIKE_ZEBRA, staticRoutes(true)),
@@ -304,6 +311,13 @@ TEST(RipdText, NamesTheVersionsByTheirIndex)
     EXPECT_EQ(xasRipdText("line vty\n", rip(true, 1)), sections("2") + "line vty\n");
     for (const std::uint32_t version : {2U, 7U, 0xFFFFFFFFU})
         EXPECT_EQ(xasRipdText("line vty\n", rip(true, version)), sections("1 2") + "line vty\n") << version;
+}
+
+TEST(RipdText, HasItsSectionsForAnyNumberButZero)
+{
+    XasRoutingPayload routerCfg = rip(true);
+    routerCfg.rip_enabled = 0x80000000U;
+    EXPECT_EQ(xasRipdText("line vty\n", routerCfg), sections("1") + "line vty\n");
 }
 
 TEST(RipdText, AddsNoSectionsToAFileWithoutItsLine)
