@@ -245,6 +245,16 @@ TEST_F(DnsAndNtp, LeavesAnNtpApplicationAloneThatDoesNotRun)
     EXPECT_EQ(app("ntp").daemons.front().pid, before);
 }
 
+TEST_F(DnsAndNtp, LeavesAnNtpDaemonAloneThatIsNotMarkedAsRunningWhateverItsPid)
+{
+    startNtp();
+    const pid_t before = app("ntp").daemons.front().pid;
+    app("ntp").daemons.front().running = 0;
+    EXPECT_EQ(outcome(xasPlainMessage(XMSG_DNS)), XAS_APPLIED);
+    EXPECT_EQ(app("ntp").daemons.front().pid, before);
+    EXPECT_THAT(programs(), ElementsAre("start-dns", "killall", "killall"));
+}
+
 TEST_F(DnsAndNtp, LeavesAnNtpDaemonAloneThatIsDownOrHasNoProcess)
 {
     app("ntp").running = 1;
