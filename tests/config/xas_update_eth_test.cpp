@@ -325,6 +325,7 @@ TEST_F(EthUpdate, RollsBackOnlyFilledPortsWhenTheNetworkFileFails)
 {
     block("network");
     eth.ports[0].marker = 0;
+    eth.ports[1].marker = 0x80000000U;
     EXPECT_EQ(update(), 1);
     EXPECT_THAT(newFiles(), ElementsAre("eth0", "altgateway"));
 }
@@ -453,6 +454,19 @@ TEST_F(EthUpdate, WritesEveryFileWithBonding)
               "DEVICE=eth1\nTYPE=Ethernet\nMASTER=bond0\nSLAVE=yes\nBOOTPROTO=none\nONBOOT=yes\n");
     EXPECT_EQ(dir.read("network"),
               "NETWORKING=yes\nNETWORKING_IPV6=yes\nHOSTNAME=console\nGATEWAY=192.168.1.1\n");
+}
+
+TEST_F(EthUpdate, MakesBothPortsSlavesInEveryBondingMode)
+{
+    for (const std::uint32_t mode : {2U, 3U}) {
+        eth.bonding = mode;
+        EXPECT_EQ(update(), 0) << mode;
+        EXPECT_EQ(dir.read("eth0"),
+                  "DEVICE=eth0\nTYPE=Ethernet\nMASTER=bond0\nSLAVE=yes\nBOOTPROTO=none\nONBOOT=yes\n");
+        EXPECT_EQ(dir.read("eth1"),
+                  "DEVICE=eth1\nTYPE=Ethernet\nMASTER=bond0\nSLAVE=yes\nBOOTPROTO=none\nONBOOT=yes\n");
+        EXPECT_TRUE(dir.has("bond0")) << mode;
+    }
 }
 
 TEST_F(EthUpdate, PutsEveryFieldOfTheRecordWhereItBelongs)
