@@ -1,6 +1,7 @@
 // The dispatcher's steps in their order, and the acknowledgement. (Types with steps of their own:
 // xas_process_types_test.cpp and xas_process_eth_test.cpp.)
 #include "root/xas_dispatcher_fixture.h"
+#include "support/xas_test_faults.h"
 
 #include <gmock/gmock.h>
 #include <sys/msg.h>
@@ -54,6 +55,21 @@ TEST_F(ProcessMsg, RefusesTypesWithoutARowTouchingNothing)
         EXPECT_EQ(outcome(xasPlainMessage(msgtype)), XAS_FAILED) << msgtype;
     EXPECT_THAT(stubs.lines(), IsEmpty());
     EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(ProcessMsg, LetsNoExceptionOfAHandlerLeaveIt)
+{
+    constexpr std::size_t BIG = 1 << 20;
+    XasTestApp dns = dnsApp();
+    files.write("nameservers", std::string(2 * BIG, '#'));
+    apps = xasTestAppList({dns});
+    {
+        const XasFailingNew fault{BIG};
+        EXPECT_EQ(outcome(xasPlainMessage(XMSG_DNS)), XAS_FAILED);
+    }
+    EXPECT_THAT(log.lines(), Contains(xasErrorLine("Error updating configuration for application: dns\n")));
+    EXPECT_EQ(files.read("nameservers").size(), 2 * BIG);
+    EXPECT_THAT(programs(), ElementsAre("start-dns", "killall", "killall"));
 }
 
 TEST_F(ProcessMsg, AnswersWithARecordWhoseEveryByteIsKnown)
