@@ -26,6 +26,14 @@ class SysappParser : public XasFilesTest {
         return apps.front();
     }
 
+    /** Loads a list while one block of at least `size` bytes, after `skip` of them, is not to be had. */
+    int loadWithoutMemory(const std::string &text, std::size_t size, unsigned skip)
+    {
+        const std::string path = dir.write("sysapp.xml", text);
+        const XasFailingNew failing{size, skip, 1};
+        return xasLoadAppList(path.c_str(), apps);
+    }
+
     XasLogCapture log;
     XasAppList apps;
 };
@@ -60,6 +68,48 @@ TEST_F(SysappParser, FailsWhenTheListCannotBeRead)
 {
     EXPECT_EQ(xasLoadAppList(dir.path().c_str(), apps), -1);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error reading XML document\n")));
+}
+
+TEST_F(SysappParser, SkipsAnApplicationForWhichThereIsNoMemory)
+{
+    EXPECT_EQ(
+        loadWithoutMemory("<S><APP><NAME>a</NAME></APP><APP><NAME>b</NAME></APP></S>", sizeof(XasApp), 0), 0);
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error allocating memory for app structure\n"),
+                                         xasErrorLine("Error determining current application\n")));
+    EXPECT_THAT(namesOf(apps), ElementsAre("b"));
+}
+
+TEST_F(SysappParser, SkipsAFileForWhichThereIsNoMemory)
+{
+    EXPECT_EQ(loadWithoutMemory("<S><APP><NAME>a</NAME><CFGFILE><TYPE>t</TYPE></CFGFILE></APP></S>",
+                                sizeof(XasCfgFileEntry), 1),
+              0);
+    EXPECT_THAT(log.lines(), ElementsAre(xasInfoLine("Error allocating entry for cfg file list\n"),
+                                         xasInfoLine("Error determining cfg file\n")));
+    ASSERT_THAT(namesOf(apps), ElementsAre("a"));
+    EXPECT_THAT(apps.front().cfgFiles, IsEmpty());
+}
+
+TEST_F(SysappParser, SkipsADaemonForWhichThereIsNoMemory)
+{
+    const std::string text = "<S><APP><EXE>/a</EXE><EXE>/b</EXE></APP></S>";
+    EXPECT_EQ(loadWithoutMemory(text, sizeof(XasDaemon), 1), 0);
+    EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error allocating memory for daemon list\n")));
+    ASSERT_EQ(apps.front().daemons.size(), 1U);
+    EXPECT_EQ(apps.front().daemons.front().exe, "/b");
+
+    EXPECT_EQ(loadWithoutMemory(text, sizeof(XasDaemon), 2), 0);
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error allocating exe list member\n")));
+    ASSERT_EQ(apps.front().daemons.size(), 1U);
+    EXPECT_EQ(apps.front().daemons.front().exe, "/a");
+}
+
+TEST_F(SysappParser, SkipsATextForWhichThereIsNoMemory)
+{
+    const std::string name(300, 'n');
+    EXPECT_EQ(loadWithoutMemory("<S><APP><NAME>" + name + "</NAME></APP></S>", name.size(), 0), 0);
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error allocating memory\n")));
+    EXPECT_THAT(namesOf(apps), ElementsAre("(none)"));
 }
 
 TEST_F(SysappParser, FailsAtAMismatchedTagAndNamesItsLine)
