@@ -112,17 +112,15 @@ std::string xasFstabText(std::string_view oldText, const XasNfsShares &shares, X
         if (line.starts_with('#') || !isNfsLine(line))
             newText += line;
     });
-    bool isOpen = true;
     for (const XasNfsShare &share : shares) {
         if (!share.used)
             continue;
         if (share.remote.empty() || share.local.empty()) {
             xasLogWarning("Ignoring NFS mount with empty path\n");
-            isOpen = false;
-            continue;
+            break; // and the shares behind it with it
         }
         const std::string line = shareLine(share);
-        if (fits(line, reply) && isOpen)
+        if (fits(line, reply))
             newText += line;
     }
     return newText;

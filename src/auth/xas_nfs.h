@@ -33,7 +33,7 @@ std::string xasNfsServersText(const XasNfsServers &servers);
 
 /**
  * The new file-system table: its old shares are dropped, those in use appended. A line that is too long is
- * left out, logged and named in `reply`; a share without a path is logged, and nothing is appended after it.
+ * left out, logged and named in `reply`; a share without a path is logged, and those behind it are skipped.
  */
 std::string xasFstabText(std::string_view oldText, const XasNfsShares &shares, XasReplyStatus *reply);
 
