@@ -1,7 +1,8 @@
 /**
- * What the handlers of the login methods share. They look all their files up first, then run editor after
- * editor; a failed one is logged and the next is run all the same. Nothing is rolled back: the PAM and the
- * name-service file follow from what is on disk.
+ * What the handlers of the login methods and of the shared directories have in common: they look all their
+ * files up first, then run editor after editor and log the one that failed. Those of the login methods run
+ * the next one all the same and roll nothing back: the PAM and the name-service file follow from what is on
+ * disk.
  */
 #ifndef XAS_AUTH_XAS_AUTH_STEPS_H
 #define XAS_AUTH_XAS_AUTH_STEPS_H

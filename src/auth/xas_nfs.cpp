@@ -1,5 +1,6 @@
 #include "auth/xas_nfs.h"
 
+#include "auth/xas_auth_steps.h"
 #include "config/xas_editor.h"
 #include "core/xas_assert.h"
 #include "core/xas_log.h"
@@ -7,6 +8,7 @@
 #include "core/xas_utils.h"
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -23,6 +25,11 @@ constexpr XasEditTexts FSTAB_TEXTS{
     .openReason = "Error opening NFS config file",
     .writeLog = "Error printing line to NFS config file\n",
     .saveReason = "Error saving new NFS config file",
+};
+
+constexpr std::array NEEDED_FILES = {
+    XasNeededFile{"nfsServers", "Error determining NFS servers file\n"},
+    XasNeededFile{"fstab", "Error determining NFS fstab config file\n"},
 };
 
 /** The address of the host before the first ":"; none, with a warning, when there is no such. */
@@ -86,12 +93,6 @@ int prepareShare(const XasNfsShare &share, std::uint32_t &server)
     return 1;
 }
 
-int failMissing(const char *logText)
-{
-    xasLogError("%s", logText);
-    return 1;
-}
-
 } // namespace
 
 std::string xasNfsServersText(const XasNfsServers &servers)
@@ -145,12 +146,10 @@ int xasUpdateNFSCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplySta
     xasAssertGiven(msg, "msg");
     xasAssert(XMSG_NFS == msg->xH.msgtype, "XMSG_NFS == msg->xH.msgtype");
     xasAssertGiven(cfgFiles, "cfgFiles");
-    const char *serversFile = xasGetCfgFilePath("nfsServers", *cfgFiles);
-    if (serversFile == nullptr)
-        return failMissing("Error determining NFS servers file\n");
-    const char *fstab = xasGetCfgFilePath("fstab", *cfgFiles);
-    if (fstab == nullptr)
-        return failMissing("Error determining NFS fstab config file\n");
+    std::array<const char *, NEEDED_FILES.size()> paths{};
+    if (!xasFindNeededFiles(*cfgFiles, NEEDED_FILES, paths))
+        return 1;
+    const auto [serversFile, fstab] = paths;
 
     const auto payload = xasReadPayload<XasNfsPayload>(*msg);
     XasNfsShares shares;
@@ -160,12 +159,8 @@ int xasUpdateNFSCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplySta
         if (prepareShare(shares[i], servers[i]) != 0)
             return 1;
     }
-    if (xasEditNFSServersFile(serversFile, servers, reply) != 0) {
-        xasLogError("Error editing NFS servers file\n");
+    if (xasLogFailure(xasEditNFSServersFile(serversFile, servers, reply),
+                      "Error editing NFS servers file\n") != 0)
         return 1;
-    }
-    const int result = xasEditNFSCfgFile(fstab, shares, reply);
-    if (result != 0)
-        xasLogError("Error editing NFS fstab config file\n");
-    return result;
+    return xasLogFailure(xasEditNFSCfgFile(fstab, shares, reply), "Error editing NFS fstab config file\n");
 }

@@ -1,9 +1,12 @@
 #include "auth/xas_samba.h"
 
+#include "auth/xas_auth_steps.h"
 #include "core/xas_assert.h"
 #include "core/xas_log.h"
 #include "core/xas_text.h"
 #include "core/xas_utils.h"
+
+#include <array>
 
 namespace {
 
@@ -21,6 +24,11 @@ constexpr XasEditTexts SMBPASSWD_TEXTS{
     .writeLog = nullptr,
     .saveReason = "Error saving new smbpasswd config file",
     .secrecy = XasSecrecy::secret,
+};
+
+constexpr std::array NEEDED_FILES = {
+    XasNeededFile{"smb", "Error determining SMB fstab config file\n"},
+    XasNeededFile{"smbpasswd", "Error determining smbpasswd config file\n"},
 };
 
 std::string keyOf(std::string_view line)
@@ -43,12 +51,6 @@ bool isComplete(const XasCifsPayload &cifs)
 {
     return !xasFieldText(cifs.lanman_pwd).empty() && !xasFieldText(cifs.nt_pwd).empty() &&
            !xasFieldText(cifs.lct_field).empty();
-}
-
-int failMissing(const char *logText)
-{
-    xasLogError("%s", logText);
-    return 1;
 }
 
 } // namespace
@@ -114,23 +116,18 @@ int xasUpdateSambaCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyS
     xasAssertGiven(msg, "msg");
     xasAssert(XMSG_CIFS == msg->xH.msgtype, "XMSG_CIFS == msg->xH.msgtype");
     xasAssertGiven(cfgFiles, "cfgFiles");
-    const char *smb = xasGetCfgFilePath("smb", *cfgFiles);
-    if (smb == nullptr)
-        return failMissing("Error determining SMB fstab config file\n");
-    const char *smbpasswd = xasGetCfgFilePath("smbpasswd", *cfgFiles);
-    if (smbpasswd == nullptr)
-        return failMissing("Error determining smbpasswd config file\n");
+    std::array<const char *, NEEDED_FILES.size()> paths{};
+    if (!xasFindNeededFiles(*cfgFiles, NEEDED_FILES, paths))
+        return 1;
+    const auto [smb, smbpasswd] = paths;
     const auto cifs = xasReadPayload<XasCifsPayload>(*msg);
     if (cifs.enabled == 0)
         return 0;
-    if (const int result = xasEditSMBCfgFile(smb, &cifs, reply); result != 0) {
-        xasLogError("Error editing SMB config file\n");
+    int result = xasLogFailure(xasEditSMBCfgFile(smb, &cifs, reply), "Error editing SMB config file\n");
+    if (result != 0)
         return result;
-    }
-    const int result = xasEditSMBPassCfgFile(smbpasswd, &cifs, reply);
-    if (result != 0) {
-        xasLogError("Error editing smbpasswd file\n");
+    result = xasLogFailure(xasEditSMBPassCfgFile(smbpasswd, &cifs, reply), "Error editing smbpasswd file\n");
+    if (result != 0)
         xasRestoreCfgFile(smb);
-    }
     return result;
 }
