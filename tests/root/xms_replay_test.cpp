@@ -180,6 +180,16 @@ TEST_F(XmsReplay, EverythingThatPassesIsRecordedForTheOwnerOnly)
     EXPECT_EQ(xasModeOf(dir.path("session")), 0600U);
 }
 
+TEST_F(XmsReplay, AFileThatIsThereIsClosedToOthersToo)
+{
+    serve();
+    dir.write("session", "", 0644);
+    record();
+    EXPECT_EQ(xasModeOf(dir.path("session")), 0600U);
+    EXPECT_EQ(endRecording(), 0);
+    EXPECT_THAT(recordedLines(), ElementsAre(START));
+}
+
 TEST_F(XmsReplay, TheEndOfTheServerEndsARecordingAndNothingIsLost)
 {
     serve();

@@ -11,17 +11,27 @@
 #include <iostream>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
-/** A new file for its owner only; a recording holds secrets. */
+/** Closes a file to others and empties it; a pipe or a device is written as it is. */
+bool makePrivate(int file)
+{
+    struct stat status {};
+    if (fstat(file, &status) != 0 || !S_ISREG(status.st_mode))
+        return true;
+    return fchmod(file, 0600) == 0 && ftruncate(file, 0) == 0;
+}
+
+/** An empty file for its owner only, one that was there included; a recording holds secrets. */
 XmsDescriptor createFile(const std::string &path)
 {
     if (path == "-")
         return XmsDescriptor{dup(STDOUT_FILENO)};
-    XmsDescriptor file{open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600)};
-    if (file.get() < 0)
+    XmsDescriptor file{open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600)};
+    if (file.get() < 0 || !makePrivate(file.get()))
         throw XmsError{XmsExit::usage, "cannot write " + path + ": " + std::strerror(errno)};
     return file;
 }
