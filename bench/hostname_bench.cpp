@@ -3,9 +3,9 @@
  * (which looks at the queue every 100 ms), and the handler alone, with its allocations.
  */
 #include "allocations.h"
-#include "config/xas_hostname.h"
-#include "support/xas_test_daemon.h"
-#include "support/xas_test_root.h"
+#include "config/hostname.h"
+#include "support/daemon.h"
+#include "support/root.h"
 
 #include <benchmark/benchmark.h>
 #include <chrono>

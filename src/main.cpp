@@ -2,14 +2,14 @@
  * xasd, the application server: turns configuration messages into the appliance's configuration files and
  * running services. This file only puts the units together: options, start-up, signals, idle work, the loop.
  */
-#include "core/xas_daemon.h"
-#include "core/xas_link_watch.h"
-#include "core/xas_log.h"
-#include "core/xas_log_maintenance.h"
-#include "core/xas_startup.h"
-#include "core/xas_wait.h"
-#include "dispatch/xas_ipfilter_timer.h"
-#include "dispatch/xas_process_msg.h"
+#include "core/daemon.h"
+#include "core/link_watch.h"
+#include "core/log.h"
+#include "core/log_maintenance.h"
+#include "core/startup.h"
+#include "core/wait.h"
+#include "dispatch/ipfilter_timer.h"
+#include "dispatch/process_msg.h"
 
 #include <cstdlib>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "xms/xms_cli.h"
+#include "xms/cli.h"
 
 int main(int argc, char **argv)
 {

@@ -1,0 +1,111 @@
+#include "auth/auth_order.h"
+
+#include "core/assert.h"
+#include "core/log.h"
+#include "core/text.h"
+#include "files/editor.h"
+#include "files/generated_file.h"
+
+#include <array>
+
+namespace {
+
+constexpr const char *ORDER_FILE = "/etc/sysconfig/r58authconfig";
+
+constexpr XasEditTexts TEXTS{
+    .openReason = "Error opening sysconfig/r58authconfig config file",
+    .writeLog = nullptr,
+    .saveReason = "Error saving new r58authconfig config file",
+};
+
+struct OrderKey {
+    std::string_view key;
+    std::uint32_t XasAuthOrder::*value;
+};
+
+/** In the order in which a line is tried against them. */
+constexpr std::array KEYS = {
+    OrderKey{"LOCAL", &XasAuthOrder::local},     OrderKey{"NIS", &XasAuthOrder::nis},
+    OrderKey{"LDAP", &XasAuthOrder::ldap},       OrderKey{"RADIUS", &XasAuthOrder::radius},
+    OrderKey{"SECURID", &XasAuthOrder::securid}, OrderKey{"KERBEROS", &XasAuthOrder::kerberos},
+    OrderKey{"TACACS", &XasAuthOrder::tacacs},   OrderKey{"FIRSTRSP", &XasAuthOrder::firstResponding},
+};
+
+int signedNumber(std::uint32_t value)
+{
+    return static_cast<int>(value);
+}
+
+} // namespace
+
+void xasClampAuthPositions(XasAuthCfg &cfgAuth)
+{
+    for (std::uint8_t *position : {&cfgAuth.local, &cfgAuth.nis, &cfgAuth.ldap, &cfgAuth.radius,
+                                   &cfgAuth.securid, &cfgAuth.kerberos, &cfgAuth.tacacs}) {
+        if (*position > XAS_AUTH_POSITIONS)
+            *position = 0;
+    }
+}
+
+std::string xasAuthOrderCfgText(const XasAuthCfg &cfgAuth)
+{
+    return xasFormat("FIRSTRSP=%d\n"
+                     "LOCAL=%d\nNIS=%d\nLDAP=%d\nRADIUS=%d\nSECURID=%d\nKERBEROS=%d\nTACACS=%d\n",
+                     cfgAuth.first_responding != 0 ? 1 : 0, cfgAuth.local, cfgAuth.nis, cfgAuth.ldap,
+                     cfgAuth.radius, cfgAuth.securid, cfgAuth.kerberos, cfgAuth.tacacs);
+}
+
+std::string xasAuthOrderText(const XasAuthOrder &order)
+{
+    return xasFormat("LOCAL=%d\nNIS=%d\nLDAP=%d \nRADIUS=%d\nSECURID=%d \nKERBEROS=%d \nTACACS=%d \n",
+                     signedNumber(order.local), signedNumber(order.nis), signedNumber(order.ldap),
+                     signedNumber(order.radius), signedNumber(order.securid), signedNumber(order.kerberos),
+                     signedNumber(order.tacacs));
+}
+
+void xasParseAuthOrder(std::string_view text, XasAuthOrder &order)
+{
+    xasForEachLine(text, [&](std::string_view line) {
+        line = line.substr(0, line.find_first_of("\r\n"));
+        for (const OrderKey &key : KEYS) {
+            if (xasGetCfgNumber(key.key, line, &(order.*key.value)) != 0)
+                break;
+        }
+    });
+}
+
+int xasEditAuthenOrderCfgFile(const char *cfgFileName, XasAuthCfg *cfgAuth, XasReplyStatus *reply)
+{
+    xasAssertGiven(cfgFileName, "cfgFileName");
+    xasAssertGiven(cfgAuth, "cfgAuth");
+    return xasEditFile(cfgFileName, TEXTS, reply, [&](std::string_view /*oldText*/) {
+        xasClampAuthPositions(*cfgAuth);
+        return xasAuthOrderCfgText(*cfgAuth);
+    });
+}
+
+int xasReadAuthenOrder(XasAuthOrder &order)
+{
+    const XasFile file = xasOpenFile(ORDER_FILE, "r");
+    if (!file) {
+        xasLogError("Error opening config file \"%s\"\n", ORDER_FILE);
+        return 1;
+    }
+    xasParseAuthOrder(xasReadAll(file.get()), order);
+    return 0;
+}
+
+int xasWriteAuthenOrder(const XasAuthOrder &order)
+{
+    XasFile file = xasOpenGeneratedFile(ORDER_FILE, XasFileAccess::kept);
+    if (!file) {
+        xasLogError("Error opening config file \"%s\"\n", ORDER_FILE);
+        return 1;
+    }
+    const bool written = xasWriteGenerated(file.get(), xasAuthOrderText(order));
+    if (!xasCloseGenerated(std::move(file)) || !written) {
+        xasLogError("Error printing line to file\n");
+        return 1;
+    }
+    return 0;
+}

@@ -1,0 +1,133 @@
+#include "auth/cifs.h"
+
+#include "auth/auth_steps.h"
+#include "core/assert.h"
+#include "core/log.h"
+#include "core/text.h"
+#include "core/utils.h"
+
+#include <array>
+
+namespace {
+
+constexpr std::uint32_t INVALID_PASSWORD = 1;
+
+/** The open failure names another file; the message is the system's own. */
+constexpr XasEditTexts SMB_TEXTS{
+    .openReason = "Error opening Ethernet config file",
+    .writeLog = "Error printing line to SMB config file\n",
+    .saveReason = "Error saving new SMB/CIFS config file",
+};
+
+constexpr XasEditTexts SMBPASSWD_TEXTS{
+    .openReason = "Error opening samba/smbpasswd config file",
+    .writeLog = nullptr,
+    .saveReason = "Error saving new smbpasswd config file",
+    .secrecy = XasSecrecy::secret,
+};
+
+constexpr std::array NEEDED_FILES = {
+    XasNeededFile{"smb", "Error determining SMB fstab config file\n"},
+    XasNeededFile{"smbpasswd", "Error determining smbpasswd config file\n"},
+};
+
+std::string keyOf(std::string_view line)
+{
+    std::string key{xasFirstToken(line, " =")};
+    return xasTrimString(key.data());
+}
+
+std::string smbLine(const char *key, const std::string &value)
+{
+    return xasFormatLine("   %s = %s\n", key, value.c_str());
+}
+
+std::string interfaces(const XasCifsPayload &cifs)
+{
+    return std::string{"127.0.0.1 "} + (cifs.eth1 != 0 ? "eth0 " : "") + (cifs.eth2 != 0 ? "eth1" : "");
+}
+
+bool isComplete(const XasCifsPayload &cifs)
+{
+    return !xasFieldText(cifs.lanman_pwd).empty() && !xasFieldText(cifs.nt_pwd).empty() &&
+           !xasFieldText(cifs.lct_field).empty();
+}
+
+} // namespace
+
+std::string xasSmbText(std::string_view oldText, const XasCifsPayload &cifs)
+{
+    std::string newText;
+    xasForEachLine(oldText, [&](std::string_view line) {
+        const bool isComment = line.starts_with('#') || line.starts_with(';');
+        const std::string key = isComment ? std::string{} : keyOf(line);
+        if (key == "workgroup")
+            newText += smbLine("workgroup", xasFieldString(cifs.workgroup));
+        else if (key == "interfaces")
+            newText += smbLine("interfaces", interfaces(cifs));
+        else
+            newText += line;
+    });
+    return newText;
+}
+
+XasNewText xasSmbPassText(std::string_view oldText, const XasCifsPayload &cifs, XasReplyStatus *reply)
+{
+    std::string newText;
+    xasForEachLine(oldText, [&](std::string_view line) {
+        if (line.starts_with('#') || cifs.enabled == 0 || !line.starts_with("cifs"))
+            newText += line;
+    });
+    if (cifs.enabled == 0)
+        return newText;
+    const std::string lanman{xasFieldText(cifs.lanman_pwd)};
+    const std::string nt{xasFieldText(cifs.nt_pwd)};
+    const std::string changed{xasFieldText(cifs.lct_field)};
+    if (!isComplete(cifs)) {
+        xasLogError("Invalid samba password, lanman_pwd = %s, nt_pwd = %s, lct_field = %s\n", lanman.c_str(),
+                    nt.c_str(), changed.c_str());
+        xasSetReply(*reply, INVALID_PASSWORD, "Invalid samba password");
+        return {newText, false};
+    }
+    newText += xasFormatLine("cifsuser:100:%s:%s:[U          ]:%s:Cifs User\n", lanman.c_str(), nt.c_str(),
+                             changed.c_str());
+    return newText;
+}
+
+int xasEditSMBCfgFile(const char *cfgFileName, const XasCifsPayload *cifs, XasReplyStatus *reply)
+{
+    xasAssertGiven(cfgFileName, "cfgFileName");
+    xasAssertGiven(cifs, "cifs");
+    return xasEditFile(cfgFileName, SMB_TEXTS, reply,
+                       [&](std::string_view oldText) { return xasSmbText(oldText, *cifs); });
+}
+
+int xasEditSMBPassCfgFile(const char *cfgFileName, const XasCifsPayload *cfgSmbPassCfg, XasReplyStatus *reply)
+{
+    xasAssertGiven(cfgFileName, "cfgFileName");
+    xasAssertGiven(cfgSmbPassCfg, "cfgSmbPassCfg");
+    return xasEditFile(cfgFileName, SMBPASSWD_TEXTS, reply, [&](std::string_view oldText) {
+        return xasSmbPassText(oldText, *cfgSmbPassCfg, reply);
+    });
+}
+
+int xasUpdateSambaCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
+{
+    xasAssertGiven(msg, "msg");
+    xasAssert(XMSG_CIFS == msg->xH.msgtype, "XMSG_CIFS == msg->xH.msgtype");
+    xasAssertGiven(cfgFiles, "cfgFiles");
+    std::array<const char *, NEEDED_FILES.size()> paths{};
+    if (!xasFindNeededFiles(*cfgFiles, NEEDED_FILES, paths))
+        return 1;
+    const auto [smb, smbpasswd] = paths;
+    const auto cifs = xasReadPayload<XasCifsPayload>(*msg);
+    if (cifs.enabled == 0)
+        return 0;
+    int result = xasLogFailure(xasEditSMBCfgFile(smb, &cifs, reply), "Error editing SMB config file\n");
+    if (result != 0)
+        return result;
+    result = xasLogFailure(xasEditSMBPassCfgFile(smbpasswd, &cifs, reply), "Error editing smbpasswd file\n");
+    if (result != 0)
+        xasRestoreCfgFile(smb);
+    return result;
+}

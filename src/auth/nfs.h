@@ -1,0 +1,47 @@
+/**
+ * Remote directories: their lines in the file-system table (fstab(5)), the one-line list of their servers,
+ * and their mount points below "/var/nfsmounts".
+ */
+#ifndef XAS_AUTH_NFS_H
+#define XAS_AUTH_NFS_H
+
+#include "auth/nfs_payload.h"
+#include "core/appmgr.h"
+#include "core/reply.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+
+/** A remote directory as it is mounted. */
+struct XasNfsShare {
+    std::string remote; /**< host, ":", path */
+    std::string local;  /**< the mount point's whole path */
+    bool readWrite = false;
+    bool used = false;
+};
+using XasNfsShares = std::array<XasNfsShare, XAS_NFS_MOUNTS>;
+
+/** IPv4 addresses in network byte order; XAS_NO_IPV4 = none. */
+using XasNfsServers = std::array<std::uint32_t, XAS_NFS_MOUNTS>;
+
+/** The longest line of a share in the file-system table, line feed included. */
+inline constexpr std::size_t XAS_NFS_LINE_MAX = 307;
+
+/** The list of servers: each address once. */
+std::string xasNfsServersText(const XasNfsServers &servers);
+
+/**
+ * The new file-system table: its old shares are dropped, those in use appended. A line that is too long is
+ * left out, logged and named in `reply`; a share without a path is logged, and those behind it are skipped.
+ */
+std::string xasFstabText(std::string_view oldText, const XasNfsShares &shares, XasReplyStatus *reply);
+
+/** The editors: each returns 0, or 1 with the failure in `reply`. The files must exist. */
+int xasEditNFSServersFile(const char *cfgFileName, const XasNfsServers &servers, XasReplyStatus *reply);
+int xasEditNFSCfgFile(const char *cfgFileName, const XasNfsShares &shares, XasReplyStatus *reply);
+
+/** The handler of XMSG_NFS. Needs the files "nfsServers" and "fstab". */
+int xasUpdateNFSCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+
+#endif

@@ -1,0 +1,84 @@
+#include "auth/nsswitch.h"
+
+#include "core/assert.h"
+#include "core/text.h"
+#include "files/editor.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+/** Both reasons name other files; they are the system's own. */
+constexpr XasEditTexts TEXTS{
+    .openReason = "Error opening pam.d/system-auth config file",
+    .writeLog = nullptr,
+    .saveReason = "Error saving new firewall config file",
+};
+
+struct Database {
+    std::string_view key;
+    std::string_view column; /**< what the new line begins with */
+};
+
+constexpr Database PASSWD{"passwd:", "passwd:     "};
+
+constexpr std::array DATABASES = {
+    PASSWD,
+    Database{"shadow:", "shadow:     "},
+    Database{"group:", "group:      "},
+    Database{"protocols:", "protocols:  "},
+    Database{"services:", "services:   "},
+    Database{"netgroup:", "netgroup:   "},
+    Database{"automount:", "automount:  "},
+};
+
+} // namespace
+
+std::string xasNsswitchSources(const XasAuthOrder &order, bool isPasswd)
+{
+    std::string sources;
+    bool hasFiles = false;
+    for (std::uint32_t position = 1; position <= XAS_AUTH_POSITIONS; ++position) {
+        if (isPasswd && order.radius == position) {
+            sources += "files radius ";
+            hasFiles = true;
+        }
+        if (isPasswd && order.securid == position)
+            sources += "securid ";
+        if (order.local == position && !hasFiles) {
+            sources += "files ";
+            hasFiles = true;
+        }
+        if (order.nis == position)
+            sources += "nis ";
+    }
+    if (!hasFiles)
+        sources += "files ";
+    sources.back() = '\n';
+    return sources;
+}
+
+std::string xasNsswitchText(std::string_view oldText, const XasAuthOrder &order)
+{
+    std::string newText;
+    xasForEachLine(oldText, [&](std::string_view line) {
+        const auto *const database = std::ranges::find_if(
+            DATABASES, [&](const Database &candidate) { return line.starts_with(candidate.key); });
+        if (database == DATABASES.end())
+            newText += line;
+        else
+            newText.append(database->column).append(xasNsswitchSources(order, database->key == PASSWD.key));
+    });
+    return newText;
+}
+
+int xasEditNsswitchCfgFile(const char *cfgFileName, XasReplyStatus *reply)
+{
+    xasAssertGiven(cfgFileName, "cfgFileName");
+    XasAuthOrder order{};
+    xasReadAuthenOrder(order);
+    xasEditFile(cfgFileName, TEXTS, reply,
+                [&](std::string_view oldText) { return xasNsswitchText(oldText, order); });
+    return 0;
+}

@@ -1,0 +1,27 @@
+/**
+ * The name-service switch (nsswitch.conf(5)): the lines of seven databases are replaced by the sources that
+ * follow from the authentication order on disk; comments and all other lines stay. LDAP, Kerberos and TACACS+
+ * are no sources here.
+ */
+#ifndef XAS_AUTH_NSSWITCH_H
+#define XAS_AUTH_NSSWITCH_H
+
+#include "auth/auth_order.h"
+#include "core/reply.h"
+
+#include <string>
+#include <string_view>
+
+/**
+ * The sources of a database with their line feed: "nis files\n". Only the passwd database knows RADIUS (as
+ * "files radius", even behind another "files") and SecurID.
+ */
+std::string xasNsswitchSources(const XasAuthOrder &order, bool isPasswd);
+
+/** The whole new text. */
+std::string xasNsswitchText(std::string_view oldText, const XasAuthOrder &order);
+
+/** Rewrites the file, which must exist. Always returns 0; a failure is only in `reply`. */
+int xasEditNsswitchCfgFile(const char *cfgFileName, XasReplyStatus *reply);
+
+#endif

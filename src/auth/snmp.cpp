@@ -1,0 +1,179 @@
+#include "auth/snmp.h"
+
+#include "core/assert.h"
+#include "core/text.h"
+#include "files/editor.h"
+#include "files/update.h"
+#include "platform/config_library.h"
+
+#include <array>
+#include <sys/stat.h>
+
+namespace {
+
+constexpr mode_t SECRET_MODE = 0600;
+
+constexpr XasEditTexts TEXTS{
+    .openReason = "Error opening SNMP config file",
+    .writeLog = "Error printing line to SNMP config file\n",
+    .saveReason = "Error saving new SNMP config file",
+    .secrecy = XasSecrecy::secret,
+};
+
+std::string keyLine(const char *key, const std::string &value)
+{
+    return xasFormatLine("%s  %s\n", key, value.c_str());
+}
+
+const char *securityLevel(const XasSnmpCfg &snmpCfg)
+{
+    if (snmpCfg.v3security == XAS_SNMP_NOAUTH)
+        return "noauth";
+    return snmpCfg.v3security == XAS_SNMP_PRIV ? "priv" : "auth";
+}
+
+const char *quoteFor(const std::string &phrase)
+{
+    return phrase.find(' ') != std::string::npos ? "\"" : "";
+}
+
+/** The access line of an SNMPv3 user and the line that creates him. */
+std::string userLines(const char *key, const XasSnmpCfg &snmpCfg, const std::string &user,
+                      const std::string &pass, const std::string &phrase)
+{
+    const char *passQuote = quoteFor(pass);
+    const char *phraseQuote = quoteFor(phrase);
+    return xasFormatLine("%s  %s %s\n", key, user.c_str(), securityLevel(snmpCfg)) +
+           xasFormatLine("%s %s %s %s%s%s %s %s%s%s\n", "createUser", user.c_str(),
+                         snmpCfg.v3auth == 1 ? "SHA" : "MD5", passQuote, pass.c_str(), passQuote,
+                         snmpCfg.v3encrypt == 1 ? "AES" : "DES", phraseQuote, phrase.c_str(), phraseQuote);
+}
+
+/** What has been written of the communities. */
+struct Communities {
+    bool readOnly = false;
+    bool readWrite = false;
+};
+
+/** One of the community keywords: what it is written as, and which community it carries. */
+struct CommunityKey {
+    std::string_view key;
+    const char *writtenAs;
+    bool isReadOnly;
+};
+
+/** An IPv6 read-write line becomes an IPv4 one. */
+constexpr std::array COMMUNITY_KEYS = {
+    CommunityKey{"rocommunity", "rocommunity", true},
+    CommunityKey{"rocommunity6", "rocommunity6", true},
+    CommunityKey{"rwcommunity", "rwcommunity", false},
+    CommunityKey{"rwcommunity6", "rwcommunity", false},
+};
+
+const CommunityKey *findCommunityKey(std::string_view word)
+{
+    for (const CommunityKey &key : COMMUNITY_KEYS) {
+        if (key.key == word)
+            return &key;
+    }
+    return nullptr;
+}
+
+std::string communityLine(std::string_view line, const CommunityKey &key, const XasSnmpCfg &snmpCfg,
+                          Communities &written)
+{
+    if (snmpCfg.community_mode == XAS_SNMP_NO_COMMUNITIES)
+        return {};
+    if (snmpCfg.community_mode != XAS_SNMP_WRITE_COMMUNITIES)
+        return std::string{line};
+    (key.isReadOnly ? written.readOnly : written.readWrite) = true;
+    return keyLine(key.writtenAs, key.isReadOnly ? xasFieldString(snmpCfg.ro_community)
+                                                 : xasFieldString(snmpCfg.rw_community));
+}
+
+std::string editedLine(std::string_view line, const XasSnmpCfg &snmpCfg, Communities &written)
+{
+    const std::string_view word = xasFirstToken(line, " \t");
+    if (word == "syscontact")
+        return keyLine("syscontact", xasFieldString(snmpCfg.syscontact));
+    if (word == "syslocation")
+        return keyLine("syslocation", xasFieldString(snmpCfg.syslocation));
+    if (word == "rouser")
+        return userLines("rouser", snmpCfg, xasFieldString(snmpCfg.v3user), xasFieldString(snmpCfg.v3pass),
+                         xasFieldString(snmpCfg.v3phrase));
+    if (word == "rwuser")
+        return userLines("rwuser", snmpCfg, xasFieldString(snmpCfg.v3rwuser),
+                         xasFieldString(snmpCfg.v3rwpass), xasFieldString(snmpCfg.v3rwphrase));
+    if (word == "trapcommunity")
+        return keyLine("trapcommunity", xasFieldString(snmpCfg.trap_community));
+    if (word == "trapsink" || word == "trap2sink" || word == "createUser")
+        return {};
+    if (const CommunityKey *key = findCommunityKey(word))
+        return communityLine(line, *key, snmpCfg, written);
+    return std::string{line};
+}
+
+/** The communities that no line of the file had. */
+std::string missingCommunities(const XasSnmpCfg &snmpCfg, const Communities &written)
+{
+    std::string text;
+    if (snmpCfg.community_mode != XAS_SNMP_WRITE_COMMUNITIES)
+        return text;
+    if (!written.readOnly)
+        text += keyLine("rocommunity", xasFieldString(snmpCfg.ro_community));
+    if (!written.readWrite)
+        text += keyLine("rwcommunity", xasFieldString(snmpCfg.rw_community));
+    return text;
+}
+
+std::string trapLines(const XasHostAddr &host)
+{
+    const std::string address = xmlNameOrIpToStr(&host);
+    if (address.empty())
+        return {};
+    return xasFormatLine("%s %s\n", "trapsink", address.c_str()) +
+           xasFormatLine("%s %s\n", "trap2sink", address.c_str());
+}
+
+} // namespace
+
+std::string xasSnmpText(std::string_view oldText, const XasSnmpCfg &snmpCfg)
+{
+    std::string newText;
+    Communities written;
+    xasForEachLine(oldText, [&](std::string_view line) { newText += editedLine(line, snmpCfg, written); });
+    newText += missingCommunities(snmpCfg, written);
+    for (const XasHostAddr &host : snmpCfg.trap_hosts)
+        newText += trapLines(host);
+    return newText;
+}
+
+int xasEditSNMPCfgFile(const char *cfgFileName, const XasSnmpCfg *snmpCfg, XasReplyStatus *replyReason)
+{
+    xasAssertGiven(cfgFileName, "cfgFileName");
+    xasAssertGiven(snmpCfg, "snmpCfg");
+    xasAssertGiven(replyReason, "replyReason");
+    const int result = xasEditFile(cfgFileName, TEXTS, replyReason,
+                                   [&](std::string_view oldText) { return xasSnmpText(oldText, *snmpCfg); });
+    if (result != 0 && replyReason->rcode == XAS_RCODE_SAVE)
+        ::chmod(cfgFileName, SECRET_MODE); // the old content stays, with secrets of its own
+    return result;
+}
+
+int xasUpdateSNMPCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
+{
+    xasAssertGiven(msg, "msg");
+    xasAssert(XMSG_SNMP == msg->xH.msgtype, "XMSG_SNMP == msg->xH.msgtype");
+    xasAssertGiven(cfgFiles, "cfgFiles");
+    const auto snmpCfg = xasReadPayload<XasSnmpCfg>(*msg);
+    const std::array<XasFileStep, 1> steps = {{
+        {.type = "snmp",
+         .missingLog = "Error determining config file for snmp\n",
+         .missingReason = "Error determining snmp config file",
+         .editLog = "Error editing SNMP config file\n",
+         .edit = [&](const char *path) { return xasEditSNMPCfgFile(path, &snmpCfg, reply); },
+         .restoreIfMissing = {},
+         .restoreIfEditFails = {}},
+    }};
+    return xasRunFileSteps(*cfgFiles, reply, steps);
+}

@@ -1,0 +1,135 @@
+#include "config/firewall_services.h"
+
+#include "core/assert.h"
+#include "core/log.h"
+#include "core/text.h"
+#include "platform/config_library.h"
+
+#include <array>
+#include <string>
+
+namespace {
+
+/** A comment's failed write has another file's text. */
+constexpr XasEditTexts TEXTS{
+    .openReason = "Error opening firewall config file",
+    .writeLog = "Error printing line to firewall config file\n",
+    .saveReason = "Error saving new firewall config file",
+    .writeLogOf =
+        [](std::string_view line, bool /*isFirst*/) {
+            return line.starts_with('#') ? "Error printing line to DNS config file\n"
+                                         : "Error printing line to firewall config file\n";
+        },
+};
+
+constexpr std::uint32_t SSH_PORT = 22;
+constexpr std::size_t STORED_SSH_PORT = 142; /**< where a stored XMSG_SSH has its 16-bit port */
+
+constexpr std::array REJECT_METHODS = {"REJECT", "DROP"};
+static_assert(XAS_METHOD_REJECT == 0 && XAS_METHOD_DROP == 1);
+
+std::string setting(std::string_view key, const std::string &value)
+{
+    return xasFormatLine("%s=\"%s\"\n", std::string{key}.c_str(), value.c_str());
+}
+
+std::string sshService(const XasFirewallCfg &fWallCfg)
+{
+    if (fWallCfg.ssh == 0)
+        return {};
+    return fWallCfg.ssh_port == SSH_PORT ? "ssh " : xasFormat("%d ", static_cast<int>(fWallCfg.ssh_port));
+}
+
+/** Every service but the last has a blank behind it, also where it comes last. */
+std::string tcpServices(const XasFirewallCfg &fWallCfg)
+{
+    std::string services;
+    services += fWallCfg.www != 0 ? "www " : "";
+    services += fWallCfg.https != 0 ? "https " : "";
+    services += sshService(fWallCfg);
+    services += fWallCfg.telnet != 0 ? "telnet " : "";
+    services += fWallCfg.smb != 0 ? "135 netbios-ssn microsoft-ds" : "";
+    return services;
+}
+
+std::string udpServices(const XasFirewallCfg &fWallCfg)
+{
+    return std::string{"ntp router 161 162 30718:30721 "} +
+           (fWallCfg.smb != 0 ? "135 netbios-ns netbios-dgm" : "");
+}
+
+/** What becomes of a line. An unknown reject method is for the caller to find. */
+std::string newLine(std::string_view line, std::string_view key, const XasFirewallCfg &fWallCfg)
+{
+    if (key == "TCP_PUBLIC_SERVICES")
+        return setting(key, tcpServices(fWallCfg));
+    if (key == "UDP_PUBLIC_SERVICES")
+        return setting(key, udpServices(fWallCfg));
+    if (key == "REJECT_METHOD")
+        return setting(key, REJECT_METHODS.at(fWallCfg.reject_method));
+    if (key == "INVISIBLE_TO_PING")
+        return setting(key, fWallCfg.invisible != 0 ? "yes" : "no");
+    return std::string{line};
+}
+
+std::uint32_t storedSshPort()
+{
+    XasMessage stored{};
+    if (xmlGetMsg(stdout, XMSG_SSH, &stored) != 0)
+        return SSH_PORT;
+    return xasPayloadValue<std::uint16_t, STORED_SSH_PORT>(stored);
+}
+
+} // namespace
+
+XasNewText xasFirewallText(std::string_view oldText, const XasFirewallCfg &fWallCfg)
+{
+    XasNewText newText{std::string{}};
+    const bool isMethodKnown = fWallCfg.reject_method < REJECT_METHODS.size();
+    xasForEachLine(oldText, [&](std::string_view line) {
+        const std::string_view key = xasFirstToken(line, "=");
+        if (key == "REJECT_METHOD" && !isMethodKnown)
+            newText.complete = false;
+        if (newText.complete)
+            newText.text += newLine(line, key, fWallCfg);
+    });
+    return newText;
+}
+
+int xasEditFirewallCfgFile(const char *cfgFileName, const XasFirewallCfg *fWallCfg, XasReplyStatus *reply)
+{
+    xasAssertGiven(cfgFileName, "cfgFileName");
+    xasAssertGiven(fWallCfg, "fWallCfg");
+    return xasEditFile(cfgFileName, TEXTS, reply, [&](std::string_view oldText) {
+        XasNewText newText = xasFirewallText(oldText, *fWallCfg);
+        if (!newText.complete)
+            xasSetReply(*reply, XAS_RCODE_MISSING, "Invalid reject method");
+        return newText;
+    });
+}
+
+int xasUpdateFirewallCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
+{
+    xasAssertGiven(msg, "msg");
+    xasAssert(XMSG_FIREWALL == msg->xH.msgtype, "XMSG_FIREWALL == msg->xH.msgtype");
+    xasAssertGiven(cfgFiles, "cfgFiles");
+
+    const char *cfgFileName = xasGetCfgFilePath("firewall", *cfgFiles);
+    if (cfgFileName == nullptr) {
+        xasLogError("Error determining firewall config file\n");
+        return 1;
+    }
+    const auto payload = xasReadPayload<XasFirewallPayload>(*msg);
+    const XasFirewallCfg fWallCfg{.reject_method = payload.reject_method,
+                                  .invisible = payload.invisible,
+                                  .ssh = payload.ssh,
+                                  .ssh_port = storedSshPort(),
+                                  .telnet = payload.telnet,
+                                  .www = payload.www,
+                                  .https = payload.https,
+                                  .smb = payload.smb};
+    const int result = xasEditFirewallCfgFile(cfgFileName, &fWallCfg, reply);
+    if (result != 0)
+        xasLogError("Error editing firewall config file\n");
+    return result;
+}

@@ -1,0 +1,118 @@
+#include "config/interface_file.h"
+
+#include "config/web_hostname.h"
+#include "core/assert.h"
+#include "core/log.h"
+#include "core/text.h"
+#include "core/utils.h"
+#include "files/key_lines.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+constexpr XasEditTexts TEXTS{
+    .openReason = "Error opening ethernet config file",
+    .writeLog = "Error printing line to Ethernet config file\n",
+    .saveReason = "Error saving new ethernet config file",
+};
+
+constexpr XasEditTexts ENABLE_TEXTS{
+    .openReason = "Error opening ethernet enable config file",
+    .writeLog = "Error printing line to Ethernet config file\n",
+    .saveReason = "Error saving new ethernet config file",
+};
+
+/** Names of XasAddressSource. */
+constexpr std::array<const char *, 3> SOURCES = {"bootp", "dhcp", "static"};
+
+std::string keyLine(const char *key, const char *value)
+{
+    return xasFormatLine("%s=%s\n", key, value);
+}
+
+std::string onBootLine(bool enabled)
+{
+    return keyLine("ONBOOT", enabled ? "yes" : "no");
+}
+
+std::string ipv4Lines(const XasEthPort &port)
+{
+    return keyLine("IPADDR", xasIPv4ToStr(port.ip)) + keyLine("NETMASK", xasIPv4ToStr(port.mask)) +
+           keyLine("NETWORK", xasIPv4ToStr(xasNetworkAddr(port.ip, port.mask))) +
+           keyLine("BROADCAST", xasIPv4ToStr(xasBroadcastAddr(port.ip, port.mask)));
+}
+
+std::string ipv6Lines(const XasEthPort &port)
+{
+    const bool isUnset = std::ranges::all_of(port.ipv6, [](unsigned char byte) { return byte == 0; });
+    return keyLine("IPV6INIT", "yes") +
+           keyLine("IPV6ADDR", isUnset ? "" : xasIPv6PrefixToStr(port.ipv6, port.maskv6));
+}
+
+std::string slaveLines()
+{
+    return "MASTER=bond0\nSLAVE=yes\nBOOTPROTO=none\nONBOOT=yes\n";
+}
+
+/** The name to ask a DHCP server with; empty for a port that does not ask one, or when there is none. */
+std::string dhcpHostnameOf(const XasEthInterface &interface)
+{
+    std::string hostname;
+    if (!interface.isSlave && interface.port.source == XAS_SOURCE_DHCP)
+        xasGetXmlHostname(hostname);
+    return hostname;
+}
+
+} // namespace
+
+XasNewText xasEthCfgText(const XasEthInterface &interface, const std::string &dhcpHostname,
+                         XasReplyStatus *reply)
+{
+    const XasEthPort &port = interface.port;
+    const bool isBond = interface.device == XAS_BOND_DEVICE;
+    std::string text = keyLine("DEVICE", std::string{interface.device}.c_str());
+    text += keyLine("TYPE", isBond ? "Bonding" : "Ethernet");
+    if (interface.isSlave)
+        return text + slaveLines();
+    if (port.source >= SOURCES.size()) {
+        xasSetReply(*reply, XAS_RCODE_MISSING, "Invalid address source");
+        return {std::move(text), false};
+    }
+    text += keyLine("BOOTPROTO", SOURCES[port.source]) + ipv4Lines(port) + ipv6Lines(port) +
+            keyLine("DHCP_HOSTNAME", dhcpHostname.c_str()) + onBootLine(port.enabled != 0) +
+            xasFormatLine("%s=%d\n", "MTU", static_cast<int>(port.mtu));
+    if (!isBond)
+        return text;
+    std::string options;
+    if (xasGetBondingOptions(interface.bonding, options) != 0) {
+        xasLogError("Error getting Ethernet bonding options string\n");
+        return {std::move(text), false};
+    }
+    return text + xasFormatLine("BONDING_OPTS=\"%s\"\n", options.c_str());
+}
+
+std::string xasEthEnableText(std::string_view oldText, bool enabled)
+{
+    return xasReplaceKeyLines(oldText, "=", std::array{XasKeyLine{"ONBOOT", onBootLine(enabled)}});
+}
+
+int xasEditEthCfgFile(const char *cfgFileName, const XasEthPort *ethPort, std::string_view device,
+                      bool isSlave, std::uint32_t bonding, XasReplyStatus *reply)
+{
+    xasAssertGiven(cfgFileName, "cfgFileName");
+    xasAssertGiven(ethPort, "ethPort");
+    const XasEthInterface interface {
+        *ethPort, device, isSlave, bonding
+    };
+    return xasRegenerateFile(cfgFileName, TEXTS, reply,
+                             [&] { return xasEthCfgText(interface, dhcpHostnameOf(interface), reply); });
+}
+
+int xasEditEthEnableCfgFile(const char *cfgFileName, bool enabled, XasReplyStatus *reply)
+{
+    xasAssertGiven(cfgFileName, "cfgFileName");
+    return xasEditFile(cfgFileName, ENABLE_TEXTS, reply,
+                       [&](std::string_view oldText) { return xasEthEnableText(oldText, enabled); });
+}

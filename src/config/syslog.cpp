@@ -1,0 +1,108 @@
+#include "config/syslog.h"
+
+#include "core/assert.h"
+#include "core/text.h"
+#include "core/utils.h"
+#include "files/editor.h"
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+constexpr XasEditTexts TEXTS{
+    .openReason = "Error opening syslog config file",
+    .writeLog = "Error printing line to syslog config file\n",
+    .saveReason = "Error saving new syslog config file",
+};
+
+constexpr std::array<const char *, XAS_SYSLOG_LEVELS> LEVEL_NAMES = {"none", "info", "warning", "err",
+                                                                     "debug"};
+
+/** Stands for a category whose level is always "info". */
+constexpr std::size_t FIXED_LEVEL = XAS_SYSLOG_FACILITIES;
+
+struct LogCategory {
+    const char *facility;
+    const char *file;
+    std::size_t level; /**< place among the levels of the settings */
+};
+
+constexpr std::array CATEGORIES = {
+    LogCategory{"local0", "/var/log/network", 0},      LogCategory{"local1", "/var/log/services", 1},
+    LogCategory{"authpriv", "/var/log/secure", 2},     LogCategory{"local3", "/var/log/devports", 3},
+    LogCategory{"local4", "/var/log/diag", 4},         LogCategory{"local5", "/var/log/general", 5},
+    LogCategory{"local6", "/var/log/sw", FIXED_LEVEL}, LogCategory{"kern", "/var/log/general", 5},
+};
+
+const char *levelName(const LogCategory &category, const XasSyslogPayload &sysLogInfo)
+{
+    return category.level == FIXED_LEVEL ? "info" : LEVEL_NAMES.at(sysLogInfo.levels[category.level]);
+}
+
+bool isForwardingRule(std::string_view line)
+{
+    return line.find('@') != std::string_view::npos;
+}
+
+/** What becomes of a line that is neither a comment nor a forwarding rule. */
+std::string localRule(std::string_view line, const XasSyslogPayload &sysLogInfo)
+{
+    const std::string_view facility = xasFirstToken(line, ".");
+    const auto *const category = std::ranges::find(CATEGORIES, facility, &LogCategory::facility);
+    if (category == CATEGORIES.end())
+        return std::string{line};
+    if (line.find('/') == std::string_view::npos)
+        return {};
+    return xasFormatLine("%s.%s    %s\n", category->facility, levelName(*category, sysLogInfo),
+                         category->file);
+}
+
+std::string remoteRules(const char *server, const XasSyslogPayload &sysLogInfo)
+{
+    std::string rules;
+    for (const LogCategory &category : CATEGORIES)
+        rules += xasFormatLine("%s.%s    @%s\n", category.facility, levelName(category, sysLogInfo), server);
+    return rules + xasFormatLine("%s.info    @%s\n", "auth", server);
+}
+
+} // namespace
+
+bool xasAreSyslogLevelsValid(const XasSyslogPayload &sysLogInfo)
+{
+    return std::ranges::all_of(sysLogInfo.levels,
+                               [](std::uint32_t level) { return level < XAS_SYSLOG_LEVELS; });
+}
+
+std::string xasSyslogLocalText(std::string_view oldText, const XasSyslogPayload &sysLogInfo)
+{
+    std::string newText;
+    xasForEachLine(oldText, [&](std::string_view line) {
+        if (line.starts_with('#'))
+            newText += line;
+        else if (!isForwardingRule(line))
+            newText += localRule(line, sysLogInfo);
+    });
+    return newText;
+}
+
+std::string xasSyslogRemoteText(const XasSyslogPayload &sysLogInfo)
+{
+    std::string rules;
+    for (const XasHostAddr &server : sysLogInfo.remotes) {
+        if (xasIsHostGiven(server))
+            rules += remoteRules(xasHostToStr(server).c_str(), sysLogInfo);
+    }
+    return rules;
+}
+
+int xasEditSyslogCfgFile(const char *cfgFileName, const XasSyslogPayload *sysLogInfo, XasReplyStatus *reply)
+{
+    xasAssertGiven(cfgFileName, "cfgFileName");
+    xasAssertGiven(sysLogInfo, "sysLogInfo");
+    return xasEditFile(cfgFileName, TEXTS, reply, [&](std::string_view oldText) {
+        XasNewText newText{xasSyslogLocalText(oldText, *sysLogInfo)};
+        newText.tail = xasSyslogRemoteText(*sysLogInfo);
+        return newText;
+    });
+}

@@ -1,0 +1,29 @@
+/**
+ * The system logger's configuration (syslog.conf(5)): one local file for each of the appliance's log
+ * categories, and the same categories once more for each remote server.
+ */
+#ifndef XAS_CONFIG_SYSLOG_H
+#define XAS_CONFIG_SYSLOG_H
+
+#include "config/syslog_payload.h"
+#include "core/reply.h"
+
+#include <string>
+#include <string_view>
+
+/** True when every level index names a level; the functions below take no others. */
+bool xasAreSyslogLevelsValid(const XasSyslogPayload &sysLogInfo);
+
+/**
+ * The lines of the old text, those of our categories set to their file and level. Our categories without a
+ * path and all forwarding rules are dropped; our categories are not appended where they are missing.
+ */
+std::string xasSyslogLocalText(std::string_view oldText, const XasSyslogPayload &sysLogInfo);
+
+/** The forwarding rules, which stand behind the local ones: a block for each server that is given. */
+std::string xasSyslogRemoteText(const XasSyslogPayload &sysLogInfo);
+
+/** Edits the file at `cfgFileName`, which must exist. Returns 0, or 1 with the failure in `reply`. */
+int xasEditSyslogCfgFile(const char *cfgFileName, const XasSyslogPayload *sysLogInfo, XasReplyStatus *reply);
+
+#endif

@@ -1,0 +1,73 @@
+#include "config/timezone.h"
+
+#include "core/assert.h"
+#include "core/log.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+bool isZoneFileThere(const std::string &zoneFile)
+{
+    struct stat status {};
+    if (::stat(zoneFile.c_str(), &status) == 0)
+        return true;
+    if (errno == ENOENT)
+        xasLogError("timezone file %s does not exist\n", zoneFile.c_str());
+    else
+        xasLogError("failure getting information about file %s\n", zoneFile.c_str());
+    return false;
+}
+
+/** True when a new link can take the place of what is at `path`: a file or a link, but no directory. */
+bool isReplaceable(const char *path)
+{
+    struct stat status {};
+    return ::lstat(path, &status) == 0 && !S_ISDIR(status.st_mode);
+}
+
+/** Makes the link beside `path` and renames it into place, so that there is a time zone at every instant. */
+bool putLink(const char *path, const std::string &target)
+{
+    const std::string newLink = std::string{path} + ".tmp";
+    ::unlink(newLink.c_str());
+    if (::symlink(target.c_str(), newLink.c_str()) == 0 && ::rename(newLink.c_str(), path) == 0)
+        return true;
+    ::unlink(newLink.c_str());
+    return false;
+}
+
+} // namespace
+
+int xasUpdateTimezoneCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus * /*reply*/)
+{
+    xasAssertGiven(msg, "msg");
+    xasAssert(XMSG_TIMEZONE == msg->xH.msgtype, "XMSG_TIMEZONE == msg->xH.msgtype");
+    xasAssertGiven(cfgFiles, "cfgFiles");
+
+    const char *base = xasGetCfgFilePath("tzpathbase", *cfgFiles);
+    if (base == nullptr) {
+        xasLogError("Error determining timezone base path\n");
+        return 1;
+    }
+    const auto payload = xasReadPayload<XasTimezonePayload>(*msg);
+    const std::string zoneFile = std::string{base}.append("/").append(xasFieldText(payload.zone));
+    if (!isZoneFileThere(zoneFile))
+        return 1;
+    const char *link = xasGetCfgFilePath("cfglink", *cfgFiles);
+    if (link == nullptr) {
+        xasLogError("Error determining timezone config file link\n");
+        return 1;
+    }
+    if (!isReplaceable(link))
+        xasLogWarning("failure unlinking timezone symlink file\n");
+    if (!putLink(link, zoneFile)) {
+        xasLogError("Error creating symlink to path %s\n", zoneFile.c_str());
+        return 1;
+    }
+    return 0;
+}

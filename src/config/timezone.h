@@ -1,0 +1,16 @@
+/** Time zone: the link that the C library reads local time by (tzfile(5)), to the file of the zone. */
+#ifndef XAS_CONFIG_TIMEZONE_H
+#define XAS_CONFIG_TIMEZONE_H
+
+#include "config/timezone_payload.h"
+#include "core/appmgr.h"
+#include "core/reply.h"
+
+/**
+ * The handler of XMSG_TIMEZONE. Needs "tzpathbase", the directory of the zone files, and "cfglink", the link.
+ * The link changes in one step; a zone without a file leaves it as it is. Failures are logged, the reply is
+ * left alone.
+ */
+int xasUpdateTimezoneCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+
+#endif

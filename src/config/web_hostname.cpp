@@ -1,0 +1,54 @@
+#include "config/web_hostname.h"
+
+#include "core/file.h"
+#include "core/log.h"
+#include "core/text.h"
+
+namespace {
+
+constexpr const char *SETTINGS = "/www/xml/network.xml";
+
+/** What stands between the first ">" of a line that has one and the next "<"; empty when that is missing. */
+std::string_view elementText(std::string_view line)
+{
+    const std::size_t begin = line.find('>') + 1;
+    const std::size_t end = line.find('<', begin);
+    return end == std::string_view::npos ? std::string_view{} : line.substr(begin, end - begin);
+}
+
+bool canBeTaken(std::string_view name)
+{
+    constexpr std::string_view PLAIN =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-.,:/@%+=";
+    return !name.empty() && name.size() <= XAS_WEB_HOSTNAME_MAX &&
+           name.find_first_not_of(PLAIN) == std::string_view::npos;
+}
+
+} // namespace
+
+std::string xasWebHostname(std::string_view text)
+{
+    std::string hostname;
+    xasForEachLine(text, [&](std::string_view line) {
+        if (line.find("<HOSTNAME>") == std::string_view::npos)
+            return;
+        const std::string_view name = elementText(line);
+        if (canBeTaken(name))
+            hostname = name;
+    });
+    return hostname;
+}
+
+int xasGetXmlHostname(std::string &hostname)
+{
+    const XasFile file = xasOpenFile(SETTINGS, "r");
+    if (!file) {
+        xasLogError("cannot open network.xml file\n");
+        return 1;
+    }
+    std::string found = xasWebHostname(xasReadAll(file.get()));
+    if (found.empty())
+        return 1;
+    hostname = std::move(found);
+    return 0;
+}

@@ -1,0 +1,34 @@
+/** What one message's handling reports back: failure code and reason, cleared before each message. */
+#ifndef XAS_CORE_REPLY_H
+#define XAS_CORE_REPLY_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/** Values of `rcode`. */
+enum XasReplyCode : std::uint32_t {
+    XAS_RCODE_NONE = 0,
+    XAS_RCODE_MISSING = 1, /**< a needed configuration file is not in the list, or another handler failure */
+    XAS_RCODE_OPEN = 2,    /**< cannot open */
+    XAS_RCODE_SAVE = 3,    /**< cannot save or write */
+    XAS_RCODE_TOO_LONG = 4 /**< a share's line is too long */
+};
+
+/** The longest reason text that travels. */
+inline constexpr std::size_t XAS_REASON_MAX = 499;
+
+struct XasReplyStatus {
+    std::uint32_t rcode = XAS_RCODE_NONE;
+    std::string rstr;
+};
+
+/** Fills the reply; the reason is cut to XAS_REASON_MAX characters. */
+inline void xasSetReply(XasReplyStatus &reply, std::uint32_t rcode, std::string_view reason)
+{
+    reply.rcode = rcode;
+    reply.rstr = reason.substr(0, XAS_REASON_MAX);
+}
+
+#endif

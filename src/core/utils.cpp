@@ -1,0 +1,235 @@
+#include "core/utils.h"
+
+#include "core/assert.h"
+#include "core/child.h"
+#include "core/command_line.h"
+#include "core/log.h"
+#include "core/text.h"
+#include "core/wait.h"
+#include "platform/config_library.h"
+#include "wire/eth_payload.h"
+
+#include <arpa/inet.h>
+#include <array>
+#include <cstdio>
+#include <fcntl.h>
+#include <netdb.h>
+#include <new>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+bool isOfKind(const char *path, mode_t kind)
+{
+    struct stat status {};
+    return ::stat(path, &status) == 0 && (status.st_mode & S_IFMT) == kind;
+}
+
+/** Both ends of a pipe; the child writes, the parent reads. */
+struct Pipe {
+    std::array<int, 2> ends{-1, -1};
+
+    Pipe()
+    {
+        if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+            ends = {-1, -1};
+    }
+    ~Pipe()
+    {
+        ::close(ends[0]);
+        ::close(ends[1]);
+    }
+    Pipe(const Pipe &) = delete;
+    Pipe &operator=(const Pipe &) = delete;
+};
+
+std::uint32_t resolve(const char *name)
+{
+    const hostent *host = ::gethostbyname(name);
+    if (host == nullptr || host->h_addrtype != AF_INET || host->h_addr_list[0] == nullptr)
+        return XAS_NO_IPV4;
+    std::uint32_t address = 0;
+    std::memcpy(&address, host->h_addr_list[0], sizeof address);
+    return address;
+}
+
+bool storedPort(unsigned port, XasEthPort &stored)
+{
+    XasMessage record{};
+    if (port >= XAS_ETH_PORTS || xasGetEthCfg(record) != 0)
+        return false;
+    stored = xasReadPayload<XasEthPayload>(record).ports[port];
+    return true;
+}
+
+} // namespace
+
+std::uint32_t xasNetworkAddr(std::uint32_t address, std::uint32_t mask)
+{
+    return address & mask;
+}
+
+std::uint32_t xasBroadcastAddr(std::uint32_t address, std::uint32_t mask)
+{
+    return (address & mask) | ~mask;
+}
+
+const char *xasIPv4ToStr(std::uint32_t address)
+{
+    return ::inet_ntoa(in_addr{.s_addr = address});
+}
+
+const char *xasIPv6ToStr(const unsigned char *address)
+{
+    static std::array<char, INET6_ADDRSTRLEN> text{};
+    if (::inet_ntop(AF_INET6, address, text.data(), text.size()) == nullptr) {
+        xasLogError("Error IPv6 address format");
+        return "<invalid>";
+    }
+    return text.data();
+}
+
+const char *xasIPv6PrefixToStr(const unsigned char *address, std::uint32_t prefix)
+{
+    static std::array<char, 50> text{};
+    std::array<char, INET6_ADDRSTRLEN> plain{};
+    if (::inet_ntop(AF_INET6, address, plain.data(), plain.size()) == nullptr) {
+        xasLogError("Error IPv6 address format");
+        return "<invalid>";
+    }
+    std::snprintf(text.data(), text.size(), "%s/%d", plain.data(), static_cast<int>(prefix));
+    return text.data();
+}
+
+std::uint32_t xasHostByName(const std::string &name)
+{
+    // The resolver blocks for seconds when no server answers: a child asks it, so that signals are served.
+    const Pipe answer;
+    const pid_t pid = xasFork();
+    if (pid == 0) {
+        const std::uint32_t address = resolve(name.c_str());
+        ::_exit(::write(answer.ends[1], &address, sizeof address) == sizeof address ? 0 : 1);
+    }
+    int status = 0;
+    std::uint32_t address = XAS_NO_IPV4;
+    if (pid < 0 || !xasWaitForChild(pid, status) || status != 0 ||
+        ::read(answer.ends[0], &address, sizeof address) != sizeof address)
+        return XAS_NO_IPV4;
+    return address;
+}
+
+std::string xasHostToStr(const XasHostAddr &host)
+{
+    if (host.is_name != 0)
+        return xasFieldString(host.value);
+    if (host.is_ipv6 == 0) {
+        std::uint32_t address = 0;
+        std::memcpy(&address, host.value, sizeof address);
+        return xasIPv4ToStr(address);
+    }
+    std::array<unsigned char, 16> address{};
+    std::memcpy(address.data(), host.value, address.size());
+    return xasIPv6ToStr(address.data());
+}
+
+bool xasIsHostGiven(const XasHostAddr &host)
+{
+    return host.is_name == 0 || host.value[0] != '\0';
+}
+
+int xasIsRegularFile(const char *path)
+{
+    return isOfKind(path, S_IFREG) ? 1 : 0;
+}
+
+int xasIsDirectory(const char *path)
+{
+    return isOfKind(path, S_IFDIR) ? 1 : 0;
+}
+
+int xasMakeDirPath(const char *path)
+{
+    if (*path != '/') {
+        xasLogError("Invalid directory path %s\n", path);
+        return 0;
+    }
+    std::string_view rest = path;
+    std::string prefix;
+    for (auto name = xasNextToken(rest, "/"); !name.empty(); name = xasNextToken(rest, "/")) {
+        prefix.append("/").append(name);
+        if (xasIsDirectory(prefix.c_str()) == 0 && ::mkdir(prefix.c_str(), 0755) != 0) {
+            xasLogError("Error making directory %s\n", prefix.c_str());
+            return 1;
+        }
+    }
+    return 0;
+}
+
+char *xasTrimString(char *str)
+{
+    xasAssertGiven(str, "str");
+    constexpr const char *BLANKS = " \t";
+    char *begin = str + std::strspn(str, BLANKS);
+    const std::string_view rest = begin;
+    if (!rest.empty())
+        begin[rest.find_last_not_of(BLANKS) + 1] = '\0';
+    return begin;
+}
+
+int xasIsExecutable(std::string_view commandLine)
+{
+    try {
+        const std::string program{xasProgramOf(commandLine)};
+        if (program.empty()) {
+            xasLogError("Error parsing exe path");
+            return 0;
+        }
+        struct stat status {};
+        const bool executable = ::stat(program.c_str(), &status) == 0 && !S_ISDIR(status.st_mode) &&
+                                (status.st_mode & S_IXUSR) != 0;
+        return executable ? 1 : 0;
+    } catch (const std::bad_alloc &) {
+        xasLogError("Error allocating memory\n");
+        return 0;
+    }
+}
+
+int xasGetEthCfg(XasMessage &record)
+{
+    if (xmlGetMsg(stdout, XMSG_ETH, &record) != 0) {
+        xasLogError("Error getting Ethernet configuration\n");
+        return 1;
+    }
+    return 0;
+}
+
+int xasGetEthPortState(unsigned port, std::uint32_t &enabled, std::uint32_t &source)
+{
+    XasEthPort stored{};
+    if (!storedPort(port, stored))
+        return 1;
+    enabled = stored.enabled;
+    source = stored.source;
+    return 0;
+}
+
+int xasGetEthPortMode(unsigned port, std::uint32_t &mode)
+{
+    XasEthPort stored{};
+    if (!storedPort(port, stored))
+        return 1;
+    mode = stored.mode;
+    return 0;
+}
+
+int xasGetBondingOptions(std::uint32_t mode, std::string &options)
+{
+    static constexpr std::array<std::string_view, 4> MODES = {"", "mode=active-backup primary=eth0",
+                                                              "mode=802.3ad", "mode=balance-tlb"};
+    options.clear();
+    if (mode == 0 || mode >= MODES.size())
+        return 1;
+    options.append(MODES[mode]).append(" miimon=250 use_carrier=1 downdelay=2500 updelay=2500");
+    return 0;
+}

@@ -1,0 +1,67 @@
+/** Small functions that everybody uses: addresses, file tests, directories, the stored Ethernet settings. */
+#ifndef XAS_CORE_UTILS_H
+#define XAS_CORE_UTILS_H
+
+#include "wire/address.h"
+#include "wire/message.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+/** `address` AND `mask`; IPv4 values in network byte order here and below. */
+std::uint32_t xasNetworkAddr(std::uint32_t address, std::uint32_t mask);
+
+/** (`address` AND `mask`) OR NOT `mask`. */
+std::uint32_t xasBroadcastAddr(std::uint32_t address, std::uint32_t mask);
+
+/** Dotted text of an IPv4 address; lives until the next call. */
+const char *xasIPv4ToStr(std::uint32_t address);
+
+/** Text of a 16-byte IPv6 address; lives until the next call. "<invalid>", logged, when there is none. */
+const char *xasIPv6ToStr(const unsigned char *address);
+
+/** "<address>/<prefix>"; lives until the next call. "<invalid>", logged, when there is no text. */
+const char *xasIPv6PrefixToStr(const unsigned char *address, std::uint32_t prefix);
+
+/** The first IPv4 address of a host name; XAS_NO_IPV4 when it does not resolve. Signals are served meanwhile.
+ */
+std::uint32_t xasHostByName(const std::string &name);
+
+/** The name, the IPv4 text or the IPv6 text of a host record. */
+std::string xasHostToStr(const XasHostAddr &host);
+
+/** True when a host record holds an address (0.0.0.0 is one) or a name that is not empty. */
+bool xasIsHostGiven(const XasHostAddr &host);
+
+/** 1 when `path` is a regular file, links followed. */
+int xasIsRegularFile(const char *path);
+
+/** 1 when `path` is a directory, links followed. */
+int xasIsDirectory(const char *path);
+
+/**
+ * Creates every missing directory along an absolute path, mode 0755. Returns 0; 1 after logging the one that
+ * cannot be made. A relative path is logged, creates nothing and counts as done.
+ */
+int xasMakeDirPath(const char *path);
+
+/** Cuts blanks and tabs off both ends in place; returns where the text now begins. */
+char *xasTrimString(char *str);
+
+/** 1 when the first word of a command line is a file that is no directory and its owner may execute it. */
+int xasIsExecutable(std::string_view commandLine);
+
+/** Fetches the stored XMSG_ETH record. Returns 0, or 1 after logging. */
+int xasGetEthCfg(XasMessage &record);
+
+/** `enabled` and `source` of a port (0 = eth0, 1 = eth1) as stored. Returns 0, or 1 when it cannot be had. */
+int xasGetEthPortState(unsigned port, std::uint32_t &enabled, std::uint32_t &source);
+
+/** The link mode of a port as stored. Returns 0, or 1 when it cannot be had. */
+int xasGetEthPortMode(unsigned port, std::uint32_t &mode);
+
+/** The bonding driver's options for a bonding mode. Returns 0; 1 for a mode without, `options` then empty. */
+int xasGetBondingOptions(std::uint32_t mode, std::string &options);
+
+#endif

@@ -1,0 +1,92 @@
+#include "dispatch/ipfilter_assign.h"
+
+#include "core/assert.h"
+#include "core/file.h"
+#include "core/log.h"
+#include "core/shell.h"
+#include "core/text.h"
+#include "dispatch/ipfilter_payload.h"
+#include "dispatch/ipfilter_script.h"
+
+#include <array>
+#include <unistd.h>
+
+namespace {
+
+constexpr std::uint32_t OPEN_FAILED = 2;
+
+constexpr const char *LISTING = "/tmp/xas_ipfilter.txt";
+
+/** "eth0" for Ethernet port 1, "ppp1" for PPP link 1. */
+std::string interfaceName(const XasIpFilterAssignPayload &assignment)
+{
+    if (assignment.iface_type == XAS_IFACE_ETHERNET)
+        return xasFormat("%s%d", "eth", assignment.iface_id - 1);
+    return xasFormat("%s%d", "ppp", assignment.iface_id);
+}
+
+void listInputRules(const std::string &interface)
+{
+    ::unlink(LISTING);
+    XasShellCommand command{
+        "XTABLES_LIBDIR=/libexec/xtables; export XTABLES_LIBDIR; /bin/iptables -L INPUT -v -n |grep "};
+    command.word(interface).text(" > /tmp/xas_ipfilter.txt");
+    xasSystem(command);
+}
+
+/** "-A" or "-D" of one jump rule. Returns true when iptables did it. */
+bool changeJumpRule(XasLiteral action, std::string_view interface, std::string_view target)
+{
+    XasShellCommand command{"XTABLES_LIBDIR=/libexec/xtables; export XTABLES_LIBDIR; /bin/iptables "};
+    command.text(action).text(" INPUT -i ").word(interface).text(" -j ").word(target);
+    return command.fit(XAS_FILTER_COMMAND_SIZE) && xasExitedWell(xasSystem(command));
+}
+
+/** The third and the sixth column of a line of the listing: where the rule jumps, and its input interface. */
+struct ListedRule {
+    std::string target;
+    std::string interface;
+};
+
+ListedRule readListedRule(std::string_view line)
+{
+    constexpr std::string_view BLANKS = " \t\n\v\f\r";
+    std::array<std::string_view, 6> columns;
+    for (std::string_view &column : columns)
+        column = xasNextToken(line, BLANKS);
+    return {std::string{columns[2]}, std::string{columns[5]}};
+}
+
+void removeJumpRules(FILE *listing, const std::string &interface)
+{
+    std::array<char, 256> line{};
+    while (std::fgets(line.data(), line.size(), listing) != nullptr) {
+        const ListedRule rule = readListedRule(line.data());
+        if (rule.interface == interface && !changeJumpRule("-D", rule.interface, rule.target))
+            xasLogError("Cannot remove IP Filter %s for interface %s from INPUT chain.\n",
+                        rule.target.c_str(), interface.c_str());
+    }
+}
+
+} // namespace
+
+int xasIPFilterAssign(const XasMessage *msg, XasReplyStatus *reply)
+{
+    xasAssertGiven(msg, "msg");
+    const auto assignment = xasReadPayload<XasIpFilterAssignPayload>(*msg);
+    const std::string interface = interfaceName(assignment);
+    listInputRules(interface);
+    XasFile listing = xasOpenFile(LISTING, "r");
+    if (!listing) {
+        xasSetReply(*reply, OPEN_FAILED, "Error openning IP Filter temp file");
+        return 1;
+    }
+    removeJumpRules(listing.get(), interface);
+    listing.reset();
+    const std::string filterName{xasFieldText(assignment.filterName)};
+    if (filterName.empty() || changeJumpRule("-A", interface, filterName))
+        return 0;
+    xasLogError("Cannot add IP Filter %s for interface %s from INPUT chain.\n", filterName.c_str(),
+                interface.c_str());
+    return 1;
+}

@@ -1,0 +1,63 @@
+#include "dispatch/ipfilter_enable.h"
+
+#include "core/log.h"
+#include "core/shell.h"
+#include "platform/config_library.h"
+#include "wire/message.h"
+
+namespace {
+
+constexpr std::uint32_t SWITCHING_FAILED = 1;
+
+bool filterEnabled = true;
+
+} // namespace
+
+int xasIPFilterEnable(bool enabled, XasReplyStatus *reply)
+{
+    if (enabled == filterEnabled)
+        return 0;
+    if (!enabled) {
+        if (xasIPFilterDisable() == 0)
+            return 0;
+        xasSetReply(*reply, SWITCHING_FAILED, "Error disabling IP Filter");
+        return 1;
+    }
+    xasSystem(XasShellCommand{
+        "XTABLES_LIBDIR=/libexec/xtables;export XTABLES_LIBDIR;/bin/iptables -D INPUT -j ACCEPT"});
+    filterEnabled = true;
+    xasLogInfo("IP Filter enabled.\n");
+    return 0;
+}
+
+bool xasIPFilterIsEnabled()
+{
+    return filterEnabled;
+}
+
+void xasIPFilterNoteReset()
+{
+    filterEnabled = true;
+}
+
+int xasIPFilterApplySettings()
+{
+    XasMessage stored{};
+    XasReplyStatus ownReply;
+    if (xmlGetMsg(stdout, XMSG_FIREWALL, &stored) != 0)
+        return 1;
+    return xasIPFilterEnable(xasPayloadWord<0>(stored) != 0, &ownReply);
+}
+
+int xasIPFilterDisable()
+{
+    const int status = xasSystem(XasShellCommand{
+        "XTABLES_LIBDIR=/libexec/xtables;export XTABLES_LIBDIR;/bin/iptables -I INPUT 1 -j ACCEPT"});
+    if (!xasExitedWell(status)) {
+        xasLogError("Error disabling IP Filter.\n");
+        return 1;
+    }
+    filterEnabled = false;
+    xasLogInfo("IP Filter disabled.\n");
+    return 0;
+}

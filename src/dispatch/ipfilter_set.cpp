@@ -1,0 +1,108 @@
+#include "dispatch/ipfilter_set.h"
+
+#include "core/assert.h"
+#include "core/log.h"
+#include "core/msgqueue.h"
+#include "dispatch/ipfilter_enable.h"
+#include "dispatch/ipfilter_script.h"
+
+namespace {
+
+constexpr std::uint32_t SCRIPT_FAILED = 1;
+constexpr std::uint32_t OPEN_FAILED = 2;
+
+constexpr std::uint8_t SETS = 64;
+
+int refuse(XasReplyStatus *reply, std::uint32_t rcode, const char *reason)
+{
+    xasSetReply(*reply, rcode, reason);
+    return 1;
+}
+
+/** Both writers return 0, or 1 when the script must not be run. */
+int writeSet(const XasMessage &msg, std::uint32_t action, FILE *script)
+{
+    if (action == XAS_FILTER_CREATE || action == XAS_FILTER_REPLACE)
+        return xasIPFilterSetAddRules(&msg, script, action == XAS_FILTER_CREATE);
+    return action == XAS_FILTER_REMOVE ? xasIPFilterSetRemove(&msg, script) : 0;
+}
+
+/** Asks XMS for a set; its rules go into the script when there are any. */
+int writeSetOfXms(std::uint8_t number, FILE *script)
+{
+    XasMessage request{};
+    request.xH.msgtype = XMSG_IPFILTER_SET;
+    request.xH.action = XAS_ACTION_GET;
+    request.xH.sender = XAS_SENDER_APP;
+    request.xH.id = xasNextMsgId();
+    XasIpFilterSetPayload wanted{};
+    wanted.id = number;
+    xasWritePayload(request, wanted);
+    xasSendMessage(&request);
+    XasMessage answer{};
+    if (xasGetMessage(&answer, true) != 0 || answer.xH.orig_id != request.xH.id) {
+        xasLogError("Cannot get IP Filter set (id = %d).\n", number);
+        return 0;
+    }
+    return xasPayloadWord<0>(answer) != 0 ? xasIPFilterSetAddRules(&answer, script, true) : 0;
+}
+
+/** A removed set leaves jump rules behind: the INPUT chain is cleared and filled anew. */
+int runScript(bool isRemoval)
+{
+    return isRemoval ? xasIPFilterRunScript("resetInput") : xasIPFilterRunScript("resetNone");
+}
+
+/** After a reset the accept-all rule is put back when the filter is stored as disabled. */
+void applyAfterReset()
+{
+    xasIPFilterNoteReset();
+    xasIPFilterApplySettings();
+}
+
+int failInit(const char *logText)
+{
+    xasLogError("%s", logText);
+    return 1;
+}
+
+} // namespace
+
+int xasIPFilterSet(const XasMessage *msg, XasReplyStatus *reply)
+{
+    xasAssertGiven(msg, "msg");
+    xasAssert(XMSG_IPFILTER_SET == msg->xH.msgtype, "XMSG_IPFILTER_SET == msg->xH.msgtype");
+    if (xasIPFilterCopyScript() != 0)
+        return refuse(reply, SCRIPT_FAILED, "Error copying IP Filter script");
+    XasFile script = xasIPFilterOpenScript();
+    if (!script)
+        return refuse(reply, OPEN_FAILED, "Error openning IP Filter script");
+    const std::uint32_t action = xasReadPayload<XasIpFilterSetPayload>(*msg).action;
+    const bool isRemoval = action == XAS_FILTER_REMOVE;
+    const bool complete = writeSet(*msg, action, script.get()) == 0;
+    const bool ended = xasIPFilterEndScript(std::move(script)) == 0;
+    if (!complete || !ended || runScript(isRemoval) != 0)
+        return refuse(reply, SCRIPT_FAILED, "Error running IP Filter script");
+    if (isRemoval)
+        applyAfterReset();
+    return 0;
+}
+
+int xasIPFilterInit()
+{
+    if (xasIPFilterCopyScript() != 0)
+        return failInit("Error initializing IP Filter (cannot copy IP Filter script).\n");
+    XasFile script = xasIPFilterOpenScript();
+    if (!script)
+        return failInit("Error initializing IP Filter (cannot open IP Filter script).\n");
+    bool complete = true;
+    for (std::uint8_t number = 1; number <= SETS; ++number)
+        complete = writeSetOfXms(number, script.get()) == 0 && complete;
+    complete = xasIPFilterAddInput(script.get()) == 0 && complete;
+    const bool ended = xasIPFilterEndScript(std::move(script)) == 0;
+    if (!complete || !ended || xasIPFilterRunScript("resetAll") != 0)
+        return failInit("Error initializing IP Filter (cannot run IP Filter script).\n");
+    applyAfterReset();
+    xasLogInfo("IP Filter initialized.\n");
+    return 0;
+}

@@ -1,0 +1,108 @@
+#include "dispatch/ipfilter_timer.h"
+
+#include "core/assert.h"
+#include "core/file.h"
+#include "core/log.h"
+#include "core/msgqueue.h"
+#include "core/wait.h"
+#include "dispatch/ipfilter_enable.h"
+
+#include <ctime>
+#include <unistd.h>
+
+namespace {
+
+constexpr const char *TIMER_FILE = "/tmp/.save/ipfilter-timer.txt";
+constexpr double SECONDS_PER_MINUTE = 60;
+
+struct TestTimer {
+    bool running = false;
+    std::int32_t minutes = 0;
+    std::time_t start = 0; /**< seconds since the epoch */
+};
+
+TestTimer timer;
+
+std::time_t secondsNow()
+{
+    timeval now{};
+    xasWallTime(now);
+    return now.tv_sec;
+}
+
+void startTimer(std::int32_t minutes)
+{
+    timer = {.running = true, .minutes = minutes, .start = secondsNow()};
+    if (const XasFile file = xasOpenFile(TIMER_FILE, "w"))
+        std::fprintf(file.get(), "%d %lu\n", minutes, static_cast<unsigned long>(timer.start));
+    xasLogInfo("IP Filter Test Timer started for %d minute(s).\n", minutes);
+}
+
+void clearTimer()
+{
+    timer = {};
+    ::unlink(TIMER_FILE);
+}
+
+int startTest(bool enabled, std::int32_t minutes, XasReplyStatus *reply)
+{
+    if (!enabled) {
+        xasLogError("Failed to start IP Filter Test Timer: must enable IP Filter first.\n");
+        return 1;
+    }
+    if (xasIPFilterEnable(enabled, reply) != 0) {
+        xasLogError("Failed to start IP Filter Test Timer.\n");
+        return 1;
+    }
+    startTimer(minutes);
+    return 0;
+}
+
+/** Tells XMS that the filter is off. Returns 0 when it accepts. */
+int reportDisabled()
+{
+    XasMessage update{};
+    update.xH.msgtype = XMSG_FIREWALL;
+    update.xH.action = XAS_ACTION_SET;
+    update.xH.sender = XAS_SENDER_APP;
+    update.xH.id = xasNextMsgId();
+    xasSendMessage(&update);
+
+    XasMessage answer{};
+    const bool received = xasGetMessage(&answer, true) == 0;
+    const bool isAcknowledgement = received && answer.xH.msgtype == XMSG_ACKNAK;
+    const auto reply = xasReadPayload<XasReplyPayload>(answer);
+    if (isAcknowledgement && answer.xH.orig_id == update.xH.id && reply.success != 0)
+        return 0;
+    const std::string reason{isAcknowledgement ? xasFieldText(reply.rstr) : std::string_view{}};
+    xasLogError("Cannot update IP Filter settings (%s).\n",
+                reason.empty() ? "message queue error" : reason.c_str());
+    return 1;
+}
+
+} // namespace
+
+int xasIPFilterTestTimer(const XasMessage *msg, XasReplyStatus *reply)
+{
+    xasAssertGiven(msg, "msg");
+    const bool enabled = xasPayloadWord<0>(*msg) != 0;
+    const auto testTime = xasPayloadValue<std::int32_t, 124>(*msg);
+    if (testTime > 0)
+        return startTest(enabled, testTime, reply);
+    if (timer.running)
+        xasLogInfo("IP Filter Test Timer stopped.\n");
+    clearTimer();
+    return xasIPFilterEnable(enabled, reply);
+}
+
+int xasIPFilterTimerTick()
+{
+    if (!timer.running || !xasIPFilterIsEnabled() || timer.minutes == 0)
+        return 0;
+    const double elapsed = std::difftime(secondsNow(), timer.start);
+    if (elapsed < SECONDS_PER_MINUTE * timer.minutes)
+        return 0;
+    xasLogInfo("IP Filter Test Timer reached %d minute(s).\n", timer.minutes);
+    clearTimer();
+    return xasIPFilterDisable() != 0 ? 1 : reportDisabled();
+}

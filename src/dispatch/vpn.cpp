@@ -1,0 +1,306 @@
+#include "dispatch/vpn.h"
+
+#include "core/assert.h"
+#include "core/log.h"
+#include "core/shell.h"
+#include "core/text.h"
+#include "core/utils.h"
+#include "files/editor.h"
+
+#include <algorithm>
+#include <arpa/inet.h>
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <net/if.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr const char *SECRETS_FILE = "/etc/ipsec.secrets";
+constexpr mode_t SECRET_MODE = 0600;
+
+constexpr XasEditTexts TEXTS{
+    .openReason = "Error opening VPN config file",
+    .writeLog = nullptr,
+    .saveReason = "Error saving new VPN config file",
+};
+
+/** The two interfaces that a tunnel may begin at: the system's name, and the appliance's. */
+struct LocalInterface {
+    const char *device;
+    const char *unknownAddress; /**< stands for the address where it is unknown */
+    const char *displayName;
+};
+
+constexpr LocalInterface ETH1{"eth0", "%eth0", "Eth1"};
+constexpr LocalInterface ETH2{"eth1", "%eth1", "Eth2"};
+
+const LocalInterface &localInterface(const XasVpnPayload &vpnCfg)
+{
+    return vpnCfg.ifac == 1 ? ETH1 : ETH2;
+}
+
+std::optional<std::string> localAddress(const LocalInterface &interface)
+{
+    const int fd = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    if (fd < 0) {
+        xasLogError("cannot get %s IP address to add PSK to ipsec.secrets", interface.displayName);
+        return std::nullopt;
+    }
+    ifreq request{};
+    std::string_view{interface.device}.copy(request.ifr_name, sizeof request.ifr_name - 1);
+    const bool known = ::ioctl(fd, SIOCGIFADDR, &request) == 0;
+    ::close(fd);
+    if (!known)
+        return std::nullopt;
+    sockaddr_in address{};
+    std::memcpy(&address, &request.ifr_addr, sizeof address);
+    return xasIPv4ToStr(address.sin_addr.s_addr);
+}
+
+/** Names by value: 0 none, 1 the first, any other the second. */
+using AlgorithmNames = std::array<std::string_view, 3>;
+constexpr AlgorithmNames CIPHERS = {"", "3des", "aes"};
+constexpr AlgorithmNames HASHES = {"", "sha1", "md5"};
+constexpr AlgorithmNames GROUPS = {"", "modp1024", "modp1536"};
+
+std::string_view algorithmName(const AlgorithmNames &names, std::uint32_t value)
+{
+    return names[std::min<std::size_t>(value, names.size() - 1)];
+}
+
+/** Cipher, hash and group as one proposal. */
+std::string proposal(const XasVpnAlgorithms &algorithms)
+{
+    std::string text{algorithmName(CIPHERS, algorithms.enc)};
+    if (algorithms.enc != 0 && algorithms.hash != 0)
+        text += '-';
+    text += algorithmName(HASHES, algorithms.hash);
+    if (algorithms.enc != 0 || algorithms.hash != 0)
+        text += ';';
+    text += algorithmName(GROUPS, algorithms.dhgroup);
+    return text;
+}
+
+/** "left" or "right" keys of one side, in the order in which both sides have them. */
+std::string subnetLine(const char *side, std::string_view subnets)
+{
+    std::string list{subnets};
+    if (list.empty())
+        return {};
+    if (list.find(',') == std::string::npos)
+        return xasFormat("    %ssubnet=%s\n", side, list.c_str());
+    std::ranges::replace(list, ',', ' ');
+    return xasFormat("    %ssubnets={%s}\n", side, list.c_str());
+}
+
+std::string nextHopLine(const char *side, std::uint32_t hop)
+{
+    return hop == XAS_NO_IPV4 ? std::string{} : xasFormat("    %snexthop=%s\n", side, xasIPv4ToStr(hop));
+}
+
+std::string idLine(const char *side, std::string_view text)
+{
+    const std::string id{text};
+    if (id.empty())
+        return {};
+    in_addr address{};
+    const bool isAddress = ::inet_pton(AF_INET, id.c_str(), &address) == 1;
+    return xasFormat("    %sid=%s%s\n", side, isAddress ? "" : "@", id.c_str());
+}
+
+std::string leftLines(const XasVpnPayload &vpnCfg, const std::optional<std::string> &address)
+{
+    std::string text =
+        xasFormat("    left=%s\n", address ? address->c_str() : localInterface(vpnCfg).unknownAddress);
+    text += subnetLine("left", xasFieldText(vpnCfg.local_subnet));
+    text += nextHopLine("left", vpnCfg.local_hop);
+    text += idLine("left", xasFieldText(vpnCfg.local_id));
+    if (vpnCfg.xauth != 0) {
+        const std::string login{xasFieldText(vpnCfg.xauth_login)};
+        text += "    leftxauthclient=yes\n" + xasFormat("    leftxauthusername=%s\n", login.c_str());
+    }
+    if (vpnCfg.modecfg != 0)
+        text += "    leftmodecfgclient=yes\n";
+    return text;
+}
+
+/** The remote host as the files name it; "%any" for any, or for an address that has no text. */
+std::string remoteHost(const XasHostAddr &host)
+{
+    if (host.is_name != 0) {
+        const std::string_view name = xasFieldText(host.value);
+        return name.empty() || name == "any" ? "%any" : std::string{name};
+    }
+    std::array<char, INET_ADDRSTRLEN> address{};
+    if (::inet_ntop(AF_INET, host.value, address.data(), address.size()) != nullptr)
+        return address.data();
+    xasLogError("Invalid VPN remote host IP address\n");
+    return "%any";
+}
+
+std::string rightLines(const XasVpnPayload &vpnCfg)
+{
+    std::string text = xasFormat("    right=%s\n", remoteHost(vpnCfg.remote_host).c_str());
+    if (vpnCfg.xauth != 0)
+        text += "    rightxauthserver=yes\n";
+    if (vpnCfg.modecfg != 0)
+        text += "    rightmodecfgserver=yes\n";
+    text += subnetLine("right", xasFieldText(vpnCfg.remote_subnet));
+    text += idLine("right", xasFieldText(vpnCfg.remote_id));
+    text += nextHopLine("right", vpnCfg.remote_hop);
+    return text;
+}
+
+/** The remote host as the secrets file names it. */
+std::string secretsPeer(const XasHostAddr &host)
+{
+    if (host.is_name != 0)
+        return xasFieldString(host.value);
+    std::uint32_t address = 0;
+    std::memcpy(&address, host.value, sizeof address);
+    return xasIPv4ToStr(address);
+}
+
+/** The old secrets go, the file staying what it is. */
+void removeOldSecrets()
+{
+    if (::access(SECRETS_FILE, F_OK) != 0)
+        return;
+    xasSystem(XasShellCommand{"/bin/sed -i '/PSK/d' /etc/ipsec.secrets"});
+    xasSystem(XasShellCommand{"/bin/sed -i '/XAUTH/d' /etc/ipsec.secrets"});
+}
+
+void appendHostKey()
+{
+    const int status =
+        xasSystem(XasShellCommand{"/usr/sbin/ipsec showhostkey --left | tail -1 >> /etc/ipsec.conf"});
+    if (xasShellNotRun(status))
+        xasLogError("cannot add ZEL RSA public key to ipsec.conf");
+}
+
+bool writeAll(int fd, std::string_view text)
+{
+    while (!text.empty()) {
+        const ssize_t written = ::write(fd, text.data(), text.size());
+        if (written < 0 && errno != EINTR)
+            return false;
+        text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+    }
+    return true;
+}
+
+/** Appends to the secrets file, which nobody else may read from the moment it exists. */
+void appendSecrets(std::string_view text)
+{
+    const int fd = ::open(SECRETS_FILE, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, SECRET_MODE);
+    const bool appended = fd >= 0 && ::fchmod(fd, SECRET_MODE) == 0 && writeAll(fd, text);
+    if (fd >= 0)
+        ::close(fd);
+    if (!appended)
+        xasLogError("cannot add Pre-Shared Key to ipsec.secrets");
+}
+
+void addSecrets(const XasVpnPayload &vpnCfg, const std::optional<std::string> &address)
+{
+    if (vpnCfg.auth == XAS_VPN_RSA)
+        appendHostKey();
+    else if (vpnCfg.auth == XAS_VPN_PSK || vpnCfg.xauth != 0)
+        appendSecrets(xasIPsecSecretsText(vpnCfg, address));
+}
+
+} // namespace
+
+std::string xasIPsecGlobalText(std::string_view oldText)
+{
+    std::string newText;
+    bool inConnections = false;
+    xasForEachLine(oldText, [&](std::string_view line) {
+        inConnections = inConnections || line.starts_with("conn ");
+        if (inConnections)
+            return;
+        if (!line.starts_with('#') && line.find("nat_traversal=yes") != std::string_view::npos)
+            newText += '#';
+        newText += line;
+    });
+    return newText;
+}
+
+std::string xasIPsecConnText(const XasVpnPayload &vpnCfg, const std::optional<std::string> &localAddress)
+{
+    std::string text = xasFormat("conn %s\n", xasFieldString(vpnCfg.name).c_str());
+    if (vpnCfg.ike.enc != 0 || vpnCfg.ike.hash != 0 || vpnCfg.ike.dhgroup != 0)
+        text += "    ike=" + proposal(vpnCfg.ike) + "\n";
+    if (vpnCfg.esp.enc != 0 || vpnCfg.esp.hash != 0)
+        text += "    phase2alg=" + proposal(vpnCfg.esp) + "\n";
+    if (vpnCfg.aggressive != 0)
+        text += "    aggrmode=yes\n";
+    text += xasFormat("    authby=%s\n", vpnCfg.auth == XAS_VPN_PSK ? "secret" : "rsasig");
+    text += leftLines(vpnCfg, localAddress);
+    text += rightLines(vpnCfg);
+    text += xasFormat("    pfs=%s\n", vpnCfg.pfs != 0 ? "yes" : "no");
+    text += "    dpddelay=30\n    dpdtimeout=120\n    dpdaction=restart\n    auto=add\n    type=tunnel\n";
+    if (vpnCfg.auth == XAS_VPN_RSA)
+        text += xasFormat("    rightrsasigkey=%s\n", xasFieldString(vpnCfg.auth_key).c_str());
+    return text;
+}
+
+std::string xasIPsecSecretsText(const XasVpnPayload &vpnCfg, const std::optional<std::string> &localAddress)
+{
+    std::string text;
+    if (vpnCfg.auth == XAS_VPN_PSK) {
+        const std::string remoteId = xasFieldString(vpnCfg.remote_id);
+        const std::string localId = xasFieldString(vpnCfg.local_id);
+        text += (remoteId.empty() ? secretsPeer(vpnCfg.remote_host) : "@" + remoteId) + " ";
+        text += localId.empty() ? localAddress.value_or("%any") : "@" + localId;
+        text += xasFormat(": PSK \"%s\"\n", xasFieldString(vpnCfg.auth_key).c_str());
+    }
+    if (vpnCfg.xauth != 0)
+        text += xasFormat("@%s: XAUTH \"%s\"\n", xasFieldString(vpnCfg.xauth_login).c_str(),
+                          xasFieldString(vpnCfg.xauth_passwd).c_str());
+    return text;
+}
+
+int xasEditIPsecCfgFile(const char *cfgFileName, const XasVpnPayload *vpnCfg, XasReplyStatus *reply)
+{
+    xasAssertGiven(cfgFileName, "cfgFileName");
+    xasAssertGiven(vpnCfg, "vpnCfg");
+    bool opened = false;
+    std::optional<std::string> address;
+    const int result = xasEditFile(cfgFileName, TEXTS, reply, [&](std::string_view oldText) {
+        opened = true;
+        std::string newText = xasIPsecGlobalText(oldText);
+        if (vpnCfg->tunnel != 0) {
+            address = localAddress(localInterface(*vpnCfg));
+            newText += xasIPsecConnText(*vpnCfg, address);
+        }
+        return newText;
+    });
+    if (!opened)
+        return 1;
+    removeOldSecrets();
+    if (vpnCfg->tunnel != 0)
+        addSecrets(*vpnCfg, address);
+    return result;
+}
+
+int xasUpdateVPNCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
+{
+    xasAssertGiven(msg, "msg");
+    xasAssert(XMSG_VPN == msg->xH.msgtype, "XMSG_VPN == msg->xH.msgtype");
+    xasAssertGiven(cfgFiles, "cfgFiles");
+    const char *path = xasGetCfgFilePath("ipsec", *cfgFiles);
+    if (path == nullptr) {
+        xasLogError("Error determining vpn config file\n");
+        return 1;
+    }
+    const auto vpnCfg = xasReadPayload<XasVpnPayload>(*msg);
+    const int result = xasEditIPsecCfgFile(path, &vpnCfg, reply);
+    if (result != 0)
+        xasLogError("Error editing VPN config file\n");
+    return result;
+}

@@ -1,0 +1,211 @@
+// The authentication order: its file in both forms, and reading it back.
+#include "auth/auth_order.h"
+
+#include "support/faults.h"
+#include "support/files.h"
+#include "support/log.h"
+
+#include <cerrno>
+#include <gmock/gmock.h>
+#include <tuple>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr XasAuthCfg SETTINGS = {.local = 1,
+                                 .nis = 2,
+                                 .ldap = 3,
+                                 .radius = 4,
+                                 .securid = 5,
+                                 .kerberos = 6,
+                                 .tacacs = 7,
+                                 .unused = 0,
+                                 .first_responding = 1,
+                                 .start_nis = 0};
+
+auto valuesOf(const XasAuthOrder &order)
+{
+    return std::tuple{order.local,   order.nis,      order.ldap,   order.radius,
+                      order.securid, order.kerberos, order.tacacs, order.firstResponding};
+}
+
+XasAuthOrder parsed(std::string_view text)
+{
+    XasAuthOrder order{};
+    xasParseAuthOrder(text, order);
+    return order;
+}
+
+class AuthOrderFile : public XasFilesTest {
+  protected:
+    XasAuthCfg cfgAuth = SETTINGS;
+    XasLogCapture log;
+    XasReplyStatus reply;
+};
+
+using AuthOrderFileDeathTest = AuthOrderFile;
+
+} // namespace
+
+TEST_F(AuthOrderFileDeathTest, NeedsItsPathAndItsValues)
+{
+    EXPECT_DEATH(xasEditAuthenOrderCfgFile(nullptr, &cfgAuth, &reply),
+                 "cfgFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditAuthenOrderCfgFile("/x", nullptr, &reply), "cfgAuth != \\(\\(void \\*\\)0\\)");
+}
+
+TEST_F(AuthOrderFile, MustExistAndTheMessageIsThenLeftAlone)
+{
+    cfgAuth.ldap = 9;
+    const std::string path = dir.path("order");
+    EXPECT_EQ(xasEditAuthenOrderCfgFile(path.c_str(), &cfgAuth, &reply), 1);
+    EXPECT_EQ(reply.rcode, 2U);
+    EXPECT_EQ(reply.rstr, "Error opening sysconfig/r58authconfig config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
+    EXPECT_EQ(cfgAuth.ldap, 9);
+    EXPECT_THAT(dir.names(), IsEmpty());
+}
+
+TEST_F(AuthOrderFile, StaysWhenItsTemporaryCannotBeMade)
+{
+    const std::string path = dir.write("order", "LOCAL=1\n");
+    dir.write("order.tmp/in the way", "");
+    EXPECT_EQ(xasEditAuthenOrderCfgFile(path.c_str(), &cfgAuth, &reply), 1);
+    EXPECT_EQ(reply.rcode, 2U);
+    EXPECT_EQ(reply.rstr, "Error opening sysconfig/r58authconfig config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening output file \"" + path + ".tmp\"\n")));
+    EXPECT_EQ(dir.read("order"), "LOCAL=1\n");
+}
+
+TEST_F(AuthOrderFile, StaysWhenItCannotBeSaved)
+{
+    const std::string path = dir.write("order", "LOCAL=1\n");
+    const XasFault fault{"rename", EIO, 1};
+    EXPECT_EQ(xasEditAuthenOrderCfgFile(path.c_str(), &cfgAuth, &reply), 1);
+    EXPECT_EQ(reply.rcode, 3U);
+    EXPECT_EQ(reply.rstr, "Error saving new r58authconfig config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
+    EXPECT_EQ(dir.read("order"), "LOCAL=1\n");
+}
+
+TEST_F(AuthOrderFile, IsWrittenAnewWithTheFirstResponderInItsFirstLine)
+{
+    const std::string path = dir.write("order", "# comment\nLOCAL=4\nOTHER=1\n");
+    EXPECT_EQ(xasEditAuthenOrderCfgFile(path.c_str(), &cfgAuth, &reply), 0);
+    EXPECT_EQ(dir.read("order"), "FIRSTRSP=1\nLOCAL=1\nNIS=2\nLDAP=3\nRADIUS=4\nSECURID=5\nKERBEROS=6\n"
+                                 "TACACS=7\n");
+    EXPECT_EQ(dir.read("order.old"), "# comment\nLOCAL=4\nOTHER=1\n");
+    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(AuthOrderFile, HasZeroForPositionsAboveSevenInTheFileAndInTheMessage)
+{
+    const std::string path = dir.write("order", "");
+    cfgAuth = {.local = 7,
+               .nis = 8,
+               .ldap = 9,
+               .radius = 10,
+               .securid = 127,
+               .kerberos = 128,
+               .tacacs = 255,
+               .unused = 77,
+               .first_responding = 0x80000000U,
+               .start_nis = 9};
+    EXPECT_EQ(xasEditAuthenOrderCfgFile(path.c_str(), &cfgAuth, &reply), 0);
+    EXPECT_EQ(dir.read("order"), "FIRSTRSP=1\nLOCAL=7\nNIS=0\nLDAP=0\nRADIUS=0\nSECURID=0\nKERBEROS=0\n"
+                                 "TACACS=0\n");
+    EXPECT_EQ(cfgAuth.local, 7);
+    for (const std::uint8_t position :
+         {cfgAuth.nis, cfgAuth.ldap, cfgAuth.radius, cfgAuth.securid, cfgAuth.kerberos, cfgAuth.tacacs})
+        EXPECT_EQ(position, 0);
+    EXPECT_EQ(cfgAuth.unused, 77);
+    EXPECT_EQ(cfgAuth.start_nis, 9U);
+}
+
+TEST(AuthOrderText, HasBlanksInFourLinesAndNoFirstResponderWhenWrittenDirectly)
+{
+    const XasAuthOrder order{.local = 1,
+                             .nis = 2,
+                             .ldap = 3,
+                             .radius = 4,
+                             .securid = 5,
+                             .kerberos = 6,
+                             .tacacs = 7,
+                             .firstResponding = 1};
+    EXPECT_EQ(xasAuthOrderText(order),
+              "LOCAL=1\nNIS=2\nLDAP=3 \nRADIUS=4\nSECURID=5 \nKERBEROS=6 \nTACACS=7 \n");
+    EXPECT_EQ(xasAuthOrderText({}),
+              "LOCAL=0\nNIS=0\nLDAP=0 \nRADIUS=0\nSECURID=0 \nKERBEROS=0 \nTACACS=0 \n");
+}
+
+TEST(AuthOrderText, PrintsPositionsAsSignedNumbers)
+{
+    XasAuthOrder order{};
+    order.nis = 0xFFFFFFFFU;
+    EXPECT_EQ(xasAuthOrderText(order),
+              "LOCAL=0\nNIS=-1\nLDAP=0 \nRADIUS=0\nSECURID=0 \nKERBEROS=0 \nTACACS=0 \n");
+}
+
+TEST(AuthOrderReader, TakesTheFormOfTheMessage)
+{
+    const auto order =
+        parsed("FIRSTRSP=1\nLOCAL=2\nNIS=3\nLDAP=4\nRADIUS=5\nSECURID=6\nKERBEROS=7\nTACACS=1\n");
+    EXPECT_EQ(valuesOf(order), std::tuple(2U, 3U, 4U, 5U, 6U, 7U, 1U, 1U));
+}
+
+TEST(AuthOrderReader, TakesTheFormOfTheDirectWriter)
+{
+    const XasAuthOrder written{.local = 7,
+                               .nis = 6,
+                               .ldap = 5,
+                               .radius = 4,
+                               .securid = 3,
+                               .kerberos = 2,
+                               .tacacs = 1,
+                               .firstResponding = 0};
+    EXPECT_EQ(valuesOf(parsed(xasAuthOrderText(written))), valuesOf(written));
+}
+
+TEST(AuthOrderReader, LeavesAloneWhatTheFileDoesNotName)
+{
+    XasAuthOrder order{};
+    order.radius = 5;
+    order.firstResponding = 1;
+    xasParseAuthOrder("LOCAL=1\n", order);
+    EXPECT_EQ(valuesOf(order), std::tuple(1U, 0U, 0U, 5U, 0U, 0U, 0U, 1U));
+    xasParseAuthOrder("", order);
+    EXPECT_EQ(valuesOf(order), std::tuple(1U, 0U, 0U, 5U, 0U, 0U, 0U, 1U));
+}
+
+TEST(AuthOrderReader, IgnoresLinesOfOtherKeysAndKeysWithoutNumber)
+{
+    const auto order = parsed("# LOCAL=1\nlocal=1\nNIS\nLDAP=\nRADIUS=none\nXTACACS=4\n=7\n\nKERBEROS 3\n");
+    EXPECT_EQ(valuesOf(order), std::tuple(0U, 0U, 0U, 0U, 0U, 0U, 0U, 0U));
+}
+
+TEST(AuthOrderReader, ComparesAKeyOverItsOwnLengthBehindLeadingBlanks)
+{
+    const auto order = parsed(" \t LOCALS=3\nNISPLUS = 4\nLDAP\t=\t 5 # six\n");
+    EXPECT_EQ(valuesOf(order), std::tuple(3U, 4U, 5U, 0U, 0U, 0U, 0U, 0U));
+}
+
+TEST(AuthOrderReader, KeepsTheLastValueOfAKey)
+{
+    EXPECT_EQ(parsed("LDAP=1\nLDAP=6\n").ldap, 6U);
+    EXPECT_EQ(parsed("LDAP=1\nLDAP=\n").ldap, 1U);
+}
+
+TEST(AuthOrderReader, CutsALineAtItsFirstCarriageReturnAndNeedsNoLineFeed)
+{
+    EXPECT_EQ(parsed("LOCAL=3\r\nNIS=2").local, 3U);
+    EXPECT_EQ(parsed("LOCAL=3\r\nNIS=2").nis, 2U);
+    EXPECT_EQ(parsed("LOCAL=\r4\n").local, 0U);
+}
+
+TEST(AuthOrderReader, TakesLargeNumbersAsTheyAre)
+{
+    EXPECT_EQ(parsed("LOCAL=12\n").local, 12U);
+}

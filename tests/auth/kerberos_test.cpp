@@ -1,0 +1,152 @@
+// Kerberos: the client's file from its template, and the line in the hosts file.
+#include "auth/kerberos.h"
+
+#include "support/faults.h"
+#include "support/files.h"
+#include "support/log.h"
+
+#include <cerrno>
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+XasKerberosPayload settings()
+{
+    XasKerberosPayload cfgKerberos{};
+    cfgKerberos.enabled = 1;
+    xasSetFieldText(cfgKerberos.realm, "EXAMPLE.NET");
+    xasSetFieldText(cfgKerberos.kdc, "kdc.example.net");
+    cfgKerberos.kdc_port = 65535;
+    cfgKerberos.use_ldap = 1;
+    return cfgKerberos;
+}
+
+class KerberosFiles : public XasFilesTest {
+  protected:
+    XasKerberosPayload cfgKerberos = settings();
+    XasLogCapture log;
+    XasReplyStatus reply;
+};
+
+using KerberosFilesDeathTest = KerberosFiles;
+
+} // namespace
+
+TEST_F(KerberosFilesDeathTest, NeedTheirPathsAndValues)
+{
+    EXPECT_DEATH(xasEditKerberosCfgFile(nullptr, "/x", &cfgKerberos, &reply),
+                 "cfgTemplateFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditKerberosCfgFile("/x", nullptr, &cfgKerberos, &reply),
+                 "cfgFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditKerberosCfgFile("/x", "/x", nullptr, &reply), "cfgKerberos != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasAddLinetoHostsFile(nullptr, "a", "c", "a", &reply),
+                 "cfgFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasAddLinetoHostsFile("/x", nullptr, "c", "a", &reply), "address != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasAddLinetoHostsFile("/x", "a", nullptr, "a", &reply),
+                 "canonical_name != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasAddLinetoHostsFile("/x", "a", "c", nullptr, &reply), "alias != \\(\\(void \\*\\)0\\)");
+}
+
+TEST_F(KerberosFiles, ClientFileNeedsItsTemplate)
+{
+    EXPECT_EQ(xasEditKerberosCfgFile("/missing", dir.write("krb5.conf", "old").c_str(), &cfgKerberos, &reply),
+              1);
+    EXPECT_EQ(reply.rcode, 2U);
+    EXPECT_EQ(reply.rstr, "Error opening krb5.conf.tempalte file for read");
+    EXPECT_EQ(dir.read("krb5.conf"), "old");
+}
+
+TEST_F(KerberosFiles, ClientFileThatCannotBeOpenedOrWrittenIsTold)
+{
+    const std::string templateFile = dir.write("template", "x");
+    EXPECT_EQ(xasEditKerberosCfgFile(templateFile.c_str(), dir.path("no/krb5").c_str(), &cfgKerberos, &reply),
+              1);
+    EXPECT_EQ(reply.rcode, 2U);
+    EXPECT_EQ(reply.rstr, "Error opening krb5.conf file for write");
+    EXPECT_EQ(xasEditKerberosCfgFile(templateFile.c_str(), "/dev/full", &cfgKerberos, &reply), 1);
+    EXPECT_EQ(reply.rcode, 3U);
+    EXPECT_EQ(reply.rstr, "Error writing to krb5.conf file");
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(KerberosFiles, ClientFileIsRemovedWhenDisabled)
+{
+    cfgKerberos.enabled = 0;
+    const std::string path = dir.write("krb5.conf", "old");
+    EXPECT_EQ(xasEditKerberosCfgFile("/missing", path.c_str(), &cfgKerberos, &reply), 0);
+    EXPECT_THAT(dir.names(), IsEmpty());
+}
+
+TEST_F(KerberosFiles, ClientFileIsReadableByAll)
+{
+    const std::string path = dir.path("krb5.conf");
+    EXPECT_EQ(xasEditKerberosCfgFile(dir.write("template", "realm $(REALM)\n").c_str(), path.c_str(),
+                                     &cfgKerberos, &reply),
+              0);
+    EXPECT_EQ(dir.read("krb5.conf"), "realm EXAMPLE.NET\n");
+    EXPECT_EQ(xasModeOf(path), 0644U);
+}
+
+TEST_F(KerberosFiles, HostsFileMustExist)
+{
+    const std::string path = dir.path("hosts");
+    EXPECT_EQ(xasAddLinetoHostsFile(path.c_str(), "10.0.0.1", "kdc", "kdc", &reply), 1);
+    EXPECT_EQ(reply.rcode, 2U);
+    EXPECT_EQ(reply.rstr, "Error opening /etc/hosts file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
+}
+
+TEST_F(KerberosFiles, HostsFileStaysWhenItCannotBeSaved)
+{
+    const std::string path = dir.write("hosts", "127.0.0.1 localhost\n");
+    const XasFault fault{"rename", EIO, 1};
+    EXPECT_EQ(xasAddLinetoHostsFile(path.c_str(), "10.0.0.1", "kdc", "kdc", &reply), 1);
+    EXPECT_EQ(reply.rcode, 3U);
+    EXPECT_EQ(reply.rstr, "Error saving new /etc/hosts file");
+    EXPECT_EQ(dir.read("hosts"), "127.0.0.1 localhost\n");
+}
+
+TEST_F(KerberosFiles, HostsFileHasOneLineForTheNameHoweverOftenItIsSaved)
+{
+    const std::string path = dir.write("hosts", "127.0.0.1 localhost\n10.0.0.1 kdc.example.net old\n");
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(
+            xasAddLinetoHostsFile(path.c_str(), "10.0.0.44", "kdc.example.net", "kdc.example.net", &reply),
+            0);
+        EXPECT_EQ(dir.read("hosts"), "127.0.0.1 localhost\n10.0.0.44    kdc.example.net  kdc.example.net\n");
+    }
+}
+
+TEST(HostsTextWithLine, DropsEveryLineThatHoldsTheNameAnywhereButComments)
+{
+    EXPECT_EQ(xasHostsTextWithLine("# kdc comment\n1.1.1.1 kdc\n2.2.2.2 mykdc2\n3.3.3.3 a b kdc.x\n # kdc\n"
+                                   "4.4.4.4 KDC\n\n",
+                                   "fd00::1", "kdc", "alias"),
+              "# kdc comment\n4.4.4.4 KDC\n\nfd00::1    kdc  alias\n");
+}
+
+TEST(HostsTextWithLine, JoinsTheLineToALastOneWithoutLineFeed)
+{
+    EXPECT_EQ(xasHostsTextWithLine("1.1.1.1 a", "2.2.2.2", "b", "c"), "1.1.1.1 a2.2.2.2    b  c\n");
+}
+
+TEST(KerberosText, HasEveryPlaceholderReplaced)
+{
+    EXPECT_EQ(xasKerberosText("[$(REALM)] $(REALM)\nkdc = $(KDC_FQDN):$(KDC_PORT)\nuse_ldap = $(USE_LDAP)\n"
+                              "$(OTHER)\n",
+                              settings()),
+              "[EXAMPLE.NET] EXAMPLE.NET\nkdc = kdc.example.net:65535\nuse_ldap = 1\n$(OTHER)\n");
+}
+
+TEST(KerberosText, ReadsFieldsWithoutEndUpToTheirWidth)
+{
+    XasKerberosPayload cfgKerberos = settings();
+    std::string(257, 'R').copy(cfgKerberos.realm, 257);
+    std::string(258, 'k').copy(cfgKerberos.kdc, 258);
+    cfgKerberos.use_ldap = 0xFFFFFFFFU;
+    EXPECT_EQ(xasKerberosText("$(REALM) $(KDC_FQDN) $(USE_LDAP)", cfgKerberos),
+              std::string(257, 'R') + " " + std::string(258, 'k') + " -1");
+}

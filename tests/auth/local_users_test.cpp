@@ -1,0 +1,90 @@
+// Which logins are accepted, and the account commands.
+#include "auth/local_users.h"
+
+#include <cstring>
+#include <gmock/gmock.h>
+
+namespace {
+
+XasUserRecord userOf(std::string_view login, std::string_view password, std::uint32_t uid)
+{
+    XasUserRecord user{};
+    login.copy(user.login, sizeof user.login);
+    password.copy(user.password, sizeof user.password);
+    user.uid = uid;
+    return user;
+}
+
+} // namespace
+
+TEST(Login, IsRefusedWhenItCouldBeAnOptionAPathOrSeveralWords)
+{
+    for (const std::string_view login : {"", "-", "-r", "--help", "/", "a/b", "../x", "/etc/passwd", "a b",
+                                         " a", "a ", "a\tb", "a\nb", "a\r", "\x7f", "a\x01"})
+        EXPECT_FALSE(xasIsValidLogin(login)) << login;
+}
+
+TEST(Login, IsAcceptedWithAnyOtherCharacters)
+{
+    for (const std::string_view login :
+         {"a", "alice", "Bob-2", "a.b_c", "sysadmin", "..", ".", "$(reboot)", "a;b", "a'b", "a\"b", "`x`",
+          "a|b&c>d", "\xc3\xa4", "a*", "~root", "%s"})
+        EXPECT_TRUE(xasIsValidLogin(login)) << login;
+}
+
+TEST(AccountCommand, OfTheAdministratorNamesGroupAndCommentAndAlwaysAPassword)
+{
+    EXPECT_EQ(xasAddUserCommand(userOf("sysadmin", "$1$ab$cd", 200)).str(),
+              "/bin/adduser -D -H -u 200 -G root -s /bin/cli -g \"System Administrator\" -h / -p '$1$ab$cd' "
+              "sysadmin");
+    EXPECT_EQ(xasAddUserCommand(userOf("sysadmin", "", 0)).str(),
+              "/bin/adduser -D -H -u 0 -G root -s /bin/cli -g \"System Administrator\" -h / -p '' sysadmin");
+}
+
+TEST(AccountCommand, OfAnotherUserHasAPasswordWhenThereIsOne)
+{
+    EXPECT_EQ(xasAddUserCommand(userOf("alice", "$1$ab$cd", 501)).str(),
+              "/bin/adduser -D -H -u 501 -s /bin/cli -h / -p '$1$ab$cd' alice");
+    EXPECT_EQ(xasAddUserCommand(userOf("alice", "", 501)).str(),
+              "/bin/adduser -D -H -u 501 -s /bin/cli -h / alice");
+}
+
+TEST(AccountCommand, OfAnEditedAdministratorLosesGroupAndComment)
+{
+    EXPECT_EQ(xasEditUserCommand(userOf("sysadmin", "x", 200)).str(),
+              "/bin/adduser -D -H -u 200 -s /bin/cli -h / -p 'x' sysadmin");
+    EXPECT_EQ(xasEditUserCommand(userOf("sysadmin", "", 200)).str(),
+              "/bin/adduser -D -H -u 200 -s /bin/cli -h / sysadmin");
+}
+
+TEST(AccountCommand, OfANewPasswordHasAnEmptyOneToo)
+{
+    EXPECT_EQ(xasPasswordUserCommand(userOf("alice", "", 501)).str(),
+              "/bin/adduser -D -H -u 501 -s /bin/cli -h / -p '' alice");
+}
+
+TEST(AccountCommand, PrintsTheUserIdAsASignedNumber)
+{
+    EXPECT_EQ(xasAddUserCommand(userOf("alice", "", 4294967295U)).str(),
+              "/bin/adduser -D -H -u -1 -s /bin/cli -h / alice");
+}
+
+TEST(AccountCommand, QuotesWhatTheShellWouldRead)
+{
+    EXPECT_EQ(xasAddUserCommand(userOf("a;reboot", "p'; reboot; '", 501)).str(),
+              "/bin/adduser -D -H -u 501 -s /bin/cli -h / -p 'p'\\''; reboot; '\\''' 'a;reboot'");
+    EXPECT_EQ(xasAddUserCommand(userOf("a'b", "$(x)`y`\\\"", 501)).str(),
+              "/bin/adduser -D -H -u 501 -s /bin/cli -h / -p '$(x)`y`\\\"' 'a'\\''b'");
+}
+
+TEST(AccountCommand, ReadsFieldsWithoutEndUpToTheirWidth)
+{
+    const XasUserRecord user = userOf(std::string(33, 'l'), std::string(67, 'p'), 4294967295U);
+    EXPECT_EQ(xasAddUserCommand(user).str(), "/bin/adduser -D -H -u -1 -s /bin/cli -h / -p '" +
+                                                 std::string(67, 'p') + "' " + std::string(33, 'l'));
+}
+
+TEST(AccountCommand, IsNotRunWhenQuotingMakesItLongerThan255Characters)
+{
+    EXPECT_EQ(xasRunAccountCommand(xasPasswordUserCommand(userOf("a", std::string(66, '\''), 1))), -1);
+}

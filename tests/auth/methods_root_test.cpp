@@ -1,0 +1,473 @@
+// The handlers of NIS, LDAP, RADIUS, Kerberos and TACACS+: order of work, failures, what is left how.
+#include "auth/kerberos.h"
+#include "auth/ldap.h"
+#include "auth/nis.h"
+#include "auth/radius.h"
+#include "auth/tacacs.h"
+#include "support/hosts.h"
+#include "support/login_files.h"
+#include "support/stub.h"
+
+#include <unistd.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+XasMessageBuilder nisMessage()
+{
+    return XasMessageBuilder{XMSG_NIS}
+        .word(120, 1)
+        .bytes(125, "eng")
+        .bytes(232, xasHostBytes(xasNamedHost("nis0")));
+}
+
+class UpdateNis : public XasLoginFilesTest {
+  protected:
+    UpdateNis()
+    {
+        dir.write("yp", "old\n");
+        dir.write("network", "A=1\n");
+        stubs.put("/bin/domainname");
+    }
+
+    int update(const XasMessage &msg) { return handle(xasUpdateNisCfg, msg, TYPES); }
+
+    const std::vector<std::string> TYPES = {"yp", "network", "system-auth", "nsswitch"};
+    XasStubs stubs;
+};
+
+class UpdateLdap : public XasLoginFilesTest {
+  protected:
+    UpdateLdap()
+    {
+        dir.write("openldap", "HOST old\n");
+        dir.write("ldap", "old\n");
+        dir.write("ldaptmpl", "host $(HOST)\n");
+        std::filesystem::remove_all("/www/xml");
+        std::filesystem::remove_all("/tmp/.save");
+        std::filesystem::create_directories("/etc/openldap");
+    }
+
+    int update(const XasMessage &msg) { return handle(xasUpdateLdapCfg, msg, TYPES); }
+
+    static void link(const char *name, const std::string &target)
+    {
+        std::filesystem::create_directories("/www/xml");
+        ASSERT_EQ(::symlink(target.c_str(), (std::string{"/www/xml/"} + name).c_str()), 0);
+    }
+
+    static XasMessage message()
+    {
+        return XasMessageBuilder{XMSG_LDAP}.word(120, 1).bytes(128, xasHostBytes(xasNamedHost("l1"))).build();
+    }
+
+    const std::vector<std::string> TYPES = {"openldap", "ldap", "ldaptmpl", "nsswitch", "system-auth"};
+    XasStubs stubs;
+};
+
+class UpdateRadius : public XasLoginFilesTest {
+  protected:
+    UpdateRadius() { dir.write("radius", "# c\nold 1 2\n"); }
+
+    const std::vector<std::string> TYPES = {"radius", "nsswitch", "system-auth"};
+};
+
+class UpdateKerberos : public XasLoginFilesTest {
+  protected:
+    UpdateKerberos()
+    {
+        dir.write("krb5tmpl", "realm $(REALM)\n");
+        dir.write("krb5", "old\n");
+        dir.write("hosts", "127.0.0.1 localhost\n");
+    }
+
+    int update(const XasMessage &msg) { return handle(xasUpdateKerberosCfg, msg, TYPES); }
+
+    static XasMessageBuilder message()
+    {
+        return XasMessageBuilder{XMSG_KERBEROS}
+            .word(120, 1)
+            .bytes(125, "R")
+            .bytes(382, "kdc.x")
+            .bytes(644, std::string_view{"\x0a\0\0\x2c", 4});
+    }
+
+    const std::vector<std::string> TYPES = {"krb5tmpl", "krb5", "nsswitch", "system-auth", "hosts"};
+};
+
+class UpdateTacacs : public XasLoginFilesTest {
+  protected:
+    UpdateTacacs()
+    {
+        dir.write("tacplustmpl", "server1 = $(SERVER_1)\n");
+        dir.write("tacplus", "old\n");
+    }
+
+    int update(const XasMessage &msg) { return handle(xasUpdateTacacsCfg, msg, TYPES); }
+
+    const std::vector<std::string> TYPES = {"tacplustmpl", "tacplus", "nsswitch", "system-auth"};
+};
+
+using UpdateMethodDeathTest = XasLoginFilesTest;
+
+} // namespace
+
+TEST_F(UpdateMethodDeathTest, AHandlerNeedsAMessageOfItsTypeAndAList)
+{
+    struct Case {
+        XasUpdateHandler handler;
+        std::uint32_t msgtype;
+        const char *text;
+    };
+    const Case cases[] = {
+        {xasUpdateNisCfg, XMSG_NIS, "XMSG_NIS == msg->xH.msgtype"},
+        {xasUpdateLdapCfg, XMSG_LDAP, "XMSG_LDAP == msg->xH.msgtype"},
+        {xasUpdateRadiusCfg, XMSG_RADIUS, "XMSG_RADIUS == msg->xH.msgtype"},
+        {xasUpdateKerberosCfg, XMSG_KERBEROS, "XMSG_KERBEROS == msg->xH.msgtype"},
+        {xasUpdateTacacsCfg, XMSG_TACACS, "XMSG_TACACS == msg->xH.msgtype"},
+    };
+    const XasCfgFileList list;
+    for (const Case &c : cases) {
+        XasMessage msg = XasMessageBuilder{c.msgtype}.build();
+        XasMessage other = XasMessageBuilder{XMSG_DNS}.build();
+        EXPECT_DEATH(c.handler(nullptr, &list, &reply), "msg != \\(\\(void \\*\\)0\\)");
+        EXPECT_DEATH(c.handler(&other, &list, &reply), c.text);
+        EXPECT_DEATH(c.handler(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
+    }
+}
+
+TEST_F(UpdateNis, NeedsItsFourFiles)
+{
+    expectMissing(xasUpdateNisCfg, nisMessage().build(), TYPES,
+                  {"Error determining yp.conf config file\n", "Error determining network config file\n",
+                   "Error determining system-auth config file\n",
+                   "Error determining nsswitch.conf config file\n"});
+    EXPECT_EQ(dir.read("yp"), "old\n");
+    EXPECT_THAT(stubs.calls(), IsEmpty());
+}
+
+TEST_F(UpdateNis, GoesOnAfterAFailureAndKeepsTheLastReason)
+{
+    std::remove(dir.path("yp").c_str());
+    std::remove(dir.path("network").c_str());
+    EXPECT_EQ(update(nisMessage().build()), 1);
+    expectReply(2, "Error opening sysconfig/network config file");
+    EXPECT_THAT(log.lines(),
+                ElementsAre(openFailed("yp"), xasErrorLine("Error editing yp.conf config file\n"),
+                            openFailed("network"), xasErrorLine("Error editing network config file\n")));
+    expectDerivedFiles();
+}
+
+TEST_F(UpdateNis, FailsWithTheClientFileAlone)
+{
+    std::remove(dir.path("yp").c_str());
+    EXPECT_EQ(update(nisMessage().build()), 1);
+    expectReply(2, "Error opening yp.conf config file");
+    EXPECT_EQ(dir.read("network"), "A=1\nNISDOMAIN=eng");
+    EXPECT_TRUE(stubs.await(1));
+}
+
+TEST_F(UpdateNis, WritesItsFilesAndStartsTheDomainProgramWithItsOwnName)
+{
+    EXPECT_EQ(update(nisMessage().build()), 0);
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(), IsEmpty());
+    EXPECT_EQ(dir.read("yp"), "# /etc/yp.conf - ypbind configuration file\ndomain eng server nis0 \n"
+                              "ypserver 0.0.0.0 \nypserver 0.0.0.0 \nypserver 0.0.0.0 \nypserver 0.0.0.0 \n"
+                              "ypserver 0.0.0.0 \n");
+    EXPECT_EQ(dir.read("network"), "A=1\nNISDOMAIN=eng");
+    expectDerivedFiles();
+    ASSERT_TRUE(stubs.await(1));
+    EXPECT_EQ(stubs.calls().front().back(), "eng");
+    EXPECT_EQ(stubs.calls().front().size(), 2U);
+}
+
+TEST_F(UpdateNis, StartsTheDomainProgramUnderItsBareName)
+{
+    std::filesystem::remove("/bin/domainname");
+    std::filesystem::copy_file("/bin/sh", "/bin/domainname");
+    xasWriteFile("/tmp/eng",
+                 "tr '\\0' ' ' </proc/$$/cmdline >/tmp/eng.called && mv /tmp/eng.called /tmp/eng.words\n");
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_NIS}.bytes(125, "/tmp/eng").build()), 0);
+    ASSERT_TRUE(xasEventually([] { return xasExists("/tmp/eng.words"); }));
+    EXPECT_EQ(xasReadFile("/tmp/eng.words"), "domainname /tmp/eng ");
+}
+
+TEST_F(UpdateNis, StartsNoDomainProgramForAnEmptyDomain)
+{
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_NIS}.build()), 0);
+    EXPECT_EQ(dir.read("network"), "A=1\n");
+    EXPECT_THAT(stubs.calls(), IsEmpty());
+}
+
+TEST_F(UpdateNis, GivesADomainWithShellCharactersToTheProgramAsOneWord)
+{
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_NIS}.bytes(125, "a b; touch /tmp/owned").build()), 0);
+    ASSERT_TRUE(stubs.await(1));
+    EXPECT_EQ(stubs.calls().front().back(), "a b; touch /tmp/owned");
+    EXPECT_FALSE(xasExists("/tmp/owned"));
+}
+
+TEST_F(UpdateLdap, NeedsItsFiveFiles)
+{
+    expectMissing(xasUpdateLdapCfg, message(), TYPES,
+                  {"Error determining openldap config file\n", "Error determining ldap config file\n",
+                   "Error determining ldap config template file\n",
+                   "Error determining nsswitch.conf config file\n",
+                   "Error determining ldap SysAuth config file\n"});
+    EXPECT_EQ(dir.read("openldap"), "HOST old\n");
+    EXPECT_EQ(dir.read("ldap"), "old\n");
+}
+
+TEST_F(UpdateLdap, GoesOnAfterAFailure)
+{
+    std::remove(dir.path("openldap").c_str());
+    std::remove(dir.path("ldaptmpl").c_str());
+    EXPECT_EQ(update(message()), 1);
+    expectReply(2, "Error opening ldap.conf.tempalte file for read");
+    EXPECT_THAT(log.lines(),
+                ElementsAre(openFailed("openldap"), xasErrorLine("Error editing openldap config file\n"),
+                            xasErrorLine("Error editing ldap config file\n")));
+    expectDerivedFiles();
+}
+
+TEST_F(UpdateLdap, FailsWithoutReasonWhenTheTemplateIsEmpty)
+{
+    dir.write("ldaptmpl", "");
+    EXPECT_EQ(update(message()), 1);
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error editing ldap config file\n")));
+    EXPECT_EQ(dir.read("ldap"), "old\n");
+}
+
+TEST_F(UpdateLdap, RemovesTheClientFileWhenDisabled)
+{
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_LDAP}.build()), 0);
+    EXPECT_FALSE(dir.has("ldap"));
+    EXPECT_EQ(dir.read("openldap"), "");
+    expectDerivedFiles();
+}
+
+TEST_F(UpdateLdap, PointsToTheTlsMaterialOfTheWebFrontEndAndRunsNoConversion)
+{
+    stubs.put("/usr/bin/openssl");
+    link("ldap_ca.lnk", "ca.pem");
+    link("ldap_key.lnk", std::string(128, 'k'));
+    EXPECT_EQ(update(message()), 0);
+    EXPECT_EQ(dir.read("ldap"), "host l1 0.0.0.0\ntls_cacert /www/xml/ca.pem\ntls_key /www/xml/" +
+                                    std::string(128, 'k') + "\n");
+    EXPECT_EQ(xasModeOf(dir.path("ldap")), 0600U);
+    EXPECT_THAT(stubs.calls(), IsEmpty());
+}
+
+TEST_F(UpdateLdap, HasTheTlsMaterialBetweenTheBindingAndTheMappings)
+{
+    link("ldap_cert.lnk", "c.pem");
+    const XasMessage msg = XasMessageBuilder{XMSG_LDAP}
+                               .word(120, 1)
+                               .bytes(128, xasHostBytes(xasNamedHost("l1")))
+                               .word(924, 1)
+                               .word(932, 636)
+                               .word(940, 1)
+                               .bytes(944, "cn")
+                               .bytes(975, "group")
+                               .bytes(1006, "member")
+                               .word(1040, 1)
+                               .build();
+    EXPECT_EQ(update(msg), 0);
+    EXPECT_EQ(dir.read("ldap"), "host l1 0.0.0.0\n"
+                                "\n# Non-standard option: insert current login into bind name\n"
+                                "bind_with_login yes\n"
+                                "\nssl on\n"
+                                "tls_cert /www/xml/c.pem\n"
+                                "\nnss_map_attribute uid cn\n"
+                                "\nnss_map_objectclass posixGroup group\n"
+                                "\nnss_map_attribute memberUID member\n");
+}
+
+TEST_F(UpdateLdap, SkipsWhatIsNoLinkAndCutsALongTarget)
+{
+    xasWriteFile("/www/xml/ldap_ca.lnk", "a file");
+    link("ldap_cert.lnk", std::string(130, 'c'));
+    EXPECT_EQ(update(message()), 0);
+    EXPECT_EQ(dir.read("ldap"), "host l1 0.0.0.0\ntls_cert /www/xml/" + std::string(128, 'c') + "\n");
+}
+
+TEST_F(UpdateLdap, ConvertsTheTlsMaterialInFipsMode)
+{
+    xasWriteFile("/tmp/.save/fips_mode", "");
+    xasWriteFile("/etc/openldap/ca.der", "old");
+    stubs.put("/usr/bin/openssl", 0, "test ! -e /etc/openldap/ca.der && touch $7; shift 6; touch $1");
+    link("ldap_ca.lnk", "ca.pem");
+    link("ldap_cert.lnk", "c;touch /tmp/owned");
+    link("ldap_key.lnk", "key.pem");
+    EXPECT_EQ(update(message()), 0);
+    EXPECT_EQ(dir.read("ldap"),
+              "host l1 0.0.0.0\n"
+              "tls_cipher_suite AES256-SHA:AES256-SHA256:AES128-SHA:AES128-SHA256:AES256-GCM-SHA384:"
+              "AES128-GCM-SHA256:DES-CBC3-SHA\n"
+              "tls_cacert /etc/openldap/ca.der\n"
+              "tls_cert /etc/openldap/cert.der\n"
+              "tls_key /etc/openldap/key.der\n");
+    EXPECT_THAT(stubs.calls(),
+                ElementsAre(ElementsAre("/usr/bin/openssl", "x509", "-in", "/www/xml/ca.pem", "-outform",
+                                        "der", "-out", "/etc/openldap/ca.der"),
+                            ElementsAre("/usr/bin/openssl", "x509", "-in", "/www/xml/c;touch /tmp/owned",
+                                        "-outform", "der", "-out", "/etc/openldap/cert.der"),
+                            ElementsAre("/usr/bin/openssl", "rsa", "-in", "/www/xml/key.pem", "-outform",
+                                        "der", "-out", "/etc/openldap/key.der")));
+    EXPECT_FALSE(xasExists("/tmp/owned"));
+    EXPECT_EQ(xasModeOf("/etc/openldap/key.der"), 0600U);
+    EXPECT_EQ(xasModeOf("/etc/openldap/ca.der"), 0644U);
+}
+
+TEST_F(UpdateLdap, LeavesOutWhatCannotBeConverted)
+{
+    xasWriteFile("/tmp/.save/fips_mode", "");
+    for (const char *file : {"ca", "cert", "key"})
+        xasWriteFile("/etc/openldap/" + std::string{file} + ".der", "old");
+    stubs.put("/usr/bin/openssl", 1);
+    for (const char *name : {"ldap_ca.lnk", "ldap_cert.lnk", "ldap_key.lnk"})
+        link(name, "x.pem");
+    EXPECT_EQ(update(message()), 0);
+    EXPECT_EQ(dir.read("ldap"),
+              "host l1 0.0.0.0\n"
+              "tls_cipher_suite AES256-SHA:AES256-SHA256:AES128-SHA:AES128-SHA256:AES256-GCM-SHA384:"
+              "AES128-GCM-SHA256:DES-CBC3-SHA\n");
+    EXPECT_THAT(
+        log.lines(),
+        ElementsAre(xasErrorLine("Error converting LDAP TLS Certificate Authority file to DER format"),
+                    xasErrorLine("Error converting LDAP TLS Certificate file to DER format"),
+                    xasErrorLine("Error converting LDAP TLS Key file to DER format")));
+    EXPECT_FALSE(xasExists("/etc/openldap/key.der"));
+}
+
+TEST_F(UpdateRadius, NeedsItsThreeFiles)
+{
+    expectMissing(xasUpdateRadiusCfg, XasMessageBuilder{XMSG_RADIUS}.build(), TYPES,
+                  {"Error determining openldap config file\n",
+                   "Error determining nsswitch.conf config file\n",
+                   "Error determining system-auth config file\n"});
+    EXPECT_EQ(dir.read("radius"), "# c\nold 1 2\n");
+}
+
+TEST_F(UpdateRadius, GoesOnAfterAFailure)
+{
+    std::remove(dir.path("radius").c_str());
+    EXPECT_EQ(handle(xasUpdateRadiusCfg, XasMessageBuilder{XMSG_RADIUS}.build(), TYPES), 1);
+    expectReply(2, "Error opening /etc/raddb/server file");
+    EXPECT_THAT(log.lines(),
+                ElementsAre(openFailed("radius"), xasErrorLine("Error editing ldap config file\n")));
+    expectDerivedFiles();
+}
+
+TEST_F(UpdateRadius, WritesItsServers)
+{
+    const XasMessage msg = XasMessageBuilder{XMSG_RADIUS}
+                               .word(120, 1)
+                               .bytes(128, xasHostBytes(xasNamedHost("rad1")))
+                               .bytes(204, "one")
+                               .half(334, 1812)
+                               .bytes(336, xasHostBytes(xasHostWithAddress("10.0.0.2")))
+                               .bytes(412, "two")
+                               .half(542, 1645)
+                               .byte(544, 7)
+                               .build();
+    EXPECT_EQ(handle(xasUpdateRadiusCfg, msg, TYPES), 0);
+    EXPECT_EQ(dir.read("radius"), "# c\nrad1:1812   one    7\n10.0.0.2:1645    two    7\n");
+    EXPECT_EQ(xasModeOf(dir.path("radius")), 0600U);
+    EXPECT_THAT(log.lines(), IsEmpty());
+    expectDerivedFiles();
+}
+
+TEST_F(UpdateKerberos, NeedsItsFiveFiles)
+{
+    expectMissing(xasUpdateKerberosCfg, message().build(), TYPES,
+                  {"Error determining kerberos config template file\n",
+                   "Error determining kerberos config file\n",
+                   "Error determining nsswitch.conf config file\n",
+                   "Error determining system-auth config file\n", "Error determining system hosts file\n"});
+    EXPECT_EQ(dir.read("krb5"), "old\n");
+}
+
+TEST_F(UpdateKerberos, GoesOnAfterAFailure)
+{
+    std::remove(dir.path("krb5tmpl").c_str());
+    std::remove(dir.path("hosts").c_str());
+    EXPECT_EQ(update(message().build()), 1);
+    expectReply(2, "Error opening /etc/hosts file");
+    EXPECT_THAT(log.lines(),
+                ElementsAre(xasErrorLine("Error editing " + dir.path("krb5") + "\n"), openFailed("hosts"),
+                            xasErrorLine("Error editing " + dir.path("hosts") + "\n")));
+    expectDerivedFiles();
+}
+
+TEST_F(UpdateKerberos, WritesItsFileAndTheHostsLine)
+{
+    EXPECT_EQ(update(message().build()), 0);
+    EXPECT_EQ(dir.read("krb5"), "realm R\n");
+    EXPECT_EQ(dir.read("hosts"), "127.0.0.1 localhost\n10.0.0.44    kdc.x  kdc.x\n");
+    EXPECT_THAT(log.lines(), IsEmpty());
+    expectDerivedFiles();
+}
+
+TEST_F(UpdateKerberos, NeedsNameAndAddressForAHostsLine)
+{
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_KERBEROS}.word(120, 1).bytes(382, "kdc.x").build()), 0);
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_KERBEROS}.word(120, 1).word(644, 77).build()), 0);
+    EXPECT_EQ(dir.read("hosts"), "127.0.0.1 localhost\n");
+    EXPECT_FALSE(dir.has("hosts.old"));
+}
+
+TEST_F(UpdateKerberos, RemovesItsFileWhenDisabledButStillWritesTheHostsLine)
+{
+    EXPECT_EQ(update(message().word(120, 0).build()), 0);
+    EXPECT_FALSE(dir.has("krb5"));
+    EXPECT_EQ(dir.read("hosts"), "127.0.0.1 localhost\n10.0.0.44    kdc.x  kdc.x\n");
+}
+
+TEST_F(UpdateTacacs, NeedsItsTwoFilesBeforeAnythingIsDone)
+{
+    const XasMessage msg = XasMessageBuilder{XMSG_TACACS}.build();
+    EXPECT_EQ(handle(xasUpdateTacacsCfg, msg, {"tacplus", "nsswitch", "system-auth"}), 1);
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining tacplus config template file\n")));
+    EXPECT_EQ(handle(xasUpdateTacacsCfg, msg, {"tacplustmpl", "nsswitch", "system-auth"}), 1);
+    EXPECT_THAT(log.lines(),
+                testing::Contains(xasErrorLine("Error determining tacplus config file\n")).Times(1));
+    EXPECT_EQ(dir.read("tacplus"), "old\n");
+}
+
+TEST_F(UpdateTacacs, HasWrittenItsFileWhenOneOfTheOthersIsMissing)
+{
+    const XasMessage msg = XasMessageBuilder{XMSG_TACACS}.build();
+    EXPECT_EQ(handle(xasUpdateTacacsCfg, msg, {"tacplustmpl", "tacplus", "system-auth"}), 1);
+    expectReply(0, "");
+    EXPECT_THAT(log.take(), testing::Contains(xasErrorLine("Error determining nsswitch.conf config file\n")));
+    EXPECT_EQ(dir.read("tacplus"), "server1 = 0.0.0.0\n");
+    EXPECT_EQ(dir.read("system-auth"), "old pam\n");
+    EXPECT_EQ(handle(xasUpdateTacacsCfg, msg, {"tacplustmpl", "tacplus", "nsswitch"}), 1);
+    EXPECT_THAT(log.take(), testing::Contains(xasErrorLine("Error determining system-auth config file\n")));
+    EXPECT_EQ(dir.read("nsswitch"), "passwd: old\n");
+}
+
+TEST_F(UpdateTacacs, GoesOnAfterAFailure)
+{
+    std::remove(dir.path("tacplustmpl").c_str());
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_TACACS}.build()), 1);
+    expectReply(2, "Error opening tacplus.conf.tempalte file for read");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error editing " + dir.path("tacplus") + "\n")));
+    expectDerivedFiles();
+}
+
+TEST_F(UpdateTacacs, WritesItsFile)
+{
+    const XasMessage msg =
+        XasMessageBuilder{XMSG_TACACS}.bytes(128, xasHostBytes(xasHostWithAddress("fd00::1"))).build();
+    EXPECT_EQ(update(msg), 0);
+    EXPECT_EQ(dir.read("tacplus"), "server1 = [fd00::1]\n");
+    EXPECT_EQ(xasModeOf(dir.path("tacplus")), 0600U);
+    EXPECT_THAT(log.lines(), IsEmpty());
+    expectDerivedFiles();
+}

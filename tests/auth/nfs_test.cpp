@@ -1,0 +1,333 @@
+// Remote directories: the list of their servers and their lines in the file-system table.
+#include "auth/nfs.h"
+
+#include "support/faults.h"
+#include "support/files.h"
+#include "support/growth.h"
+#include "support/log.h"
+#include "wire/address.h"
+
+#include <arpa/inet.h>
+#include <cerrno>
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr std::uint32_t NONE = XAS_NO_IPV4;
+
+const XasLogLine EMPTY_PATH = xasWarningLine("Ignoring NFS mount with empty path\n");
+const XasLogLine TOO_LONG = xasErrorLine("NFS entry exceeds memory limits");
+
+/** A table as it may have grown on an appliance, by hand and by earlier settings. */
+constexpr const char *LIFELIKE =
+    "# /etc/fstab: static file system information.\n"
+    "#\n"
+    "# <file system> <mount point>   <type>  <options>       <dump>  <pass>\n"
+    "/dev/root\t/\text4\tro,noatime\t0 1\n"
+    "proc            /proc           proc    defaults        0       0\n"
+    "\n"
+    "192.168.10.20:/export/logs\t /var/nfsmounts/logs\t nfs\t defaults,nodev,soft,intr,nolock,ro 0 0\n"
+    "  10.0.0.7:/old /var/nfsmounts/old nfs defaults 0 0\n"
+    "#10.0.0.8:/kept\t /var/nfsmounts/kept\t nfs\t defaults 0 0\n"
+    " # an nfs comment that does not begin its line\n"
+    "server:/v4 /mnt/v4 nfs4 defaults 0 0\n"
+    "tmpfs /var/nfsmounts/nfs tmpfs nfs 0 0\n"
+    "//server/share /mnt/share cifs guest 0 0\n";
+
+XasNfsShare share(std::string remote, std::string local, bool readWrite = true)
+{
+    return {.remote = std::move(remote), .local = std::move(local), .readWrite = readWrite, .used = true};
+}
+
+/** A share whose line has `length` characters, the line feed included. */
+XasNfsShare shareOfLength(std::size_t length, bool readWrite)
+{
+    // a TAB and a blank three times, "nfs", the options, a blank, "0 0" and the line feed
+    const std::size_t rest = 6 + 3 + (readWrite ? 31 : 34) + 1 + 3 + 1;
+    return share("s:/" + std::string(117, 'r'), "/" + std::string(length - rest - 121, 'l'), readWrite);
+}
+
+class NfsText : public testing::Test {
+  protected:
+    std::string text(std::string_view oldText, const XasNfsShares &shares)
+    {
+        reply = {};
+        return xasFstabText(oldText, shares, &reply);
+    }
+
+    void expectReply(std::uint32_t rcode, std::string_view reason) const
+    {
+        EXPECT_EQ(reply.rcode, rcode);
+        EXPECT_EQ(reply.rstr, reason);
+    }
+
+    XasLogCapture log;
+    XasReplyStatus reply;
+};
+
+class NfsFiles : public XasFilesTest {
+  protected:
+    int editServers()
+    {
+        return xasEditNFSServersFile(path.c_str(), {::inet_addr("10.0.0.1"), NONE, NONE}, &reply);
+    }
+
+    int editTable()
+    {
+        const XasNfsShares shares = {share("10.0.0.1:/a", "/var/nfsmounts/a"), {}, {}};
+        return xasEditNFSCfgFile(path.c_str(), shares, &reply);
+    }
+
+    void expectReply(std::uint32_t rcode, std::string_view reason) const
+    {
+        EXPECT_EQ(reply.rcode, rcode);
+        EXPECT_EQ(reply.rstr, reason);
+    }
+
+    std::string path = dir.path("file");
+    XasLogCapture log;
+    XasReplyStatus reply;
+};
+
+using NfsFilesDeathTest = NfsFiles;
+
+} // namespace
+
+TEST(NfsServersText, IsEmptyInItsQuotesWithoutServers)
+{
+    EXPECT_EQ(xasNfsServersText({NONE, NONE, NONE}), "NFS_SERVERS=\"\"\n");
+}
+
+TEST(NfsServersText, NamesEachServerOnce)
+{
+    const std::uint32_t a = ::inet_addr("192.168.10.20");
+    const std::uint32_t b = ::inet_addr("10.0.0.1");
+    const std::uint32_t c = ::inet_addr("0.0.0.0");
+    EXPECT_EQ(xasNfsServersText({a, b, c}), "NFS_SERVERS=\"192.168.10.20 10.0.0.1 0.0.0.0\"\n");
+    EXPECT_EQ(xasNfsServersText({a, a, NONE}), "NFS_SERVERS=\"192.168.10.20\"\n");
+    EXPECT_EQ(xasNfsServersText({a, NONE, a}), "NFS_SERVERS=\"192.168.10.20\"\n");
+    EXPECT_EQ(xasNfsServersText({b, a, a}), "NFS_SERVERS=\"10.0.0.1 192.168.10.20\"\n");
+    EXPECT_EQ(xasNfsServersText({a, b, a}), "NFS_SERVERS=\"192.168.10.20 10.0.0.1\"\n");
+    EXPECT_EQ(xasNfsServersText({a, a, a}), "NFS_SERVERS=\"192.168.10.20\"\n");
+    EXPECT_EQ(xasNfsServersText({NONE, NONE, b}), "NFS_SERVERS=\"10.0.0.1\"\n");
+}
+
+TEST_F(NfsText, LosesAllOldSharesWhenNoneIsUsed)
+{
+    EXPECT_EQ(text(LIFELIKE, {}), "# /etc/fstab: static file system information.\n"
+                                  "#\n"
+                                  "# <file system> <mount point>   <type>  <options>       <dump>  <pass>\n"
+                                  "/dev/root\t/\text4\tro,noatime\t0 1\n"
+                                  "proc            /proc           proc    defaults        0       0\n"
+                                  "\n"
+                                  "#10.0.0.8:/kept\t /var/nfsmounts/kept\t nfs\t defaults 0 0\n"
+                                  "server:/v4 /mnt/v4 nfs4 defaults 0 0\n"
+                                  "tmpfs /var/nfsmounts/nfs tmpfs nfs 0 0\n"
+                                  "//server/share /mnt/share cifs guest 0 0\n");
+    EXPECT_THAT(log.lines(), IsEmpty());
+    expectReply(0, "");
+}
+
+TEST_F(NfsText, HasTheUsedSharesAtItsEnd)
+{
+    XasNfsShares shares = {share("192.168.10.20:/export/logs", "/var/nfsmounts/logs", false),
+                           share("unused:/x", "/var/nfsmounts/x"),
+                           share("files.example.org:/home", "/var/nfsmounts/home")};
+    shares[1].used = false;
+    EXPECT_EQ(
+        text("tmpfs /tmp tmpfs size=32m 0 0\nold:/x /x nfs ro 0 0\nproc /proc proc defaults 0 0\n", shares),
+        "tmpfs /tmp tmpfs size=32m 0 0\n"
+        "proc /proc proc defaults 0 0\n"
+        "192.168.10.20:/export/logs\t /var/nfsmounts/logs\t nfs\t defaults,nodev,soft,intr,nolock,ro 0 0\n"
+        "files.example.org:/home\t /var/nfsmounts/home\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(NfsText, DropsALineByItsThirdFieldAlone)
+{
+    EXPECT_EQ(text("a b nfs\n\ta\t \tb\t\tnfs\t\nx # nfs\n # a nfs\na b nfs\r\na b nfs", {}), "");
+    constexpr std::string_view KEPT =
+        "nfs\nnfs nfs\na nfs b\na b c nfs\na b nfs4\na b NFS\na b nfs,c\n#a b nfs\n\n"
+        "a\v b\v nfs\v\na b\n";
+    EXPECT_EQ(text(KEPT, {}), KEPT);
+}
+
+TEST_F(NfsText, JoinsTheFirstShareToALastLineWithoutLineFeed)
+{
+    EXPECT_EQ(text("proc /proc proc defaults 0 0", {share("s:/a", "/m"), {}, {}}),
+              "proc /proc proc defaults 0 0s:/a\t /m\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
+}
+
+TEST_F(NfsText, TakesALongLineInPiecesOf511Bytes)
+{
+    const std::string comment = "#" + std::string(510, 'c');
+    const std::string old = "a b nfs " + std::string(503, 'o');
+    ASSERT_EQ(old.size(), 511U);
+    EXPECT_EQ(text(comment + old + "tail\n", {}), comment + "tail\n");
+}
+
+TEST_F(NfsText, LeavesAShareWithoutAPathOutAndWritesNoneBehindIt)
+{
+    const XasNfsShare first = share("s:/a", "/m/a");
+    const XasNfsShare last = share("s:/c", "/m/c");
+    EXPECT_EQ(text("old\n", {first, share("", "/m/b"), last}),
+              "old\ns:/a\t /m/a\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
+    EXPECT_THAT(log.take(), ElementsAre(EMPTY_PATH));
+    EXPECT_EQ(text("old\n", {first, share("s:/b", ""), last}),
+              "old\ns:/a\t /m/a\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
+    EXPECT_THAT(log.take(), ElementsAre(EMPTY_PATH));
+    EXPECT_EQ(text("old\n", {share("", ""), first, last}), "old\n");
+    EXPECT_THAT(log.take(), ElementsAre(EMPTY_PATH));
+    EXPECT_EQ(text("old\n", {share("", "/m/a"), share("", "/m/b"), last}), "old\n");
+    EXPECT_THAT(log.take(), ElementsAre(EMPTY_PATH));
+    expectReply(0, "");
+}
+
+TEST_F(NfsText, TakesNoNoteOfAnUnusedShareWithoutAPath)
+{
+    XasNfsShares shares = {share("", "/m/a"), share("s:/b", "/m/b"), {}};
+    shares[0].used = false;
+    EXPECT_EQ(text("", shares), "s:/b\t /m/b\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(NfsText, TakesLinesOf307CharactersWithTheirLineFeed)
+{
+    const std::string text307 = text("", {shareOfLength(307, true), shareOfLength(307, false), {}});
+    EXPECT_EQ(text307.size(), 2U * 307U);
+    EXPECT_EQ(text307, "s:/" + std::string(117, 'r') + "\t /" + std::string(141, 'l') +
+                           "\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n" + "s:/" + std::string(117, 'r') +
+                           "\t /" + std::string(138, 'l') +
+                           "\t nfs\t defaults,nodev,soft,intr,nolock,ro 0 0\n");
+    EXPECT_THAT(log.lines(), IsEmpty());
+    expectReply(0, "");
+}
+
+TEST_F(NfsText, LeavesALineOf308CharactersOutAndGoesOn)
+{
+    for (const bool readWrite : {true, false}) {
+        EXPECT_EQ(text("old\n", {shareOfLength(308, readWrite), share("s:/b", "/m/b"), {}}),
+                  "old\ns:/b\t /m/b\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
+        EXPECT_THAT(log.take(), ElementsAre(TOO_LONG));
+        expectReply(4, "NFS entry exceeds memory limmits");
+    }
+    EXPECT_EQ(text("", {shareOfLength(308, true), shareOfLength(309, true), shareOfLength(500, false)}), "");
+    EXPECT_THAT(log.take(), ElementsAre(TOO_LONG, TOO_LONG, TOO_LONG));
+    expectReply(4, "NFS entry exceeds memory limmits");
+}
+
+TEST_F(NfsText, TakesNoNoteOfAnOverLongShareBehindOneWithoutAPath)
+{
+    EXPECT_EQ(text("", {share("", "/m"), shareOfLength(308, true), share("s:/c", "/m/c")}), "");
+    EXPECT_THAT(log.lines(), ElementsAre(EMPTY_PATH));
+    expectReply(0, "");
+}
+
+TEST_F(NfsText, DoesNotChangeWhenItIsMadeTwice)
+{
+    const XasNfsShares shares = {share("s:/a", "/m/a"), share("s:/b", "/m/b", false), {}};
+    const std::string once = text(LIFELIKE, shares);
+    EXPECT_EQ(text(once, shares), once);
+}
+
+TEST_F(NfsText, TakesTheSameTimeForALineOfAnyFile)
+{
+    const auto edit = [&](std::string_view oldText) {
+        return text(oldText, {});
+    };
+    EXPECT_LT(xasGrowthPerLine(edit, "server:/somewhere /mnt/somewhere nfs ro 0 0\n"), XAS_CONSTANT_GROWTH);
+}
+
+TEST_F(NfsFilesDeathTest, NeedTheirPath)
+{
+    EXPECT_DEATH(xasEditNFSServersFile(nullptr, {}, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditNFSCfgFile(nullptr, {}, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
+}
+
+TEST_F(NfsFiles, MustExist)
+{
+    const XasLogLine notOpened = xasErrorLine("Error opening config file \"" + path + "\"\n");
+    EXPECT_EQ(editServers(), 1);
+    expectReply(2, "Error opening NFS servers file");
+    EXPECT_EQ(editTable(), 1);
+    expectReply(2, "Error opening NFS config file");
+    EXPECT_THAT(log.lines(), ElementsAre(notOpened, notOpened));
+    EXPECT_THAT(dir.names(), IsEmpty());
+}
+
+TEST_F(NfsFiles, StayAsTheyAreWhenNothingCanBeWrittenBesideThem)
+{
+    dir.write("file", "old\n");
+    dir.write("file.tmp/inside", "");
+    const XasLogLine notOpened = xasErrorLine("Error opening output file \"" + path + ".tmp\"\n");
+    EXPECT_EQ(editServers(), 1);
+    expectReply(2, "Error opening NFS servers file");
+    EXPECT_EQ(editTable(), 1);
+    expectReply(2, "Error opening NFS config file");
+    EXPECT_THAT(log.lines(), ElementsAre(notOpened, notOpened));
+    EXPECT_EQ(dir.read("file"), "old\n");
+}
+
+TEST_F(NfsFiles, StayAsTheyAreWhenTheNewOnesCannotBePutInPlace)
+{
+    dir.write("file", "old\n");
+    const XasLogLine notRenamed = xasErrorLine("Error renaming new config file \"" + path + "\"\n");
+    {
+        const XasFault fault{"rename", EIO, 1};
+        EXPECT_EQ(editServers(), 1);
+        expectReply(3, "Error saving new NFS servers file");
+    }
+    {
+        const XasFault fault{"rename", EIO, 1};
+        EXPECT_EQ(editTable(), 1);
+        expectReply(3, "Error saving new NFS config file");
+    }
+    EXPECT_THAT(log.lines(), ElementsAre(notRenamed, notRenamed));
+    EXPECT_EQ(dir.read("file"), "old\n");
+}
+
+TEST_F(NfsFiles, TheServersReplaceWhateverTheirFileHeld)
+{
+    dir.write("file", "# comment\nNFS_SERVERS=\"10.9.9.9\"\nOTHER=1\n");
+    EXPECT_EQ(editServers(), 0);
+    EXPECT_EQ(dir.read("file"), "NFS_SERVERS=\"10.0.0.1\"\n");
+    EXPECT_EQ(dir.read("file.old"), "# comment\nNFS_SERVERS=\"10.9.9.9\"\nOTHER=1\n");
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(NfsFiles, TheTableKeepsItsModeAndItsOtherLines)
+{
+    xasWriteFile(path, "# comment\nold:/x /x nfs ro 0 0\n", 0640);
+    EXPECT_EQ(editTable(), 0);
+    EXPECT_EQ(dir.read("file"),
+              "# comment\n10.0.0.1:/a\t /var/nfsmounts/a\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
+    EXPECT_EQ(xasModeOf(path), 0640U);
+    EXPECT_EQ(dir.read("file.old"), "# comment\nold:/x /x nfs ro 0 0\n");
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(NfsFiles, TheTableIsSavedWithTheReplyOfAnOverLongLine)
+{
+    dir.write("file", "old\n");
+    EXPECT_EQ(xasEditNFSCfgFile(path.c_str(), {shareOfLength(308, true), share("s:/b", "/m/b"), {}}, &reply),
+              0);
+    expectReply(4, "NFS entry exceeds memory limmits");
+    EXPECT_EQ(dir.read("file"), "old\ns:/b\t /m/b\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
+}
+
+TEST_F(NfsFiles, TheTableIsSavedWithWhatStoodBeforeAShareWithoutAPath)
+{
+    dir.write("file", "old\n");
+    EXPECT_EQ(xasEditNFSCfgFile(path.c_str(),
+                                {share("s:/a", "/m/a"), share("", "/m/b"), share("s:/c", "/m/c")}, &reply),
+              0);
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(), ElementsAre(EMPTY_PATH));
+    EXPECT_EQ(dir.read("file"), "old\ns:/a\t /m/a\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
+    EXPECT_THAT(dir.names(), ElementsAre("file", "file.old"));
+}

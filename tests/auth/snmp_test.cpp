@@ -1,0 +1,518 @@
+// The SNMP agent's file.
+#include "auth/snmp.h"
+
+#include "support/faults.h"
+#include "support/files.h"
+#include "support/growth.h"
+#include "support/hosts.h"
+#include "support/log.h"
+
+#include <array>
+#include <cerrno>
+#include <filesystem>
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Values;
+
+namespace {
+
+/** A file as it may have grown on an appliance, by hand and by earlier settings. */
+constexpr const char *LIFELIKE = "###########################################################\n"
+                                 "# snmpd.conf: the agent of the console server\n"
+                                 "agentAddress  udp:161,udp6:[::1]:161\n"
+                                 "\n"
+                                 "#  System Information\n"
+                                 "syslocation    Sitting on the Dock of the Bay\n"
+                                 "syscontact\tMe <me@example.org>\n"
+                                 "sysServices    72\n"
+                                 "#  Users\n"
+                                 "createUser  olduser  MD5 \"old pass phrase\" DES\n"
+                                 "rouser   olduser   priv   .1.3.6.1.2.1\n"
+                                 "rwuser\tolduser\n"
+                                 "createUser oldwriter SHA oldoldold AES oldoldold\n"
+                                 "#  Communities\n"
+                                 "rocommunity public  default -V systemonly\n"
+                                 " rocommunity6 public default\n"
+                                 "\trwcommunity private localhost\n"
+                                 "rwcommunity6 private ::1\n"
+                                 "#rocommunity secret 10.0.0.0/16\n"
+                                 "# rwcommunity secret 10.0.0.0/16\n"
+                                 "#  Traps\n"
+                                 "trapcommunity public\n"
+                                 "trapsink     localhost public\n"
+                                 "trap2sink    localhost\n"
+                                 "informsink   localhost public\n"
+                                 "view   systemonly  included   .1.3.6.1.2.1.1\n"
+                                 "extend    test1   /bin/echo  Hello, world!\n";
+
+XasSnmpCfg settings()
+{
+    XasSnmpCfg snmpCfg{};
+    for (XasHostAddr &host : snmpCfg.trap_hosts)
+        host = xasNamedHost("");
+    xasSetFieldText(snmpCfg.syslocation, "Rack 4, row B");
+    xasSetFieldText(snmpCfg.syscontact, "noc@example.org");
+    xasSetFieldText(snmpCfg.v3user, "monitor");
+    xasSetFieldText(snmpCfg.v3pass, "monitorpass");
+    xasSetFieldText(snmpCfg.v3phrase, "monitorphrase");
+    xasSetFieldText(snmpCfg.v3rwuser, "manager");
+    xasSetFieldText(snmpCfg.v3rwpass, "managerpass");
+    xasSetFieldText(snmpCfg.v3rwphrase, "managerphrase");
+    xasSetFieldText(snmpCfg.ro_community, "reader");
+    xasSetFieldText(snmpCfg.rw_community, "writer");
+    xasSetFieldText(snmpCfg.trap_community, "alarms");
+    return snmpCfg;
+}
+
+/** The settings that leave the communities as they are, so that only what a test is about changes. */
+XasSnmpCfg keeping()
+{
+    XasSnmpCfg snmpCfg = settings();
+    snmpCfg.community_mode = 2;
+    return snmpCfg;
+}
+
+/** What becomes of one line when the communities that the file has not are not added. */
+std::string lineText(const std::string &line, const XasSnmpCfg &snmpCfg = keeping())
+{
+    return xasSnmpText(line + "\n", snmpCfg);
+}
+
+class SnmpFile : public XasFilesTest {
+  protected:
+    int edit() { return xasEditSNMPCfgFile(path.c_str(), &snmpCfg, &reply); }
+
+    void expectReply(std::uint32_t rcode, std::string_view reason) const
+    {
+        EXPECT_EQ(reply.rcode, rcode);
+        EXPECT_EQ(reply.rstr, reason);
+    }
+
+    XasSnmpCfg snmpCfg = keeping();
+    std::string path = dir.path("snmpd.conf");
+    XasLogCapture log;
+    XasReplyStatus reply;
+};
+
+using SnmpFileDeathTest = SnmpFile;
+
+/** A keyword and what a line of it becomes in each community mode. */
+struct CommunityRow {
+    const char *keyword;
+    const char *written;
+};
+
+class SnmpCommunities : public testing::TestWithParam<CommunityRow> {};
+
+} // namespace
+
+TEST(SnmpText, OfAnEmptyFileHasTheTwoCommunities)
+{
+    EXPECT_EQ(xasSnmpText("", settings()), "rocommunity  reader\nrwcommunity  writer\n");
+}
+
+TEST(SnmpText, OfAnEmptyFileStaysEmptyInEveryOtherMode)
+{
+    for (const std::uint32_t mode : {1U, 2U, 3U, 0xFFFFFFFFU}) {
+        XasSnmpCfg snmpCfg = settings();
+        snmpCfg.community_mode = mode;
+        EXPECT_EQ(xasSnmpText("", snmpCfg), "") << mode;
+    }
+}
+
+TEST(SnmpText, ReplacesAWholeFile)
+{
+    XasSnmpCfg snmpCfg = settings();
+    snmpCfg.v3security = 2;
+    snmpCfg.v3auth = 1;
+    snmpCfg.v3encrypt = 1;
+    xasSetFieldText(snmpCfg.v3phrase, "monitor phrase");
+    xasSetFieldText(snmpCfg.v3rwpass, "manager pass");
+    snmpCfg.trap_hosts[0] = xasHostWithAddress("192.168.10.30");
+    snmpCfg.trap_hosts[1] = xasHostWithAddress("2001:db8::30");
+    EXPECT_EQ(xasSnmpText(LIFELIKE, snmpCfg), "###########################################################\n"
+                                              "# snmpd.conf: the agent of the console server\n"
+                                              "agentAddress  udp:161,udp6:[::1]:161\n"
+                                              "\n"
+                                              "#  System Information\n"
+                                              "syslocation  Rack 4, row B\n"
+                                              "syscontact  noc@example.org\n"
+                                              "sysServices    72\n"
+                                              "#  Users\n"
+                                              "rouser  monitor priv\n"
+                                              "createUser monitor SHA monitorpass AES \"monitor phrase\"\n"
+                                              "rwuser  manager priv\n"
+                                              "createUser manager SHA \"manager pass\" AES managerphrase\n"
+                                              "#  Communities\n"
+                                              "rocommunity  reader\n"
+                                              "rocommunity6  reader\n"
+                                              "rwcommunity  writer\n"
+                                              "rwcommunity  writer\n"
+                                              "#rocommunity secret 10.0.0.0/16\n"
+                                              "# rwcommunity secret 10.0.0.0/16\n"
+                                              "#  Traps\n"
+                                              "trapcommunity  alarms\n"
+                                              "informsink   localhost public\n"
+                                              "view   systemonly  included   .1.3.6.1.2.1.1\n"
+                                              "extend    test1   /bin/echo  Hello, world!\n"
+                                              "trapsink 192.168.10.30\n"
+                                              "trap2sink 192.168.10.30\n"
+                                              "trapsink 2001:db8::30\n"
+                                              "trap2sink 2001:db8::30\n");
+}
+
+TEST(SnmpText, TakesAllCommunitiesOutOfAWholeFile)
+{
+    XasSnmpCfg snmpCfg = settings();
+    snmpCfg.community_mode = 1;
+    EXPECT_EQ(xasSnmpText(LIFELIKE, snmpCfg), "###########################################################\n"
+                                              "# snmpd.conf: the agent of the console server\n"
+                                              "agentAddress  udp:161,udp6:[::1]:161\n"
+                                              "\n"
+                                              "#  System Information\n"
+                                              "syslocation  Rack 4, row B\n"
+                                              "syscontact  noc@example.org\n"
+                                              "sysServices    72\n"
+                                              "#  Users\n"
+                                              "rouser  monitor noauth\n"
+                                              "createUser monitor MD5 monitorpass DES monitorphrase\n"
+                                              "rwuser  manager noauth\n"
+                                              "createUser manager MD5 managerpass DES managerphrase\n"
+                                              "#  Communities\n"
+                                              "#rocommunity secret 10.0.0.0/16\n"
+                                              "# rwcommunity secret 10.0.0.0/16\n"
+                                              "#  Traps\n"
+                                              "trapcommunity  alarms\n"
+                                              "informsink   localhost public\n"
+                                              "view   systemonly  included   .1.3.6.1.2.1.1\n"
+                                              "extend    test1   /bin/echo  Hello, world!\n");
+}
+
+TEST(SnmpText, KeepsLinesWhoseFirstWordIsNoneOfItsOwn)
+{
+    for (const char *line :
+         {"", "  ", "\t", "#syscontact x", "# syscontact x", "SYSCONTACT x", "syscontacts x", "sysname x",
+          "rouser= x", "RoUser x", "usmUser x", "createuser x MD5 y", "trapsess x", "trap3sink x",
+          "trapsink6 x", "authtrapenable 1", "com2sec rocommunity", "rocommunity66 x", "\"rouser\" x"})
+        EXPECT_EQ(lineText(line), std::string{line} + "\n") << line;
+}
+
+TEST(SnmpText, ReplacesContactAndLocationOnTheirOwnLines)
+{
+    EXPECT_EQ(lineText("syscontact"), "syscontact  noc@example.org\n");
+    EXPECT_EQ(lineText(" \tsyscontact\tsomebody else"), "syscontact  noc@example.org\n");
+    EXPECT_EQ(lineText("syslocation"), "syslocation  Rack 4, row B\n");
+    EXPECT_EQ(lineText("\t syslocation here"), "syslocation  Rack 4, row B\n");
+}
+
+TEST(SnmpText, WritesAnEmptyContactAndLocationToo)
+{
+    XasSnmpCfg snmpCfg{};
+    snmpCfg.community_mode = 2;
+    for (XasHostAddr &host : snmpCfg.trap_hosts)
+        host = xasNamedHost("");
+    EXPECT_EQ(xasSnmpText("syscontact me\nsyslocation here\ntrapcommunity x\n", snmpCfg),
+              "syscontact  \nsyslocation  \ntrapcommunity  \n");
+}
+
+TEST(SnmpText, GivesEveryUserLineItsOwnNewCreateUserLineBehindIt)
+{
+    EXPECT_EQ(
+        xasSnmpText("createUser a MD5 b DES c\nrouser a\nrwuser b\nrouser c priv\ncreateUser z\n", keeping()),
+        "rouser  monitor noauth\ncreateUser monitor MD5 monitorpass DES monitorphrase\n"
+        "rwuser  manager noauth\ncreateUser manager MD5 managerpass DES managerphrase\n"
+        "rouser  monitor noauth\ncreateUser monitor MD5 monitorpass DES monitorphrase\n");
+}
+
+TEST(SnmpText, CreatesNoUserInAFileWithoutUserLines)
+{
+    EXPECT_EQ(xasSnmpText("createUser a MD5 b DES c\n", keeping()), "");
+}
+
+TEST(SnmpText, NamesEachSecurityLevelAndTakesOthersForAuthentication)
+{
+    const std::array<std::pair<std::uint32_t, const char *>, 6> levels = {
+        {{0, "noauth"}, {1, "auth"}, {2, "priv"}, {3, "auth"}, {4, "auth"}, {0xFFFFFFFF, "auth"}}};
+    for (const auto &[level, name] : levels) {
+        XasSnmpCfg snmpCfg = keeping();
+        snmpCfg.v3security = level;
+        EXPECT_EQ(lineText("rouser x", snmpCfg),
+                  "rouser  monitor " + std::string{name} +
+                      "\ncreateUser monitor MD5 monitorpass DES monitorphrase\n");
+        EXPECT_EQ(lineText("rwuser x", snmpCfg),
+                  "rwuser  manager " + std::string{name} +
+                      "\ncreateUser manager MD5 managerpass DES managerphrase\n");
+    }
+}
+
+TEST(SnmpText, UsesShaForOneAndMd5ForEveryOtherAuthentication)
+{
+    for (const std::uint32_t auth : {0U, 1U, 2U, 3U, 0x101U, 0xFFFFFFFFU}) {
+        XasSnmpCfg snmpCfg = keeping();
+        snmpCfg.v3auth = auth;
+        EXPECT_EQ(lineText("rouser x", snmpCfg), "rouser  monitor noauth\ncreateUser monitor " +
+                                                     std::string{auth == 1 ? "SHA" : "MD5"} +
+                                                     " monitorpass DES monitorphrase\n")
+            << auth;
+    }
+}
+
+TEST(SnmpText, UsesAesForOneAndDesForEveryOtherEncryption)
+{
+    for (const std::uint32_t encrypt : {0U, 1U, 2U, 3U, 0x101U, 0xFFFFFFFFU}) {
+        XasSnmpCfg snmpCfg = keeping();
+        snmpCfg.v3encrypt = encrypt;
+        EXPECT_EQ(lineText("rwuser x", snmpCfg),
+                  "rwuser  manager noauth\ncreateUser manager MD5 managerpass " +
+                      std::string{encrypt == 1 ? "AES" : "DES"} + " managerphrase\n")
+            << encrypt;
+    }
+}
+
+TEST(SnmpText, QuotesEachPassPhraseThatHasABlankAndNoOther)
+{
+    struct Case {
+        const char *pass;
+        const char *phrase;
+        const char *written;
+    };
+    constexpr Case CASES[] = {
+        {"plain", "bare", "plain DES bare"},
+        {"a b", "bare", "\"a b\" DES bare"},
+        {"plain", "c d", "plain DES \"c d\""},
+        {"a b", "c d", "\"a b\" DES \"c d\""},
+        {" lead", "trail ", "\" lead\" DES \"trail \""},
+        {"", "", " DES "},
+        {"tab\tbed", "quo\"te", "tab\tbed DES quo\"te"},
+    };
+    for (const Case &c : CASES) {
+        XasSnmpCfg snmpCfg = keeping();
+        xasSetFieldText(snmpCfg.v3pass, c.pass);
+        xasSetFieldText(snmpCfg.v3phrase, c.phrase);
+        xasSetFieldText(snmpCfg.v3rwpass, c.pass);
+        xasSetFieldText(snmpCfg.v3rwphrase, c.phrase);
+        EXPECT_EQ(lineText("rouser", snmpCfg),
+                  "rouser  monitor noauth\ncreateUser monitor MD5 " + std::string{c.written} + "\n");
+        EXPECT_EQ(lineText("rwuser", snmpCfg),
+                  "rwuser  manager noauth\ncreateUser manager MD5 " + std::string{c.written} + "\n");
+    }
+}
+
+TEST(SnmpText, ReadsTextsThatFillTheirFieldUpToTheEndOfTheField)
+{
+    XasSnmpCfg snmpCfg = settings();
+    const auto fill = [](XasSnmpText &text, char with) {
+        std::ranges::fill(text, with);
+    };
+    fill(snmpCfg.syslocation, 'a');
+    fill(snmpCfg.syscontact, 'b');
+    fill(snmpCfg.v3user, 'c');
+    fill(snmpCfg.v3pass, 'd');
+    fill(snmpCfg.v3phrase, 'e');
+    fill(snmpCfg.v3rwuser, 'f');
+    fill(snmpCfg.v3rwpass, 'g');
+    fill(snmpCfg.v3rwphrase, 'h');
+    fill(snmpCfg.ro_community, 'i');
+    fill(snmpCfg.rw_community, 'j');
+    fill(snmpCfg.trap_community, 'k');
+    EXPECT_EQ(xasSnmpText("syslocation\nsyscontact\nrouser\nrwuser\ntrapcommunity\n", snmpCfg),
+              "syslocation  aaaaaaaaaaaaaaaaaaaaa\n"
+              "syscontact  bbbbbbbbbbbbbbbbbbbbb\n"
+              "rouser  ccccccccccccccccccccc noauth\n"
+              "createUser ccccccccccccccccccccc MD5 ddddddddddddddddddddd DES eeeeeeeeeeeeeeeeeeeee\n"
+              "rwuser  fffffffffffffffffffff noauth\n"
+              "createUser fffffffffffffffffffff MD5 ggggggggggggggggggggg DES hhhhhhhhhhhhhhhhhhhhh\n"
+              "trapcommunity  kkkkkkkkkkkkkkkkkkkkk\n"
+              "rocommunity  iiiiiiiiiiiiiiiiiiiii\n"
+              "rwcommunity  jjjjjjjjjjjjjjjjjjjjj\n");
+}
+
+TEST_P(SnmpCommunities, AreRewrittenInModeZeroDroppedInModeOneAndKeptInEveryOther)
+{
+    for (const char *rest : {"", " public", "\tpublic default", "  public  10.0.0.0/8 .1.3"}) {
+        const std::string line = GetParam().keyword + std::string{rest};
+        const std::string indented = " \t" + line;
+        XasSnmpCfg snmpCfg = settings();
+        EXPECT_THAT(xasSnmpText(line + "\n", snmpCfg), testing::StartsWith(GetParam().written)) << line;
+        EXPECT_THAT(xasSnmpText(indented + "\n", snmpCfg), testing::StartsWith(GetParam().written)) << line;
+        snmpCfg.community_mode = 1;
+        EXPECT_EQ(xasSnmpText(line + "\n", snmpCfg), "");
+        EXPECT_EQ(xasSnmpText(indented + "\n", snmpCfg), "");
+        for (const std::uint32_t mode : {2U, 3U, 0xFFFFFFFFU}) {
+            snmpCfg.community_mode = mode;
+            EXPECT_EQ(xasSnmpText(line + "\n", snmpCfg), line + "\n") << mode;
+            EXPECT_EQ(xasSnmpText(indented + "\n", snmpCfg), indented + "\n") << mode;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Keywords, SnmpCommunities,
+                         Values(CommunityRow{"rocommunity", "rocommunity  reader\n"},
+                                CommunityRow{"rocommunity6", "rocommunity6  reader\n"},
+                                CommunityRow{"rwcommunity", "rwcommunity  writer\n"},
+                                CommunityRow{"rwcommunity6", "rwcommunity  writer\n"}),
+                         [](const auto &test) { return std::string{test.param.keyword}; });
+
+TEST(SnmpText, AddsTheCommunityThatNoLineHas)
+{
+    EXPECT_EQ(xasSnmpText("rocommunity x\n", settings()), "rocommunity  reader\nrwcommunity  writer\n");
+    EXPECT_EQ(xasSnmpText("rocommunity6 x\n", settings()), "rocommunity6  reader\nrwcommunity  writer\n");
+    EXPECT_EQ(xasSnmpText("rwcommunity x\n", settings()), "rwcommunity  writer\nrocommunity  reader\n");
+    EXPECT_EQ(xasSnmpText("rwcommunity6 x\n", settings()), "rwcommunity  writer\nrocommunity  reader\n");
+}
+
+TEST(SnmpText, AddsNoCommunityWhenOneOfEachIsThere)
+{
+    EXPECT_EQ(xasSnmpText("rocommunity x\nrocommunity6 x\nrwcommunity6 y\nrwcommunity y\n", settings()),
+              "rocommunity  reader\nrocommunity6  reader\nrwcommunity  writer\nrwcommunity  writer\n");
+}
+
+TEST(SnmpText, DropsOldTrapDestinationsAndWritesThoseThatAreGiven)
+{
+    constexpr const char *OLD = "trapsink a\n trap2sink b public\n\ttrapsink\nview all included .1\n";
+    EXPECT_EQ(xasSnmpText(OLD, keeping()), "view all included .1\n");
+
+    XasSnmpCfg snmpCfg = keeping();
+    snmpCfg.trap_hosts[0] = xasNamedHost("traps.example.org");
+    EXPECT_EQ(xasSnmpText(OLD, snmpCfg),
+              "view all included .1\ntrapsink traps.example.org\ntrap2sink traps.example.org\n");
+
+    snmpCfg.trap_hosts[0] = xasNamedHost("");
+    snmpCfg.trap_hosts[1] = xasHostWithAddress("10.0.0.9");
+    EXPECT_EQ(xasSnmpText(OLD, snmpCfg), "view all included .1\ntrapsink 10.0.0.9\ntrap2sink 10.0.0.9\n");
+}
+
+TEST(SnmpText, TakesAHostRecordOfZeroesForAnAddress)
+{
+    XasSnmpCfg snmpCfg = keeping();
+    snmpCfg.trap_hosts[1] = {};
+    EXPECT_EQ(xasSnmpText("", snmpCfg), "trapsink 0.0.0.0\ntrap2sink 0.0.0.0\n");
+}
+
+TEST(SnmpText, ReadsATrapHostsNameThatFillsItsFieldUpToTheEndOfTheField)
+{
+    XasSnmpCfg snmpCfg = keeping();
+    const std::string name(68, 'n');
+    snmpCfg.trap_hosts[0] = xasNamedHost(name);
+    EXPECT_EQ(xasSnmpText("", snmpCfg), "trapsink " + name + "\ntrap2sink " + name + "\n");
+}
+
+TEST(SnmpText, AppendsTheCommunitiesBeforeTheTrapDestinations)
+{
+    XasSnmpCfg snmpCfg = settings();
+    snmpCfg.trap_hosts[0] = xasHostWithAddress("10.0.0.9");
+    EXPECT_EQ(xasSnmpText("rouser x\n", snmpCfg), "rouser  monitor noauth\n"
+                                                  "createUser monitor MD5 monitorpass DES monitorphrase\n"
+                                                  "rocommunity  reader\n"
+                                                  "rwcommunity  writer\n"
+                                                  "trapsink 10.0.0.9\n"
+                                                  "trap2sink 10.0.0.9\n");
+}
+
+TEST(SnmpText, EndsAReplacedLastLineButNotACopiedOne)
+{
+    EXPECT_EQ(xasSnmpText("syscontact x", keeping()), "syscontact  noc@example.org\n");
+    EXPECT_EQ(xasSnmpText("sysname x", keeping()), "sysname x");
+    EXPECT_EQ(xasSnmpText("sysname x", settings()), "sysname xrocommunity  reader\nrwcommunity  writer\n");
+}
+
+TEST(SnmpText, ReadsLinesWithCarriageReturnsAndKeepsThemInCopiedLines)
+{
+    EXPECT_EQ(xasSnmpText("\r\nsyscontact\r\ntrapsink x\r\nview a\r\n", keeping()),
+              "\r\nsyscontact  noc@example.org\nview a\r\n");
+}
+
+TEST(SnmpText, TakesALongLineInPiecesOf511Bytes)
+{
+    const std::string comment = "#" + std::string(510, 'c');
+    const std::string contact = "syscontact " + std::string(500, 'x');
+    ASSERT_EQ(comment.size(), 511U);
+    ASSERT_EQ(contact.size(), 511U);
+    EXPECT_EQ(xasSnmpText(comment + contact + "tail\n", keeping()),
+              comment + "syscontact  noc@example.org\n" + "tail\n");
+    const std::string longest = std::string(510, 'v') + "\n";
+    EXPECT_EQ(xasSnmpText(longest + "trapsink x\n", keeping()), longest);
+}
+
+TEST(SnmpText, DoesNotChangeWhenItIsMadeTwice)
+{
+    XasSnmpCfg snmpCfg = settings();
+    snmpCfg.trap_hosts[0] = xasNamedHost("traps.example.org");
+    const std::string once = xasSnmpText(LIFELIKE, snmpCfg);
+    EXPECT_EQ(xasSnmpText(once, snmpCfg), once);
+}
+
+TEST(SnmpText, TakesTheSameTimeForALineOfAnyFile)
+{
+    const auto edit = [](std::string_view text) {
+        return xasSnmpText(text, keeping());
+    };
+    EXPECT_LT(xasGrowthPerLine(edit, "rouser somebody auth\n"), XAS_CONSTANT_GROWTH);
+}
+
+TEST_F(SnmpFileDeathTest, NeedsItsPathItsValuesAndAReply)
+{
+    EXPECT_DEATH(xasEditSNMPCfgFile(nullptr, &snmpCfg, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditSNMPCfgFile("/tmp/none", nullptr, &reply), "snmpCfg != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditSNMPCfgFile("/tmp/none", &snmpCfg, nullptr), "replyReason != \\(\\(void \\*\\)0\\)");
+}
+
+TEST_F(SnmpFile, MustExist)
+{
+    EXPECT_EQ(edit(), 1);
+    expectReply(2, "Error opening SNMP config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
+    EXPECT_THAT(dir.names(), IsEmpty());
+}
+
+TEST_F(SnmpFile, StaysAsItIsWhenNothingCanBeWrittenBesideIt)
+{
+    dir.write("snmpd.conf", "syscontact me\n");
+    dir.write("snmpd.conf.tmp/inside", "");
+    EXPECT_EQ(edit(), 1);
+    expectReply(2, "Error opening SNMP config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening output file \"" + path + ".tmp\"\n")));
+    EXPECT_EQ(dir.read("snmpd.conf"), "syscontact me\n");
+    EXPECT_EQ(xasModeOf(path), 0644U);
+}
+
+TEST_F(SnmpFile, StaysAsItIsButForItsModeWhenTheNewOneCannotBePutInPlace)
+{
+    dir.write("snmpd.conf", "syscontact me\n");
+    const XasFault fault{"rename", EIO, 1};
+    EXPECT_EQ(edit(), 1);
+    expectReply(3, "Error saving new SNMP config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
+    EXPECT_EQ(dir.read("snmpd.conf"), "syscontact me\n");
+    EXPECT_EQ(xasModeOf(path), 0600U);
+    EXPECT_EQ(dir.read("snmpd.conf.tmp"), "syscontact  noc@example.org\n");
+    EXPECT_EQ(xasModeOf(path + ".tmp"), 0600U);
+}
+
+TEST_F(SnmpFile, IsNewAndSecretButCountsAsNotSavedWhenTheOldOneCannotBeKept)
+{
+    dir.write("snmpd.conf", "syscontact me\n");
+    const XasFault fault{"rename", EIO, 0, 1};
+    EXPECT_EQ(edit(), 1);
+    expectReply(3, "Error saving new SNMP config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming old config file \"" + path + "\"\n")));
+    EXPECT_EQ(dir.read("snmpd.conf"), "syscontact  noc@example.org\n");
+    EXPECT_EQ(xasModeOf(path), 0600U);
+    EXPECT_FALSE(dir.has("snmpd.conf.old"));
+}
+
+TEST_F(SnmpFile, IsSecretAfterwardsWhateverItsModeWas)
+{
+    for (const mode_t mode : {0644U, 0666U, 0400U, 0600U, 0755U}) {
+        xasWriteFile(path, "syscontact me\n", mode);
+        EXPECT_EQ(edit(), 0);
+        EXPECT_EQ(xasModeOf(path), 0600U);
+        EXPECT_EQ(dir.read("snmpd.conf"), "syscontact  noc@example.org\n");
+        EXPECT_EQ(dir.read("snmpd.conf.old"), "syscontact me\n");
+        EXPECT_THAT(dir.names(), ElementsAre("snmpd.conf", "snmpd.conf.old"));
+        expectReply(0, "");
+    }
+    EXPECT_THAT(log.lines(), IsEmpty());
+}

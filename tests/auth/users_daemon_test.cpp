@@ -1,0 +1,204 @@
+// Local users through the built daemon: the list in its second queue record, whole, failed and missing.
+#include "auth/user_payload.h"
+#include "support/daemon.h"
+
+#include <csignal>
+#include <gmock/gmock.h>
+#include <sys/msg.h>
+#include <sys/wait.h>
+
+using namespace std::chrono_literals;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+
+namespace {
+
+constexpr const char *LIST = "/etc/.lusers";
+
+std::string loginOf(unsigned number)
+{
+    return "user" + std::to_string(number);
+}
+
+/** The second record for `count` users, numbered from 1. */
+std::string listOf(unsigned count)
+{
+    std::string bytes(120, 'x');
+    for (unsigned number = 1; number <= count; ++number) {
+        XasUserRecord user{};
+        xasSetFieldText(user.login, loginOf(number));
+        user.uid = 1000 + number;
+        user.listen = number;
+        bytes.append(reinterpret_cast<const char *>(&user), sizeof user);
+    }
+    return bytes;
+}
+
+XasMessage messageFor(unsigned count)
+{
+    return XasMessageBuilder{XMSG_LOCALUSERS}
+        .id(77)
+        .word(120, 1)
+        .word(156, 1)
+        .half(160, static_cast<std::uint16_t>(count))
+        .word(164, 0xDEADBEEF)
+        .word(168, 0xDEADBEEF)
+        .build();
+}
+
+/** Lets queues made from now on hold one record of this many bytes. */
+void raiseQueueLimits(std::size_t bytes)
+{
+    for (const char *limit : {"/proc/sys/kernel/msgmax", "/proc/sys/kernel/msgmnb"}) {
+        FILE *file = std::fopen(limit, "w");
+        ASSERT_NE(file, nullptr) << limit;
+        std::fprintf(file, "%zu", bytes);
+        ASSERT_EQ(std::fclose(file), 0) << limit;
+    }
+}
+
+class DaemonUsers : public testing::Test {
+  protected:
+    void start()
+    {
+        xasWriteFile(LIST, "");
+        daemon.emplace();
+        daemon->start({{.name = "localuser"}});
+        daemon->stubs.forget();
+    }
+
+    /** Sends the list behind its message. */
+    void sendList(std::string_view bytes)
+    {
+        std::string entry(sizeof(long), '\0');
+        const long mtype = XMSG_LOCALUSERS;
+        std::memcpy(entry.data(), &mtype, sizeof mtype);
+        entry += bytes;
+        ASSERT_TRUE(xasEventually(
+            [&] { return ::msgsnd(daemon->queues->fromXms, entry.data(), bytes.size(), IPC_NOWAIT) == 0; }));
+    }
+
+    /** The message with its list; true when it was applied. */
+    bool rebuild(unsigned count)
+    {
+        daemon->queues->send(messageFor(count));
+        sendList(listOf(count));
+        const auto answer = daemon->queues->receive(60s);
+        EXPECT_TRUE(answer);
+        return answer && answer->xH.orig_id == 77 && xasMessageWord(*answer, 120) == 1;
+    }
+
+    /** The daemon answers the next message, and answered nothing before it. */
+    void expectNextAnswered()
+    {
+        const XasMessage answer = daemon->ask(XasMessageBuilder{XMSG_SSH}.id(4711).build());
+        EXPECT_EQ(answer.xH.orig_id, 4711U);
+    }
+
+    /** Commands and list of a rebuild of `count` users. */
+    void expectUsers(unsigned count)
+    {
+        std::vector<std::string> commands;
+        std::string list;
+        for (unsigned number = 1; number <= count; ++number) {
+            commands.push_back("/bin/adduser -D -H -u " + std::to_string(1000 + number) +
+                               " -s /bin/cli -h / " + loginOf(number));
+            list += loginOf(number) + "\n";
+        }
+        EXPECT_EQ(daemon->stubs.lines(), commands);
+        EXPECT_EQ(xasReadFile(LIST), list);
+        EXPECT_THAT(xasReadFile("/etc/zel/" + loginOf(count) + ".conf"),
+                    testing::StartsWith("ALLOW_LISTEN=0x"));
+    }
+
+    std::optional<XasTestDaemon> daemon;
+};
+
+} // namespace
+
+TEST_F(DaemonUsers, AreNotTouchedWhenTheirRecordHasAWrongSize)
+{
+    start();
+    daemon->queues->send(messageFor(2));
+    sendList(listOf(1));
+    ASSERT_TRUE(daemon->log.await("Expected 568 bytes from queue, got 344 bytes\n"));
+    expectNextAnswered();
+    EXPECT_THAT(daemon->stubs.calls(), IsEmpty());
+    EXPECT_EQ(xasReadFile(LIST), "");
+}
+
+TEST_F(DaemonUsers, AreNotTouchedWhenAnotherMessageComesInThePlaceOfTheirRecord)
+{
+    start();
+    daemon->queues->send(messageFor(1));
+    daemon->queues->send(XasMessageBuilder{XMSG_SSH}.id(1).build());
+    ASSERT_TRUE(daemon->log.await("Expected 344 bytes from queue, got 2488 bytes\n"));
+    expectNextAnswered();
+    EXPECT_THAT(daemon->stubs.calls(), IsEmpty());
+}
+
+TEST_F(DaemonUsers, DoNotKeepTheDaemonFromEndingWhileTheirRecordIsMissing)
+{
+    start();
+    daemon->queues->send(messageFor(1));
+    ASSERT_TRUE(xasEventually([this] { return daemon->queues->waiting() == 0; }));
+    daemon->signal(SIGTERM);
+    EXPECT_TRUE(daemon->awaitEnd());
+}
+
+TEST_F(DaemonUsers, AreAllRemovedAndTheMessageFailsWhenItHasNone)
+{
+    start();
+    xasWriteFile(LIST, "root\n");
+    const XasMessage answer = daemon->ask(messageFor(0));
+    EXPECT_EQ(xasMessageWord(answer, 120), 0U);
+    EXPECT_EQ(xasMessageWord(answer, 128), 0U);
+    EXPECT_EQ(xasMessageText(answer, 132), "");
+    EXPECT_THAT(daemon->stubs.lines(), ElementsAre("/bin/deluser root"));
+    EXPECT_TRUE(daemon->log.await("sw/err-Error updating configuration for application: localuser\n"));
+}
+
+TEST_F(DaemonUsers, AreReadThoughTheMessageDoesNotIncludeThem)
+{
+    start();
+    XasMessage msg = messageFor(1);
+    const std::uint32_t none = 0;
+    std::memcpy(msg.payload.data() + 36, &none, sizeof none);
+    daemon->queues->send(msg);
+    sendList(listOf(1));
+    const auto answer = daemon->queues->receive(10s);
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(xasMessageWord(*answer, 120), 1U);
+    EXPECT_THAT(daemon->stubs.calls(), IsEmpty());
+    expectNextAnswered();
+}
+
+TEST_F(DaemonUsers, AreMadeFromARecordOfOneUser)
+{
+    start();
+    EXPECT_TRUE(rebuild(1));
+    expectUsers(1);
+    EXPECT_EQ(xasReadFile("/etc/zel/user1.conf"), "ALLOW_LISTEN=0x1\nALLOW_DIRECT=0x0\nALLOW_CLEAR=0x0\n"
+                                                  "ESCAPE_SEQ=\"\"\nBREAK_SEQ=\"\"\n");
+}
+
+TEST_F(DaemonUsers, AreMadeFromTheLargestRecordOfAnOrdinaryQueue)
+{
+    start();
+    EXPECT_TRUE(rebuild(36));
+    expectUsers(36);
+}
+
+TEST_F(DaemonUsers, AreMadeByTheThousandWhereQueuesAreLargeEnough)
+{
+    raiseQueueLimits(120 + 224 * 1000);
+    start();
+    const auto before = std::chrono::steady_clock::now();
+    EXPECT_TRUE(rebuild(1000));
+    const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - before;
+    RecordProperty("milliseconds_per_user", std::to_string(taken.count() / 1000));
+    std::printf("%.2f ms a user, its account command included\n", taken.count() / 1000);
+    expectUsers(1000);
+}

@@ -1,0 +1,129 @@
+// A DNS message through the built daemon: whole files, and each failure's log, reply and roll-back.
+#include "support/message_files.h"
+
+using testing::ElementsAre;
+
+namespace {
+
+const std::string SERVERS = "192.0.2.250\n";
+const std::string PRECEDENCE = "IPV4_PRECEDENCE=no";
+
+const XasLogLine UPDATE_FAILED = xasErrorLine("Error updating configuration for application: dns\n");
+
+/** 2001:db8::53, and 192.0.2.53 and 192.0.2.54, as address records. */
+constexpr std::string_view IPV6{"\x01\0\0\0\x20\x01\x0d\xb8\0\0\0\0\0\0\0\0\0\0\0\x53", 20};
+constexpr std::string_view IPV4{"\0\0\0\0\xc0\0\x02\x35", 8};
+constexpr std::string_view OTHER_IPV4{"\0\0\0\0\xc0\0\x02\x36", 8};
+
+XasMessageBuilder dnsMessage()
+{
+    return XasMessageBuilder{XMSG_DNS}.id(9);
+}
+
+class DaemonDns : public XasMessageFilesTest {
+  protected:
+    DaemonDns() : XasMessageFilesTest{"dns", {"resolv", "dnsprec"}} { putOldFiles(); }
+
+    void putOldFiles()
+    {
+        files.write("resolv", SERVERS);
+        files.write("dnsprec", PRECEDENCE);
+    }
+
+    /** Sends the usual message, which fails. */
+    std::string failure() { return outcome(dnsMessage().bytes(120, IPV4).word(180, 1).build()); }
+};
+
+} // namespace
+
+TEST_F(DaemonDns, WritesBothFilesAndTellsTheLoggerAndTheAgent)
+{
+    start();
+    EXPECT_EQ(
+        outcome(dnsMessage().bytes(120, IPV4).bytes(140, IPV6).bytes(160, OTHER_IPV4).word(180, 1).build()),
+        "1 0 ");
+    EXPECT_EQ(files.read("resolv"), "192.0.2.53\n2001:db8::53\n192.0.2.54\n");
+    EXPECT_EQ(files.read("dnsprec"), "IPV4_PRECEDENCE=yes");
+    EXPECT_EQ(files.read("resolv.old"), SERVERS);
+    EXPECT_EQ(files.read("dnsprec.old"), PRECEDENCE);
+    EXPECT_EQ(files.names().size(), 4U) << "nothing else is left";
+    EXPECT_THAT(commands(), ElementsAre("/bin/killall -SIGHUP syslogd", "/bin/killall -SIGHUP snmpd"));
+    EXPECT_THAT(logLines(), testing::IsEmpty());
+}
+
+TEST_F(DaemonDns, SkipsServersThatAreNotSet)
+{
+    start();
+    EXPECT_EQ(outcome(dnsMessage().bytes(140, IPV4).build()), "1 0 ");
+    EXPECT_EQ(files.read("resolv"), "192.0.2.53\n");
+    EXPECT_EQ(files.read("dnsprec"), "IPV4_PRECEDENCE=no");
+    EXPECT_EQ(outcome(dnsMessage().word(180, 0x80000000).build()), "1 0 ");
+    EXPECT_EQ(files.read("resolv"), "");
+    EXPECT_EQ(files.read("dnsprec"), "IPV4_PRECEDENCE=yes");
+}
+
+TEST_F(DaemonDns, MakesThePrecedenceFileWhenItIsNotThere)
+{
+    start();
+    files.remove("dnsprec");
+    EXPECT_EQ(outcome(dnsMessage().bytes(120, IPV4).build()), "1 0 ");
+    EXPECT_EQ(files.read("dnsprec"), "IPV4_PRECEDENCE=no");
+    EXPECT_FALSE(files.has("dnsprec.old"));
+    EXPECT_EQ(xasModeOf(files.path("dnsprec")), 0644U);
+}
+
+TEST_F(DaemonDns, FailsWithoutTheServersFileInTheList)
+{
+    start("resolv");
+    EXPECT_EQ(failure(), "0 1 Error determining dns config file");
+    EXPECT_THAT(logLines(),
+                ElementsAre(xasErrorLine("Error determining config file for dns\n"), UPDATE_FAILED));
+    EXPECT_EQ(files.read("dnsprec"), PRECEDENCE);
+    EXPECT_THAT(commands(), ElementsAre("/bin/killall -SIGHUP syslogd", "/bin/killall -SIGHUP snmpd"));
+}
+
+TEST_F(DaemonDns, RollsBackWithoutThePrecedenceFileInTheList)
+{
+    start("dnsprec");
+    EXPECT_EQ(failure(), "0 1 Error determining dns precedence config file");
+    EXPECT_THAT(logLines(), ElementsAre(xasErrorLine("Error determining precedence config file for dns\n"),
+                                        UPDATE_FAILED));
+    EXPECT_EQ(files.read("resolv"), SERVERS);
+    EXPECT_FALSE(files.has("resolv.old"));
+}
+
+TEST_F(DaemonDns, RestoresNothingWhenTheServersFileFails)
+{
+    start();
+    files.write("resolv.old", "earlier\n");
+    files.remove("resolv");
+    EXPECT_EQ(failure(), "0 2 Error opening DNS config file");
+    EXPECT_THAT(logLines(), ElementsAre(openFailed("resolv"), xasErrorLine("Error editing DNS config file\n"),
+                                        UPDATE_FAILED));
+    EXPECT_FALSE(files.has("resolv"));
+    EXPECT_EQ(files.read("resolv.old"), "earlier\n");
+
+    files.putDirectory("resolv");
+    EXPECT_EQ(failure(), "0 3 Error saving new DNS config file");
+    EXPECT_THAT(logLines(), ElementsAre(renameNewFailed("resolv"),
+                                        xasErrorLine("Error editing DNS config file\n"), UPDATE_FAILED));
+}
+
+TEST_F(DaemonDns, RollsBackWhenThePrecedenceFileFails)
+{
+    start();
+    files.putDirectory("dnsprec");
+    EXPECT_EQ(failure(), "0 3 Error saving new DNS precedence config file");
+    EXPECT_THAT(logLines(),
+                ElementsAre(renameNewFailed("dnsprec"),
+                            xasErrorLine("Error editing DNS precedence config file\n"), UPDATE_FAILED));
+    EXPECT_EQ(files.read("resolv"), SERVERS);
+    files.removeDirectory("dnsprec");
+
+    files.putDirectory("dnsprec.tmp");
+    EXPECT_EQ(failure(), "0 2 Error opening DNS precedence config file");
+    EXPECT_THAT(logLines(),
+                ElementsAre(outputFailed("dnsprec"),
+                            xasErrorLine("Error editing DNS precedence config file\n"), UPDATE_FAILED));
+    EXPECT_EQ(files.read("resolv"), SERVERS);
+}

@@ -1,0 +1,373 @@
+// Interface files of eth0, eth1 and bond0.
+#include "config/interface_file.h"
+
+#include "support/eth.h"
+#include "support/faults.h"
+#include "support/files.h"
+#include "support/log.h"
+
+#include <cerrno>
+#include <gmock/gmock.h>
+#include <regex>
+#include <sstream>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr const char *STATIC_ETH0 = "DEVICE=eth0\n"
+                                    "TYPE=Ethernet\n"
+                                    "BOOTPROTO=static\n"
+                                    "IPADDR=192.168.1.10\n"
+                                    "NETMASK=255.255.255.0\n"
+                                    "NETWORK=192.168.1.0\n"
+                                    "BROADCAST=192.168.1.255\n"
+                                    "IPV6INIT=yes\n"
+                                    "IPV6ADDR=\n"
+                                    "DHCP_HOSTNAME=\n"
+                                    "ONBOOT=yes\n"
+                                    "MTU=1500\n";
+
+class EthernetFile : public XasFilesTest {
+  protected:
+    int edit(std::string_view device = "eth0", bool isSlave = false, std::uint32_t bonding = 0)
+    {
+        return xasEditEthCfgFile(path.c_str(), &port, device, isSlave, bonding, &reply);
+    }
+
+    void expectReply(std::uint32_t rcode, std::string_view reason) const
+    {
+        EXPECT_EQ(reply.rcode, rcode);
+        EXPECT_EQ(reply.rstr, reason);
+    }
+
+    std::string path = dir.path("ifcfg");
+    XasEthPort port = xasTestEth().ports[0];
+    XasLogCapture log;
+    XasReplyStatus reply;
+};
+
+using EthernetFileDeathTest = EthernetFile;
+
+/** The text of an interface whose settings are all valid. */
+std::string completeText(const XasEthPort &port, std::string_view device = "eth0", bool isSlave = false,
+                         std::uint32_t bonding = 0, const std::string &dhcpHostname = "")
+{
+    XasReplyStatus reply;
+    const XasNewText text = xasEthCfgText({port, device, isSlave, bonding}, dhcpHostname, &reply);
+    EXPECT_TRUE(text.complete);
+    EXPECT_EQ(reply.rcode, 0U);
+    return text.text;
+}
+
+/** The line of `key` in a text that has it once. */
+std::string lineOf(const std::string &text, const std::string &key)
+{
+    const std::size_t begin = ("\n" + text).find("\n" + key + "=");
+    return begin == std::string::npos ? "" : text.substr(begin, text.find('\n', begin) + 1 - begin);
+}
+
+} // namespace
+
+TEST_F(EthernetFileDeathTest, NeedsItsPathAndItsPort)
+{
+    EXPECT_DEATH(xasEditEthCfgFile(nullptr, &port, "eth0", false, 0, &reply),
+                 "cfgFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditEthCfgFile("/tmp/none", nullptr, "eth0", false, 0, &reply),
+                 "ethPort != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditEthEnableCfgFile(nullptr, true, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
+}
+
+TEST_F(EthernetFile, IsLeftAloneWhenTheAddressSourceIsUnknown)
+{
+    dir.write("ifcfg", "old\n");
+    for (const std::uint32_t source : {3U, 0xFFFFFFFFU}) {
+        port.source = source;
+        reply = {};
+        EXPECT_EQ(edit(), 1);
+        expectReply(1, "Invalid address source");
+        EXPECT_THAT(log.take(), IsEmpty());
+        EXPECT_EQ(dir.read("ifcfg"), "old\n");
+        EXPECT_EQ(dir.read("ifcfg.tmp"), "DEVICE=eth0\nTYPE=Ethernet\n");
+        EXPECT_FALSE(dir.has("ifcfg.old"));
+    }
+}
+
+TEST_F(EthernetFile, OfBondingIsLeftAloneWhenTheModeHasNoOptions)
+{
+    dir.write("ifcfg", "old\n");
+    for (const std::uint32_t bonding : {0U, 4U, 0xFFFFFFFFU}) {
+        EXPECT_EQ(edit("bond0", false, bonding), 1);
+        expectReply(0, "");
+        EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error getting Ethernet bonding options string\n")));
+        EXPECT_EQ(dir.read("ifcfg"), "old\n");
+        EXPECT_EQ(dir.read("ifcfg.tmp"), "DEVICE=bond0\n"
+                                         "TYPE=Bonding\n"
+                                         "BOOTPROTO=static\n"
+                                         "IPADDR=192.168.1.10\n"
+                                         "NETMASK=255.255.255.0\n"
+                                         "NETWORK=192.168.1.0\n"
+                                         "BROADCAST=192.168.1.255\n"
+                                         "IPV6INIT=yes\n"
+                                         "IPV6ADDR=\n"
+                                         "DHCP_HOSTNAME=\n"
+                                         "ONBOOT=yes\n"
+                                         "MTU=1500\n");
+    }
+}
+
+TEST_F(EthernetFile, IsLeftAloneWhenItCannotBeOpened)
+{
+    dir.write("ifcfg", "old\n");
+    dir.write("ifcfg.tmp/in-the-way", "");
+    EXPECT_EQ(edit(), 1);
+    expectReply(2, "Error opening ethernet config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening output file \"" + path + ".tmp\"\n")));
+    EXPECT_EQ(dir.read("ifcfg"), "old\n");
+}
+
+TEST_F(EthernetFile, IsLeftAloneWhenItCannotBeSaved)
+{
+    dir.write("ifcfg", "old\n");
+    const XasFault fault{"rename", EIO, 1};
+    EXPECT_EQ(edit(), 1);
+    expectReply(3, "Error saving new ethernet config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
+    EXPECT_EQ(dir.read("ifcfg"), "old\n");
+}
+
+TEST_F(EthernetFile, NeedNotExist)
+{
+    EXPECT_EQ(edit(), 0);
+    expectReply(0, "");
+    EXPECT_EQ(dir.read("ifcfg"), STATIC_ETH0);
+    EXPECT_THAT(dir.names(), ElementsAre("ifcfg"));
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(EthernetFile, ForgetsItsEarlierContent)
+{
+    dir.write("ifcfg", "# edited by hand\nDEVICE=eth5\n");
+    EXPECT_EQ(edit(), 0);
+    EXPECT_EQ(dir.read("ifcfg"), STATIC_ETH0);
+    EXPECT_EQ(dir.read("ifcfg.old"), "# edited by hand\nDEVICE=eth5\n");
+}
+
+TEST(EthernetText, EndsBehindTheTypeWhenTheAddressSourceIsUnknown)
+{
+    XasEthPort port = xasTestEth().ports[0];
+    port.source = 3;
+    XasReplyStatus reply;
+    const XasNewText text = xasEthCfgText({port, "bond0", false, 1}, "", &reply);
+    EXPECT_FALSE(text.complete);
+    EXPECT_EQ(text.text, "DEVICE=bond0\nTYPE=Bonding\n");
+    EXPECT_EQ(reply.rcode, 1U);
+    EXPECT_EQ(reply.rstr, "Invalid address source");
+}
+
+TEST(EthernetText, OfASlaveHasNothingOfItsOwn)
+{
+    XasEthPort port = xasTestEth().ports[1];
+    port.enabled = 0;
+    port.source = 99;
+    EXPECT_EQ(completeText(port, "eth1", true, 1, "console"), "DEVICE=eth1\n"
+                                                              "TYPE=Ethernet\n"
+                                                              "MASTER=bond0\n"
+                                                              "SLAVE=yes\n"
+                                                              "BOOTPROTO=none\n"
+                                                              "ONBOOT=yes\n");
+}
+
+TEST(EthernetText, OfAStaticPort)
+{
+    EXPECT_EQ(completeText(xasTestEth().ports[0]), STATIC_ETH0);
+}
+
+TEST(EthernetText, OfAStaticPortInALargerNetworkWithIPv6AndWithoutStartAtBoot)
+{
+    XasEthPort port = xasTestEth().ports[1];
+    port.enabled = 0;
+    xasTestIPv6("2001:db8:0:1::5", port.ipv6);
+    port.maskv6 = 64;
+    EXPECT_EQ(completeText(port, "eth1"), "DEVICE=eth1\n"
+                                          "TYPE=Ethernet\n"
+                                          "BOOTPROTO=static\n"
+                                          "IPADDR=172.16.37.5\n"
+                                          "NETMASK=255.255.240.0\n"
+                                          "NETWORK=172.16.32.0\n"
+                                          "BROADCAST=172.16.47.255\n"
+                                          "IPV6INIT=yes\n"
+                                          "IPV6ADDR=2001:db8:0:1::5/64\n"
+                                          "DHCP_HOSTNAME=\n"
+                                          "ONBOOT=no\n"
+                                          "MTU=9000\n");
+}
+
+TEST(EthernetText, OfABootpPortWithoutAddresses)
+{
+    XasEthPort port{};
+    port.source = XAS_SOURCE_BOOTP;
+    EXPECT_EQ(completeText(port), "DEVICE=eth0\n"
+                                  "TYPE=Ethernet\n"
+                                  "BOOTPROTO=bootp\n"
+                                  "IPADDR=0.0.0.0\n"
+                                  "NETMASK=0.0.0.0\n"
+                                  "NETWORK=0.0.0.0\n"
+                                  "BROADCAST=255.255.255.255\n"
+                                  "IPV6INIT=yes\n"
+                                  "IPV6ADDR=\n"
+                                  "DHCP_HOSTNAME=\n"
+                                  "ONBOOT=no\n"
+                                  "MTU=0\n");
+}
+
+TEST(EthernetText, OfADhcpPortHoldsTheNameToAskWith)
+{
+    XasEthPort port{};
+    port.enabled = 7;
+    port.source = XAS_SOURCE_DHCP;
+    port.mtu = 1400;
+    EXPECT_EQ(completeText(port, "eth0", false, 0, "console1"), "DEVICE=eth0\n"
+                                                                "TYPE=Ethernet\n"
+                                                                "BOOTPROTO=dhcp\n"
+                                                                "IPADDR=0.0.0.0\n"
+                                                                "NETMASK=0.0.0.0\n"
+                                                                "NETWORK=0.0.0.0\n"
+                                                                "BROADCAST=255.255.255.255\n"
+                                                                "IPV6INIT=yes\n"
+                                                                "IPV6ADDR=\n"
+                                                                "DHCP_HOSTNAME=console1\n"
+                                                                "ONBOOT=yes\n"
+                                                                "MTU=1400\n");
+}
+
+TEST(EthernetText, OfBondingInActiveBackupEndsWithItsOptionsInQuotes)
+{
+    EXPECT_EQ(completeText(xasTestEth().ports[0], "bond0", false, 1),
+              "DEVICE=bond0\n"
+              "TYPE=Bonding\n"
+              "BOOTPROTO=static\n"
+              "IPADDR=192.168.1.10\n"
+              "NETMASK=255.255.255.0\n"
+              "NETWORK=192.168.1.0\n"
+              "BROADCAST=192.168.1.255\n"
+              "IPV6INIT=yes\n"
+              "IPV6ADDR=\n"
+              "DHCP_HOSTNAME=\n"
+              "ONBOOT=yes\n"
+              "MTU=1500\n"
+              "BONDING_OPTS=\"mode=active-backup primary=eth0 miimon=250 use_carrier=1 downdelay=2500 "
+              "updelay=2500\"\n");
+}
+
+TEST(EthernetText, OfBondingHoldsTheOptionsOfTheOtherModesToo)
+{
+    const XasEthPort port = xasTestEth().ports[0];
+    EXPECT_EQ(lineOf(completeText(port, "bond0", false, 2), "BONDING_OPTS"),
+              "BONDING_OPTS=\"mode=802.3ad miimon=250 use_carrier=1 downdelay=2500 updelay=2500\"\n");
+    EXPECT_EQ(lineOf(completeText(port, "bond0", false, 3), "BONDING_OPTS"),
+              "BONDING_OPTS=\"mode=balance-tlb miimon=250 use_carrier=1 downdelay=2500 updelay=2500\"\n");
+}
+
+TEST(EthernetText, OfAPortThatIsNoSlaveHasNoBondingOptionsEvenWhileBondingIsOn)
+{
+    EXPECT_EQ(completeText(xasTestEth().ports[0], "eth0", false, 1), STATIC_ETH0);
+}
+
+TEST(EthernetText, TakesAnAddressForSetByAnyOneOfItsBytes)
+{
+    XasEthPort port = xasTestEth().ports[0];
+    port.ipv6[15] = 1;
+    port.maskv6 = 128;
+    EXPECT_EQ(lineOf(completeText(port), "IPV6ADDR"), "IPV6ADDR=::1/128\n");
+    port.ipv6[15] = 0;
+    port.ipv6[0] = 0xfe;
+    port.maskv6 = 0;
+    EXPECT_EQ(lineOf(completeText(port), "IPV6ADDR"), "IPV6ADDR=fe00::/0\n");
+}
+
+TEST(EthernetText, WritesPrefixLengthAndMtuAsSigned)
+{
+    XasEthPort port = xasTestEth().ports[0];
+    port.ipv6[0] = 0xfe;
+    port.maskv6 = 0xFFFFFFFF;
+    port.mtu = 0x80000000;
+    const std::string text = completeText(port);
+    EXPECT_EQ(lineOf(text, "IPV6ADDR"), "IPV6ADDR=fe00::/-1\n");
+    EXPECT_EQ(lineOf(text, "MTU"), "MTU=-2147483648\n");
+}
+
+// Whatever bytes a record holds, every line is an assignment of one plain word: a shell that sources the file
+// runs nothing. (The root tests source such files with a real shell.)
+TEST(EthernetText, OfRandomBytesHoldsNothingButAssignments)
+{
+    const std::regex assignment{"[A-Z0-9_]+=([A-Za-z0-9.:/-]*|\"[A-Za-z0-9.= _-]*\")"};
+    std::mt19937 random{20100121};
+    for (int round = 0; round < 2000; ++round) {
+        const XasEthPort port = xasTestRandomPort(random);
+        const auto bonding = static_cast<std::uint32_t>(random() % 5);
+        const bool isSlave = random() % 4 == 0;
+        const std::string_view device = !isSlave && random() % 2 == 0 ? "bond0" : "eth1";
+        XasReplyStatus reply;
+        std::istringstream lines{xasEthCfgText({port, device, isSlave, bonding}, "", &reply).text};
+        for (std::string line; std::getline(lines, line);)
+            ASSERT_TRUE(std::regex_match(line, assignment)) << line;
+    }
+}
+
+TEST_F(EthernetFile, ToEnableMustExist)
+{
+    EXPECT_EQ(xasEditEthEnableCfgFile(path.c_str(), true, &reply), 1);
+    expectReply(2, "Error opening ethernet enable config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
+    EXPECT_THAT(dir.names(), IsEmpty());
+}
+
+TEST_F(EthernetFile, ToEnableStaysWhenItCannotBeSaved)
+{
+    dir.write("ifcfg", "ONBOOT=no\n");
+    const XasFault fault{"rename", EIO, 1};
+    EXPECT_EQ(xasEditEthEnableCfgFile(path.c_str(), true, &reply), 1);
+    expectReply(3, "Error saving new ethernet config file");
+    EXPECT_EQ(dir.read("ifcfg"), "ONBOOT=no\n");
+}
+
+TEST_F(EthernetFile, ChangesNothingButItsStartAtBoot)
+{
+    dir.write("ifcfg", STATIC_ETH0);
+    EXPECT_EQ(xasEditEthEnableCfgFile(path.c_str(), false, &reply), 0);
+    EXPECT_EQ(dir.read("ifcfg"), "DEVICE=eth0\n"
+                                 "TYPE=Ethernet\n"
+                                 "BOOTPROTO=static\n"
+                                 "IPADDR=192.168.1.10\n"
+                                 "NETMASK=255.255.255.0\n"
+                                 "NETWORK=192.168.1.0\n"
+                                 "BROADCAST=192.168.1.255\n"
+                                 "IPV6INIT=yes\n"
+                                 "IPV6ADDR=\n"
+                                 "DHCP_HOSTNAME=\n"
+                                 "ONBOOT=no\n"
+                                 "MTU=1500\n");
+    EXPECT_EQ(dir.read("ifcfg.old"), STATIC_ETH0);
+    EXPECT_EQ(xasEditEthEnableCfgFile(path.c_str(), true, &reply), 0);
+    EXPECT_EQ(dir.read("ifcfg"), STATIC_ETH0);
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST(EthernetEnableText, OfAnEmptyFileStaysEmpty)
+{
+    EXPECT_EQ(xasEthEnableText("", true), "");
+}
+
+TEST(EthernetEnableText, AddsNoLineAndKeepsCommentsAndOtherKeys)
+{
+    constexpr std::string_view TEXT = "#ONBOOT=yes\nONBOOT =yes\n onboot=yes\nONBOOTS=1\nDEVICE=eth0";
+    EXPECT_EQ(xasEthEnableText(TEXT, false), TEXT);
+}
+
+TEST(EthernetEnableText, ReplacesEveryLineOfItsKey)
+{
+    EXPECT_EQ(xasEthEnableText("ONBOOT=yes\r\nMTU=1\nONBOOT", false), "ONBOOT=no\nMTU=1\nONBOOT=no\n");
+    EXPECT_EQ(xasEthEnableText("ONBOOT=maybe\nONBOOT=\n", true), "ONBOOT=yes\nONBOOT=yes\n");
+}

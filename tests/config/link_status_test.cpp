@@ -1,0 +1,161 @@
+// A port's link came up or went down: the handler of XMSG_NOTIFY.
+#include "config/link_status.h"
+
+#include "support/apps.h"
+#include "support/faults.h"
+#include "support/files.h"
+#include "support/log.h"
+#include "support/message.h"
+
+#include <cerrno>
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+XasMessage notice(std::uint32_t code, std::string_view text)
+{
+    return XasMessageBuilder{XMSG_NOTIFY}.word(120, code).bytes(136, text).build();
+}
+
+class EthStatusUpdate : public XasFilesTest {
+  protected:
+    EthStatusUpdate()
+    {
+        dir.write("eth0", "DEVICE=eth0\nONBOOT=no\n");
+        dir.write("eth1", "DEVICE=eth1\nONBOOT=yes\n");
+    }
+
+    int update(std::uint32_t code, std::string_view text)
+    {
+        XasMessage msg = notice(code, text);
+        return xasUpdateEthIfStatusCfg(&msg, &cfgFiles, &reply);
+    }
+
+    void expectNothingChanged() const
+    {
+        EXPECT_EQ(dir.read("eth0"), "DEVICE=eth0\nONBOOT=no\n");
+        EXPECT_EQ(dir.read("eth1"), "DEVICE=eth1\nONBOOT=yes\n");
+        EXPECT_FALSE(dir.has("eth0.old"));
+        EXPECT_FALSE(dir.has("eth1.old"));
+    }
+
+    void expectReply(std::uint32_t rcode, std::string_view reason) const
+    {
+        EXPECT_EQ(reply.rcode, rcode);
+        EXPECT_EQ(reply.rstr, reason);
+    }
+
+    XasCfgFileList cfgFiles = xasTestCfgFiles({{"eth0", dir.path("eth0")}, {"eth1", dir.path("eth1")}});
+    XasLogCapture log;
+    XasReplyStatus reply;
+};
+
+using EthStatusUpdateDeathTest = EthStatusUpdate;
+
+} // namespace
+
+TEST_F(EthStatusUpdateDeathTest, NeedsItsArgumentsAndItsType)
+{
+    XasMessage msg = notice(2, "Eth1 Link Up");
+    EXPECT_DEATH(xasUpdateEthIfStatusCfg(nullptr, &cfgFiles, &reply), "msg != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasUpdateEthIfStatusCfg(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
+    msg.xH.msgtype = XMSG_ETH;
+    EXPECT_DEATH(xasUpdateEthIfStatusCfg(&msg, &cfgFiles, &reply), "XMSG_NOTIFY == msg->xH.msgtype");
+}
+
+TEST_F(EthStatusUpdate, RefusesOtherKindsOfNotice)
+{
+    EXPECT_EQ(update(0, "Eth1 Link Up"), 1);
+    EXPECT_EQ(update(1, "Eth1 Link Up"), 1);
+    EXPECT_EQ(update(4, "nonsense"), 1);
+    EXPECT_EQ(update(0xFFFFFFFF, "Eth1 Link Up"), 1);
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Invalid notify message of type 0 received\n"),
+                                         xasErrorLine("Invalid notify message of type 1 received\n"),
+                                         xasErrorLine("Invalid notify message of type 4 received\n"),
+                                         xasErrorLine("Invalid notify message of type -1 received\n")));
+    expectReply(0, "");
+    expectNothingChanged();
+}
+
+TEST_F(EthStatusUpdate, RefusesOtherPorts)
+{
+    EXPECT_EQ(update(2, ""), 1);
+    EXPECT_EQ(update(2, "Eth"), 1);
+    EXPECT_EQ(update(3, "Eth3 Link Down"), 1);
+    EXPECT_EQ(update(3, "eth1 Link Down"), 1);
+    EXPECT_THAT(log.lines(),
+                ElementsAre(xasErrorLine("Invalid link change interface type: \n"),
+                            xasErrorLine("Invalid link change interface type: Eth\n"),
+                            xasErrorLine("Invalid link change interface type: Eth3 Link Down\n"),
+                            xasErrorLine("Invalid link change interface type: eth1 Link Down\n")));
+    expectReply(0, "");
+    expectNothingChanged();
+}
+
+TEST_F(EthStatusUpdate, ReadsANameThatFillsTheRecordToItsEnd)
+{
+    const std::string name(2352, 'x');
+    EXPECT_EQ(update(2, name), 1);
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Invalid link change interface type: " + name + "\n")));
+}
+
+TEST_F(EthStatusUpdate, NeedsTheFileOfThePortThatChanged)
+{
+    cfgFiles.erase(cfgFiles.begin());
+    EXPECT_EQ(update(2, "Eth1 Link Up"), 1);
+    expectReply(1, "Error determining Ethernet enable config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining Ethernet enable config file\n")));
+    expectNothingChanged();
+    EXPECT_EQ(update(3, "Eth2 Link Down"), 0);
+}
+
+TEST_F(EthStatusUpdate, TellsAFileThatIsNotThere)
+{
+    cfgFiles = xasTestCfgFiles({{"eth1", dir.path("gone")}});
+    EXPECT_EQ(update(3, "Eth2 Link Down"), 1);
+    expectReply(2, "Error opening ethernet enable config file");
+    EXPECT_THAT(log.lines(),
+                ElementsAre(xasErrorLine("Error opening config file \"" + dir.path("gone") + "\"\n"),
+                            xasErrorLine("Error editing Ethernet enable configuration file\n")));
+}
+
+TEST_F(EthStatusUpdate, TellsAFileThatCannotBeSavedAndRestoresNothing)
+{
+    const XasFault fault{"rename", EIO, 1, 1};
+    EXPECT_EQ(update(3, "Eth2 Link Down"), 1);
+    expectReply(3, "Error saving new ethernet config file");
+    EXPECT_THAT(log.lines(),
+                ElementsAre(xasErrorLine("Error renaming new config file \"" + dir.path("eth1") + "\"\n"),
+                            xasErrorLine("Error editing Ethernet enable configuration file\n")));
+    EXPECT_EQ(dir.read("eth1"), "DEVICE=eth1\nONBOOT=yes\n");
+    EXPECT_TRUE(dir.has("eth1.old"));
+}
+
+TEST_F(EthStatusUpdate, StartsAtBootAPortThatCameUp)
+{
+    EXPECT_EQ(update(2, "Eth1 Link Up"), 0);
+    EXPECT_EQ(dir.read("eth0"), "DEVICE=eth0\nONBOOT=yes\n");
+    EXPECT_EQ(dir.read("eth1"), "DEVICE=eth1\nONBOOT=yes\n");
+    EXPECT_FALSE(dir.has("eth1.old"));
+    EXPECT_THAT(log.lines(), IsEmpty());
+    expectReply(0, "");
+}
+
+TEST_F(EthStatusUpdate, DoesNotStartAtBootAPortThatWentDown)
+{
+    EXPECT_EQ(update(3, "Eth2 Link Down"), 0);
+    EXPECT_EQ(dir.read("eth0"), "DEVICE=eth0\nONBOOT=no\n");
+    EXPECT_EQ(dir.read("eth1"), "DEVICE=eth1\nONBOOT=no\n");
+    EXPECT_FALSE(dir.has("eth0.old"));
+}
+
+TEST_F(EthStatusUpdate, ReadsNothingButTheFirstFourCharactersOfTheName)
+{
+    EXPECT_EQ(update(2, "Eth1"), 0);
+    EXPECT_EQ(dir.read("eth0"), "DEVICE=eth0\nONBOOT=yes\n");
+    EXPECT_EQ(update(3, "Eth12"), 0);
+    EXPECT_EQ(dir.read("eth0"), "DEVICE=eth0\nONBOOT=no\n");
+}

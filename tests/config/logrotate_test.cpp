@@ -1,0 +1,230 @@
+// The sizes in the log rotation's configuration and in its shell fragment.
+#include "config/logrotate.h"
+
+#include "support/faults.h"
+#include "support/files.h"
+#include "support/growth.h"
+#include "support/log.h"
+
+#include <cerrno>
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+/** As the appliance ships it, and what becomes of it. */
+constexpr const char *LIFELIKE = "# rotate when a log is too large; see \"man logrotate\"\n"
+                                 "missingok\n"
+                                 "nocompress\n"
+                                 "rotate 1\n"
+                                 "\n"
+                                 "/var/log/network /var/log/services /var/log/secure {\n"
+                                 "    size 100k\n"
+                                 "    prerotate\n"
+                                 "        logbytes=$(stat -c %s $1)\n"
+                                 "        if [ $logbytes -gt 102400 ] ; then\n"
+                                 "            tail -c 51200 $1 > /www/$1.log\n"
+                                 "        else\n"
+                                 "            cp $1 /www/$1.log\n"
+                                 "        fi\n"
+                                 "    endscript\n"
+                                 "}\n"
+                                 "\n"
+                                 "/var/log/nut {\n"
+                                 "    size 50k\n"
+                                 "    prerotate\n"
+                                 "        logbytes=$(stat -c %s $1)\n"
+                                 "        if [ $logbytes -gt 51200 ] ; then\n"
+                                 "            tail -c 25600 $1 > /www/$1.log\n"
+                                 "        fi\n"
+                                 "    endscript\n"
+                                 "}\n"
+                                 "\n"
+                                 "/var/log/messages {\n"
+                                 "\tsize 100k # of all\n"
+                                 "}\n";
+
+/** The logs of /var/log/nut rotate at 30, all others at 64 kilobytes. */
+XasSyslogPayload sizes(std::uint16_t nutSize = 30, std::uint16_t logSize = 64)
+{
+    XasSyslogPayload sysLogInfo{};
+    sysLogInfo.nut_size = nutSize;
+    sysLogInfo.log_size = logSize;
+    return sysLogInfo;
+}
+
+class LogrotateFile : public XasFilesTest {
+  protected:
+    XasSyslogPayload sysLogInfo = sizes();
+    XasLogCapture log;
+    XasReplyStatus reply;
+};
+
+using LogrotateFileDeathTest = LogrotateFile;
+
+} // namespace
+
+TEST(LogrotateText, OfAnEmptyFileStaysEmpty)
+{
+    EXPECT_EQ(xasLogrotateText("", sizes()), "");
+}
+
+TEST(LogrotateText, ReplacesAWholeFile)
+{
+    EXPECT_EQ(xasLogrotateText(LIFELIKE, sizes()), "# rotate when a log is too large; see \"man logrotate\"\n"
+                                                   "missingok\n"
+                                                   "nocompress\n"
+                                                   "rotate 1\n"
+                                                   "\n"
+                                                   "/var/log/network /var/log/services /var/log/secure {\n"
+                                                   "    size 64k\n"
+                                                   "    prerotate\n"
+                                                   "        logbytes=$(stat -c %s $1)\n"
+                                                   "        if [ $logbytes -gt 65536 ] ; then\n"
+                                                   "            tail -c 32768 $1 > /www/$1.log\n"
+                                                   "        else\n"
+                                                   "            cp $1 /www/$1.log\n"
+                                                   "        fi\n"
+                                                   "    endscript\n"
+                                                   "}\n"
+                                                   "\n"
+                                                   "/var/log/nut {\n"
+                                                   "    size 30k\n"
+                                                   "    prerotate\n"
+                                                   "        logbytes=$(stat -c %s $1)\n"
+                                                   "        if [ $logbytes -gt 30720 ] ; then\n"
+                                                   "            tail -c 15360 $1 > /www/$1.log\n"
+                                                   "        fi\n"
+                                                   "    endscript\n"
+                                                   "}\n"
+                                                   "\n"
+                                                   "/var/log/messages {\n"
+                                                   "\tsize 30k\n"
+                                                   "}\n");
+}
+
+TEST(LogrotateText, ReplacesWhateverStandsBehindAToken)
+{
+    EXPECT_EQ(xasLogrotateText("size 100k\n$logbytes -gt 1\ntail -c 1\n", sizes()),
+              "size 64k\n$logbytes -gt 65536 ] ; then\ntail -c 32768 $1 > /www/$1.log\n");
+}
+
+TEST(LogrotateText, KeepsHalfOfAnOddSizeToTheByte)
+{
+    EXPECT_EQ(xasLogrotateText("tail -c \n", sizes(0, 33)), "tail -c 16896 $1 > /www/$1.log\n");
+    EXPECT_EQ(xasLogrotateText("tail -c \n", sizes(0, 1)), "tail -c 512 $1 > /www/$1.log\n");
+}
+
+TEST(LogrotateText, TakesTheSmallestAndTheLargestSize)
+{
+    constexpr const char *TEXT = "size x\n$logbytes -gt x\ntail -c x\n";
+    EXPECT_EQ(xasLogrotateText(TEXT, sizes(0, 0)),
+              "size 0k\n$logbytes -gt 0 ] ; then\ntail -c 0 $1 > /www/$1.log\n");
+    EXPECT_EQ(xasLogrotateText(TEXT, sizes(0, 65535)),
+              "size 65535k\n$logbytes -gt 67107840 ] ; then\ntail -c 33553920 $1 > /www/$1.log\n");
+}
+
+TEST(LogrotateText, FindsATokenAnywhereInALineCommentsAndLongerWordsIncluded)
+{
+    EXPECT_EQ(xasLogrotateText("# the size of each\nmaxsize 1M\nminsize 1k size 2k\n", sizes()),
+              "# the size 64k\nmaxsize 64k\nminsize 64k\n");
+}
+
+TEST(LogrotateText, KeepsLinesWithHalfAToken)
+{
+    constexpr std::string_view TEXT =
+        "size\nsize\t100k\nsize=100k\n$logbytes -gt\n$logbytes -lt 1\ntail -n 1\n";
+    EXPECT_EQ(xasLogrotateText(TEXT, sizes()), TEXT);
+}
+
+TEST(LogrotateText, LetsTheFirstRuleWinInALineWithSeveralTokens)
+{
+    EXPECT_EQ(xasLogrotateText("tail -c 1 # $logbytes -gt 2\n", sizes()),
+              "tail -c 1 # $logbytes -gt 65536 ] ; then\n");
+    EXPECT_EQ(xasLogrotateText("tail -c 1 # size 2\n", sizes()), "tail -c 1 # size 64k\n");
+}
+
+TEST(LogrotateText, ChangesTheSizeBehindAnyLineWithTheNutLogUnlessAnotherRuleTakesThatLine)
+{
+    EXPECT_EQ(xasLogrotateText("size 1\n# /var/log/nuts\nsize 1\n/var/log/messages {\nsize 1\n", sizes()),
+              "size 64k\n# /var/log/nuts\nsize 30k\n/var/log/messages {\nsize 30k\n");
+    EXPECT_EQ(xasLogrotateText("# size of /var/log/nut\nsize 1\n", sizes()), "# size 64k\nsize 64k\n");
+}
+
+TEST(LogrotateText, EndsAReplacedLastLineButNotACopiedOne)
+{
+    EXPECT_EQ(xasLogrotateText("size 1", sizes()), "size 64k\n");
+    EXPECT_EQ(xasLogrotateText("rotate 1", sizes()), "rotate 1");
+}
+
+TEST(LogrotateText, LosesTheCarriageReturnsOfReplacedLinesOnly)
+{
+    EXPECT_EQ(xasLogrotateText("rotate 1\r\nsize 1\r\n", sizes()), "rotate 1\r\nsize 64k\n");
+}
+
+TEST(LogrotateText, TakesALongLineInPiecesOf511Bytes)
+{
+    const std::string first = "#" + std::string(510, 'c');
+    EXPECT_EQ(xasLogrotateText(first + "size 1\n", sizes()), first + "size 64k\n");
+}
+
+TEST(LogrotateText, CutsAReplacedLineAt511Bytes)
+{
+    const std::string first = std::string(503, 'c') + "size ";
+    EXPECT_EQ(xasLogrotateText(first + "1\n", sizes()), first + "64k");
+    EXPECT_EQ(xasLogrotateText("c" + first + "\n", sizes()), "c" + first + "64");
+}
+
+TEST(LogrotateText, DoesNotChangeWhenItIsWrittenTwice)
+{
+    const std::string once = xasLogrotateText(LIFELIKE, sizes());
+    EXPECT_EQ(xasLogrotateText(once, sizes()), once);
+}
+
+TEST(LogrotateText, TakesTheSameTimeForALineOfAnyFile)
+{
+    const auto edit = [](std::string_view text) {
+        return xasLogrotateText(text, sizes());
+    };
+    EXPECT_LT(xasGrowthPerLine(edit, "            tail -c 51200 $1 > /www/$1.log\n"), XAS_CONSTANT_GROWTH);
+}
+
+TEST_F(LogrotateFileDeathTest, NeedsItsPathAndItsValues)
+{
+    EXPECT_DEATH(xasEditLogrotateCfgFile(nullptr, &sysLogInfo, &reply),
+                 "cfgFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditLogrotateCfgFile("/tmp/none", nullptr, &reply),
+                 "sysLogInfo != \\(\\(void \\*\\)0\\)");
+}
+
+TEST_F(LogrotateFile, MustExist)
+{
+    const std::string path = dir.path("logrotate.conf");
+    EXPECT_EQ(xasEditLogrotateCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
+    EXPECT_EQ(reply.rcode, 2U);
+    EXPECT_EQ(reply.rstr, "Error opening logrotate config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
+}
+
+TEST_F(LogrotateFile, StaysAsItIsWhenTheNewOneCannotBePutInPlace)
+{
+    const std::string path = dir.write("logrotate.conf", LIFELIKE);
+    const XasFault fault{"rename", EIO, 1};
+    EXPECT_EQ(xasEditLogrotateCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
+    EXPECT_EQ(reply.rcode, 3U);
+    EXPECT_EQ(reply.rstr, "Error saving new logrotate config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
+    EXPECT_EQ(dir.read("logrotate.conf"), LIFELIKE);
+}
+
+TEST_F(LogrotateFile, IsReplacedAndItsOldContentKept)
+{
+    const std::string path = dir.write("logrotate.conf", "size 1k\n");
+    EXPECT_EQ(xasEditLogrotateCfgFile(path.c_str(), &sysLogInfo, &reply), 0);
+    EXPECT_EQ(dir.read("logrotate.conf"), "size 64k\n");
+    EXPECT_EQ(dir.read("logrotate.conf.old"), "size 1k\n");
+    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_THAT(log.lines(), IsEmpty());
+}

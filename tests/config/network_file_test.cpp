@@ -1,0 +1,183 @@
+// The global network file: host name, default gateways, IPv6 switch.
+#include "config/network_file.h"
+
+#include "support/eth.h"
+#include "support/faults.h"
+#include "support/files.h"
+#include "support/log.h"
+#include "wire/address.h"
+
+#include <cerrno>
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+XasNetInfo gateways(const char *gateway, const char *gatewayIPv6 = nullptr)
+{
+    XasNetInfo netInfo;
+    netInfo.setGateway = true;
+    netInfo.gateway = gateway != nullptr ? xasTestIPv4(gateway) : XAS_NO_IPV4;
+    if (gatewayIPv6 != nullptr)
+        xasTestIPv6(gatewayIPv6, &netInfo.gatewayIPv6.sin6_addr);
+    return netInfo;
+}
+
+XasNetInfo hostname(const std::string &name)
+{
+    XasNetInfo netInfo;
+    netInfo.setHostname = true;
+    netInfo.hostname = name;
+    return netInfo;
+}
+
+constexpr std::string_view WHOLE_FILE = "# global\n"
+                                        "NETWORKING=yes\n"
+                                        "NETWORKING_IPV6=no\n"
+                                        "HOSTNAME=old.example.net\n"
+                                        "GATEWAY=1.2.3.4\n"
+                                        "IPV6_GATEWAY=fe80::1\n"
+                                        "FORWARD_IPV4=no\n";
+
+class NetworkFile : public XasFilesTest {
+  protected:
+    XasLogCapture log;
+    XasReplyStatus reply;
+};
+
+using NetworkFileDeathTest = NetworkFile;
+
+} // namespace
+
+TEST_F(NetworkFileDeathTest, NeedsItsPathAndItsValues)
+{
+    const XasNetInfo netInfo;
+    EXPECT_DEATH(xasEditNetCfgFile(nullptr, &netInfo, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditNetCfgFile("/tmp/none", nullptr, &reply), "netInfo != \\(\\(void \\*\\)0\\)");
+}
+
+TEST_F(NetworkFile, MustExist)
+{
+    const std::string path = dir.path("network");
+    const XasNetInfo netInfo = gateways("10.0.0.1");
+    EXPECT_EQ(xasEditNetCfgFile(path.c_str(), &netInfo, &reply), 1);
+    EXPECT_EQ(reply.rcode, 2U);
+    EXPECT_EQ(reply.rstr, "Error opening network config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
+    EXPECT_THAT(dir.names(), IsEmpty());
+}
+
+TEST_F(NetworkFile, StaysAsItIsWhenTheNewOneCannotBePutInPlace)
+{
+    const std::string path = dir.write("network", WHOLE_FILE);
+    const XasNetInfo netInfo = gateways("10.0.0.1");
+    const XasFault fault{"rename", EIO, 1};
+    EXPECT_EQ(xasEditNetCfgFile(path.c_str(), &netInfo, &reply), 1);
+    EXPECT_EQ(reply.rcode, 3U);
+    EXPECT_EQ(reply.rstr, "Error saving new network config file");
+    EXPECT_EQ(dir.read("network"), WHOLE_FILE);
+}
+
+TEST_F(NetworkFile, IsReplacedAndItsOldContentKept)
+{
+    const std::string path = dir.write("network", WHOLE_FILE);
+    const XasNetInfo netInfo = hostname("console1");
+    EXPECT_EQ(xasEditNetCfgFile(path.c_str(), &netInfo, &reply), 0);
+    EXPECT_THAT(dir.read("network"), testing::HasSubstr("\nHOSTNAME=console1\n"));
+    EXPECT_EQ(dir.read("network.old"), WHOLE_FILE);
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST(NetworkText, StaysAsItIsWithNothingToSet)
+{
+    XasNetInfo netInfo = gateways("10.0.0.1", "2001:db8::1");
+    netInfo.setGateway = false;
+    netInfo.hostname = "console1";
+    EXPECT_EQ(xasNetCfgText(WHOLE_FILE, netInfo), WHOLE_FILE);
+}
+
+TEST(NetworkText, GetsNoHostNameThatItDidNotHave)
+{
+    EXPECT_EQ(xasNetCfgText("", hostname("console1")), "");
+    EXPECT_EQ(xasNetCfgText("#HOSTNAME=x\nHOSTNAME =x\n", hostname("console1")),
+              "#HOSTNAME=x\nHOSTNAME =x\n");
+}
+
+TEST(NetworkText, ChangesNothingButTheHostName)
+{
+    EXPECT_EQ(xasNetCfgText(WHOLE_FILE, hostname("console1.example.org")), "# global\n"
+                                                                           "NETWORKING=yes\n"
+                                                                           "NETWORKING_IPV6=no\n"
+                                                                           "HOSTNAME=console1.example.org\n"
+                                                                           "GATEWAY=1.2.3.4\n"
+                                                                           "IPV6_GATEWAY=fe80::1\n"
+                                                                           "FORWARD_IPV4=no\n");
+}
+
+TEST(NetworkText, LosesTheGatewaysThatAreNone)
+{
+    EXPECT_EQ(xasNetCfgText(WHOLE_FILE, gateways(nullptr)), "# global\n"
+                                                            "NETWORKING=yes\n"
+                                                            "NETWORKING_IPV6=no\n"
+                                                            "HOSTNAME=old.example.net\n"
+                                                            "FORWARD_IPV4=no\n");
+}
+
+TEST(NetworkText, GetsBothGatewaysWhereTheyStoodAndTheIPv6Switch)
+{
+    XasNetInfo netInfo = gateways("10.0.0.1", "2001:db8::1");
+    netInfo.ipv6Enabled = 2;
+    EXPECT_EQ(xasNetCfgText(WHOLE_FILE, netInfo), "# global\n"
+                                                  "NETWORKING=yes\n"
+                                                  "NETWORKING_IPV6=yes\n"
+                                                  "HOSTNAME=old.example.net\n"
+                                                  "GATEWAY=10.0.0.1\n"
+                                                  "IPV6_GATEWAY=2001:db8::1\n"
+                                                  "FORWARD_IPV4=no\n");
+}
+
+TEST(NetworkText, GetsTheGatewaysAtItsEndWhereItHadNone)
+{
+    EXPECT_EQ(xasNetCfgText("NETWORKING=yes\n", gateways("10.0.0.1", "2001:db8::1")),
+              "NETWORKING=yes\nGATEWAY=10.0.0.1\nIPV6_GATEWAY=2001:db8::1\n");
+    EXPECT_EQ(xasNetCfgText("", gateways("10.0.0.1")), "GATEWAY=10.0.0.1\n");
+    EXPECT_EQ(xasNetCfgText("", gateways(nullptr, "::1")), "IPV6_GATEWAY=::1\n");
+    EXPECT_EQ(xasNetCfgText("", gateways(nullptr)), "");
+}
+
+TEST(NetworkText, GetsOnlyTheMissingOneOfTwoGatewaysAtItsEnd)
+{
+    EXPECT_EQ(xasNetCfgText("IPV6_GATEWAY=fe80::1\nX=1\n", gateways("10.0.0.1", "2001:db8::1")),
+              "IPV6_GATEWAY=2001:db8::1\nX=1\nGATEWAY=10.0.0.1\n");
+}
+
+TEST(NetworkText, TakesAnAllZeroIPv4GatewayForOne)
+{
+    EXPECT_EQ(xasNetCfgText("GATEWAY=1.2.3.4\n", gateways("0.0.0.0")), "GATEWAY=0.0.0.0\n");
+}
+
+TEST(NetworkText, GetsNoIPv6SwitchThatItDidNotHave)
+{
+    XasNetInfo netInfo = gateways(nullptr);
+    netInfo.ipv6Enabled = 1;
+    EXPECT_EQ(xasNetCfgText("NETWORKING=yes\n", netInfo), "NETWORKING=yes\n");
+}
+
+TEST(NetworkText, JoinsWhatIsAppendedToALastLineWithoutLineFeed)
+{
+    EXPECT_EQ(xasNetCfgText("X=1", gateways("10.0.0.1")), "X=1GATEWAY=10.0.0.1\n");
+}
+
+TEST(NetworkText, WritesALastLineWithoutLineFeedAnewWithOne)
+{
+    EXPECT_EQ(xasNetCfgText("X=1\nGATEWAY=1.2.3.4", gateways("10.0.0.1")), "X=1\nGATEWAY=10.0.0.1\n");
+}
+
+TEST(NetworkText, KeepsOverlongLinesAndOtherSystemsLineEnds)
+{
+    const std::string longLine = "X=" + std::string(1500, 'x') + "\r\n";
+    EXPECT_EQ(xasNetCfgText(longLine + "GATEWAY=1.2.3.4\r\n", gateways("10.0.0.1")),
+              longLine + "GATEWAY=10.0.0.1\n");
+}

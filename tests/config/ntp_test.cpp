@@ -1,0 +1,572 @@
+// Network time: the step file and the NTP daemon's configuration.
+#include "config/ntp.h"
+
+#include "support/apps.h"
+#include "support/faults.h"
+#include "support/files.h"
+#include "support/growth.h"
+#include "support/hosts.h"
+#include "support/log.h"
+#include "support/message.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+
+namespace {
+
+/** A distribution's file, with lines of every kind that matters. */
+constexpr const char *LIFELIKE = "# /etc/ntp.conf, configuration for ntpd; see ntp.conf(5) for help\n"
+                                 "\n"
+                                 "driftfile /var/lib/ntp/ntp.drift\n"
+                                 "leapfile /usr/share/zoneinfo/leap-seconds.list\n"
+                                 "\n"
+                                 "# Specify one or more NTP servers.\n"
+                                 "#server ntp.your-provider.example\n"
+                                 "pool 0.debian.pool.ntp.org iburst\n"
+                                 "\n"
+                                 "# the local clock, for when no server answers\n"
+                                 "server 127.127.1.0\n"
+                                 "fudge 127.127.1.0 stratum 10\n"
+                                 "server 192.168.10.1 iburst\n"
+                                 "  server\tntp2.example.net\tprefer\n"
+                                 "restrict -4 default kod notrap nomodify nopeer noquery limited\n"
+                                 "# If you want to listen to time broadcasts on your local subnet:\n"
+                                 "#disable auth\n"
+                                 "#broadcastclient\n"
+                                 "authenticate no\n"
+                                 "#authenticate yes\n"
+                                 "servers 4\n";
+
+XasNtpInfo pollingThree(const XasHostAddr &one, const XasHostAddr &two, const XasHostAddr &three)
+{
+    return {.sync = 1, .poll = 0, .servers = {one, two, three}};
+}
+
+XasNtpInfo pollingOne(const XasHostAddr &server)
+{
+    return {.sync = 1, .poll = 1, .servers = {server, {}, {}}};
+}
+
+XasNtpInfo notPolling(std::uint32_t sync)
+{
+    return {.sync = sync, .poll = 0, .servers = {}};
+}
+
+const XasNtpInfo THREE = pollingThree(xasHostWithAddress("10.0.0.1"), xasNamedHost("ntp.example.org"),
+                                      xasHostWithAddress("2001:db8::7b"));
+
+std::string lines(std::string_view line, std::size_t count)
+{
+    std::string text;
+    while (count-- > 0)
+        text += line;
+    return text;
+}
+
+/** The handler on a file pair of its own. */
+class NtpUpdate : public XasFilesTest {
+  protected:
+    XasMessageBuilder message{XMSG_NTP};
+    std::string steps = dir.write("step-tickers", "old.example.net\n");
+    std::string ntp = dir.write("ntp.conf", "server old.example.net\n");
+    XasCfgFileList files = xasTestCfgFiles({{"stepTickers", steps}, {"ntp", ntp}});
+    XasLogCapture log;
+    XasReplyStatus reply;
+
+    NtpUpdate()
+    {
+        message.word(120, 1).word(124, 1).word(128, 0);
+        message.bytes(132, xasHostBytes(xasHostWithAddress("10.0.0.1")));
+        message.bytes(208, xasHostBytes(xasNamedHost("ntp.example.org")));
+        message.bytes(284, xasHostBytes(xasHostWithAddress("2001:db8::7b")));
+        message.bytes(360, xasHostBytes(xasNamedHost("single.example.org")));
+    }
+
+    int update()
+    {
+        XasMessage msg = message.build();
+        return xasUpdateNtpCfg(&msg, &files, &reply);
+    }
+
+    void expectReply(std::uint32_t rcode, std::string_view reason) const
+    {
+        EXPECT_EQ(reply.rcode, rcode);
+        EXPECT_EQ(reply.rstr, reason);
+    }
+
+    void expectFilesAsTheyWere() const
+    {
+        EXPECT_EQ(dir.read("step-tickers"), "old.example.net\n");
+        EXPECT_EQ(dir.read("ntp.conf"), "server old.example.net\n");
+    }
+};
+
+using NtpFiles = NtpUpdate;
+using NtpFilesDeathTest = NtpUpdate;
+using NtpUpdateDeathTest = NtpUpdate;
+
+} // namespace
+
+// The step file.
+
+TEST(NtpStepText, ListsTheServersThatAreGivenOneALine)
+{
+    const XasHostAddr one = xasHostWithAddress("10.0.0.1");
+    const XasHostAddr two = xasNamedHost("ntp.example.org");
+    const XasHostAddr three = xasHostWithAddress("2001:db8::7b");
+    EXPECT_EQ(xasNtpStepText(one, &two, &three), "10.0.0.1\nntp.example.org\n2001:db8::7b\n");
+    EXPECT_EQ(xasNtpStepText(one, nullptr, &three), "10.0.0.1\n2001:db8::7b\n");
+    EXPECT_EQ(xasNtpStepText(one, nullptr, nullptr), "10.0.0.1\n");
+}
+
+TEST(NtpStepText, ShowsZeroRecordsAsAddressesAndEmptyNamesAsEmptyLines)
+{
+    const XasHostAddr zero{};
+    const XasHostAddr empty = xasNamedHost("");
+    EXPECT_EQ(xasNtpStepText(zero, &zero, &empty), "0.0.0.0\n0.0.0.0\n\n");
+}
+
+TEST(NtpStepText, TakesANameThatFillsItsField)
+{
+    EXPECT_EQ(xasNtpStepText(xasNamedHost(std::string(68, 'n')), nullptr, nullptr),
+              std::string(68, 'n') + "\n");
+}
+
+// The daemon's configuration.
+
+TEST(NtpText, OfAnEmptyFileStaysEmpty)
+{
+    EXPECT_EQ(xasNtpCfgText("", THREE), "");
+}
+
+TEST(NtpText, PollingThreeServersReplacesAWholeFile)
+{
+    EXPECT_EQ(xasNtpCfgText(LIFELIKE, THREE),
+              "# /etc/ntp.conf, configuration for ntpd; see ntp.conf(5) for help\n"
+              "\n"
+              "driftfile /var/lib/ntp/ntp.drift\n"
+              "leapfile /usr/share/zoneinfo/leap-seconds.list\n"
+              "\n"
+              "# Specify one or more NTP servers.\n"
+              "server 10.0.0.1\n"
+              "server ntp.example.org\n"
+              "server 2001:db8::7b\n"
+              "pool 0.debian.pool.ntp.org iburst\n"
+              "\n"
+              "# the local clock, for when no server answers\n"
+              "server 127.127.1.0\n"
+              "fudge 127.127.1.0 stratum 10\n"
+              "restrict -4 default kod notrap nomodify nopeer noquery limited\n"
+              "# If you want to listen to time broadcasts on your local subnet:\n"
+              "#disable auth\n"
+              "#broadcastclient\n"
+              "disable auth\n"
+              "disable auth\n"
+              "servers 4\n");
+}
+
+TEST(NtpText, TheBroadcastClientReplacesAWholeFile)
+{
+    EXPECT_EQ(xasNtpCfgText(LIFELIKE, notPolling(0)),
+              "# /etc/ntp.conf, configuration for ntpd; see ntp.conf(5) for help\n"
+              "\n"
+              "driftfile /var/lib/ntp/ntp.drift\n"
+              "leapfile /usr/share/zoneinfo/leap-seconds.list\n"
+              "\n"
+              "# Specify one or more NTP servers.\n"
+              "#server ntp.your-provider.example\n"
+              "pool 0.debian.pool.ntp.org iburst\n"
+              "\n"
+              "# the local clock, for when no server answers\n"
+              "server 127.127.1.0\n"
+              "fudge 127.127.1.0 stratum 10\n"
+              "#server 192.168.10.1 iburst\n"
+              "#  server\tntp2.example.net\tprefer\n"
+              "restrict -4 default kod notrap nomodify nopeer noquery limited\n"
+              "# If you want to listen to time broadcasts on your local subnet:\n"
+              "#disable auth\n"
+              "broadcastclient\n"
+              "disable auth\n"
+              "disable auth\n"
+              "servers 4\n");
+}
+
+TEST(NtpText, NeitherSyncCommentsOutServersAndTheBroadcastClient)
+{
+    EXPECT_EQ(xasNtpCfgText("server a\n#server b\nbroadcastclient\n#broadcastclient\n", notPolling(2)),
+              "#server a\n#server b\n#broadcastclient\n#broadcastclient\n");
+}
+
+TEST(NtpText, PollingOneServerWritesNoOther)
+{
+    EXPECT_EQ(xasNtpCfgText("server a\nserver b\nserver c\n", pollingOne(xasNamedHost("ntp.example.org"))),
+              "server ntp.example.org\n");
+}
+
+TEST(NtpText, LeavesOutSecondAndThirdServersWithAnEmptyNameButNotTheAddressOfZeroes)
+{
+    const XasHostAddr one = xasNamedHost("one");
+    EXPECT_EQ(xasNtpCfgText("server a\n", pollingThree(one, xasNamedHost(""), xasNamedHost("three"))),
+              "server one\nserver three\n");
+    EXPECT_EQ(xasNtpCfgText("server a\n", pollingThree(one, XasHostAddr{}, xasNamedHost(""))),
+              "server one\nserver 0.0.0.0\n");
+}
+
+TEST(NtpText, AlwaysWritesTheFirstServer)
+{
+    EXPECT_EQ(xasNtpCfgText("server a\n", pollingOne(XasHostAddr{})), "server 0.0.0.0\n");
+    EXPECT_EQ(xasNtpCfgText("server a\n", pollingOne(xasNamedHost(""))), "server \n");
+}
+
+TEST(NtpText, CountsACommentedServerLineAsTheFirst)
+{
+    EXPECT_EQ(xasNtpCfgText("#server a\nfudge x\nserver b\n# server c\n", pollingOne(xasNamedHost("one"))),
+              "server one\nfudge x\n");
+}
+
+TEST(NtpText, KeepsServerLinesOfTheLocalClockAndWithoutAServer)
+{
+    constexpr std::string_view TEXT = "server 127.127.1.0\nserver 127.127.1.0 prefer\n#server 127.127.1.0\n"
+                                      "server\n#server\nserver \t \n";
+    EXPECT_EQ(xasNtpCfgText(TEXT, THREE), TEXT);
+    EXPECT_EQ(xasNtpCfgText(TEXT, notPolling(0)), TEXT);
+}
+
+TEST(NtpText, TakesAnotherLocalClockForAServer)
+{
+    EXPECT_EQ(xasNtpCfgText("server 127.127.1.1\n", notPolling(0)), "#server 127.127.1.1\n");
+}
+
+TEST(NtpText, KeepsLinesWhoseFirstWordIsAnother)
+{
+    constexpr std::string_view TEXT = "servers a\nSERVER a\n##server a\n#\n \t \nbroadcastclients\n"
+                                      "authenticated\ndisable authenticate\n";
+    EXPECT_EQ(xasNtpCfgText(TEXT, THREE), TEXT);
+    EXPECT_EQ(xasNtpCfgText(TEXT, notPolling(0)), TEXT);
+}
+
+TEST(NtpText, SwitchesTheBroadcastClientOnWithWhateverStandsBehindIt)
+{
+    EXPECT_EQ(
+        xasNtpCfgText("broadcastclient novolley\n # broadcastclient\n#\tbroadcastclient\n", notPolling(0)),
+        "broadcastclient\n # broadcastclient\nbroadcastclient\n");
+    EXPECT_EQ(xasNtpCfgText(" broadcastclient novolley\n", notPolling(2)), "# broadcastclient novolley\n");
+}
+
+TEST(NtpText, AppendsNothingToAFileWithoutOurLines)
+{
+    EXPECT_EQ(xasNtpCfgText("driftfile /d\n", THREE), "driftfile /d\n");
+}
+
+TEST(NtpText, EndsAReplacedLastLineButNotACopiedOne)
+{
+    EXPECT_EQ(xasNtpCfgText("server a", pollingOne(xasNamedHost("one"))), "server one\n");
+    EXPECT_EQ(xasNtpCfgText("broadcastclient", notPolling(0)), "broadcastclient\n");
+    EXPECT_EQ(xasNtpCfgText("server a", notPolling(0)), "#server a");
+    EXPECT_EQ(xasNtpCfgText("driftfile /d", THREE), "driftfile /d");
+}
+
+TEST(NtpText, ReadsLinesWithCarriageReturnsAndKeepsThemInCopiedLines)
+{
+    EXPECT_EQ(
+        xasNtpCfgText("driftfile /d\r\nserver 127.127.1.0\r\nserver a\r\nbroadcastclient\r\n", notPolling(0)),
+        "driftfile /d\r\nserver 127.127.1.0\r\n#server a\r\nbroadcastclient\n");
+}
+
+TEST(NtpText, TakesALongLineInPiecesOf511Bytes)
+{
+    const std::string filler(500, 'x');
+    // The second piece of the first line begins with "server b", the second piece of the second one does not.
+    const std::string text = "driftfile /" + filler + "server b\n" + "#logfile /" + filler + "server c\n";
+    ASSERT_EQ(text.find("server b"), 511U);
+    EXPECT_EQ(xasNtpCfgText(text, notPolling(0)),
+              "driftfile /" + filler + "#server b\n" + "#logfile /" + filler + "server c\n");
+}
+
+TEST(NtpText, CommentsOutALongServerLineWithoutLosingAnyOfIt)
+{
+    const std::string line = "server " + std::string(504, 's');
+    ASSERT_EQ(line.size(), 511U);
+    EXPECT_EQ(xasNtpCfgText(line + "\n", notPolling(0)), "#" + line + "\n");
+}
+
+TEST(NtpText, DoesNotChangeWhenItIsWrittenTwice)
+{
+    for (const XasNtpInfo &ntpInfo : {THREE, pollingOne(xasNamedHost("one")), notPolling(0), notPolling(2)}) {
+        const std::string once = xasNtpCfgText(LIFELIKE, ntpInfo);
+        EXPECT_EQ(xasNtpCfgText(once, ntpInfo), once) << ntpInfo.sync;
+    }
+}
+
+TEST(NtpText, LosesItsServerLinesForGoodWhenTheFirstServerIsTheLocalClockOrNone)
+{
+    for (const char *name : {"127.127.1.0", ""}) {
+        const std::string once = xasNtpCfgText("server a\n", pollingOne(xasNamedHost(name)));
+        EXPECT_EQ(once, "server " + std::string{name} + "\n");
+        EXPECT_EQ(xasNtpCfgText(once, pollingOne(xasNamedHost("one"))), once);
+    }
+}
+
+TEST(NtpText, TakesTheSameTimeForALineOfAnyFile)
+{
+    const auto edit = [](std::string_view text) {
+        return xasNtpCfgText(text, notPolling(0));
+    };
+    EXPECT_LT(xasGrowthPerLine(edit, "server ntp.example.org iburst\n"), XAS_CONSTANT_GROWTH);
+    EXPECT_EQ(edit(lines("server a\n", 100'000)), lines("#server a\n", 100'000));
+}
+
+// The editors.
+
+TEST_F(NtpFilesDeathTest, NeedTheirPathsAndValues)
+{
+    const XasHostAddr server{};
+    EXPECT_DEATH(xasEditNTPStepFile(nullptr, &server, nullptr, nullptr, &reply),
+                 "cfgFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditNTPStepFile("/tmp/none", nullptr, nullptr, nullptr, &reply),
+                 "ntpServer != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditNTPCfgFile(nullptr, &THREE, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditNTPCfgFile("/tmp/none", nullptr, &reply), "ntpInfo != \\(\\(void \\*\\)0\\)");
+}
+
+TEST_F(NtpFiles, MustExist)
+{
+    const std::string none = dir.path("none");
+    const XasLogLine noSuchFile = xasErrorLine("Error opening config file \"" + none + "\"\n");
+    const XasHostAddr server{};
+    EXPECT_EQ(xasEditNTPStepFile(none.c_str(), &server, nullptr, nullptr, &reply), 1);
+    expectReply(2, "Error opening NTP step file");
+    EXPECT_EQ(xasEditNTPCfgFile(none.c_str(), &THREE, &reply), 1);
+    expectReply(2, "Error opening NTP config file");
+    EXPECT_THAT(log.lines(), ElementsAre(noSuchFile, noSuchFile));
+}
+
+TEST_F(NtpFiles, StayAsTheyAreWhenTheNewOnesCannotBePutInPlace)
+{
+    const XasHostAddr server{};
+    {
+        const XasFault fault{"rename", EIO, 1, 1};
+        EXPECT_EQ(xasEditNTPStepFile(steps.c_str(), &server, nullptr, nullptr, &reply), 1);
+    }
+    expectReply(3, "Error saving new NTP step file");
+    {
+        const XasFault fault{"rename", EIO, 1, 1};
+        EXPECT_EQ(xasEditNTPCfgFile(ntp.c_str(), &THREE, &reply), 1);
+    }
+    expectReply(3, "Error saving new NTP config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + steps + "\"\n"),
+                                         xasErrorLine("Error renaming new config file \"" + ntp + "\"\n")));
+    expectFilesAsTheyWere();
+}
+
+TEST_F(NtpFiles, TakeNoneOfTheirOldContentIntoTheStepFile)
+{
+    const XasHostAddr server = xasNamedHost("new.example.org");
+    EXPECT_EQ(xasEditNTPStepFile(steps.c_str(), &server, nullptr, nullptr, &reply), 0);
+    EXPECT_EQ(dir.read("step-tickers"), "new.example.org\n");
+    EXPECT_EQ(dir.read("step-tickers.old"), "old.example.net\n");
+}
+
+// The handler.
+
+TEST_F(NtpUpdateDeathTest, NeedsAMessageOfItsTypeAndAList)
+{
+    XasMessage msg = message.build();
+    XasMessage other = XasMessageBuilder{XMSG_DNS}.build();
+    EXPECT_DEATH(xasUpdateNtpCfg(nullptr, &files, &reply), "msg != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasUpdateNtpCfg(&other, &files, &reply), "XMSG_NTP == msg->xH.msgtype");
+    EXPECT_DEATH(xasUpdateNtpCfg(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
+}
+
+TEST_F(NtpUpdate, NeedsAStepFileInTheList)
+{
+    files = xasTestCfgFiles({{"ntp", ntp}});
+    EXPECT_EQ(update(), 1);
+    expectReply(1, "Error determining NTP step file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining step file for NTP\n")));
+    expectFilesAsTheyWere();
+}
+
+TEST_F(NtpUpdate, WithoutADaemonFileInTheListNamesTheStepFileAndPutsItBack)
+{
+    files = xasTestCfgFiles({{"stepTickers", steps}});
+    EXPECT_EQ(update(), 1);
+    expectReply(1, "Error determining NTP step file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining ntp config file\n")));
+    expectFilesAsTheyWere();
+    EXPECT_THAT(dir.names(), ElementsAre("ntp.conf", "step-tickers"));
+}
+
+TEST_F(NtpUpdate, PutsAnEmptiedStepFileBackTooWhenTheDaemonFileIsNotInTheList)
+{
+    message.word(124, 0);
+    files = xasTestCfgFiles({{"stepTickers", steps}});
+    EXPECT_EQ(update(), 1);
+    expectReply(1, "Error determining NTP step file");
+    expectFilesAsTheyWere();
+    EXPECT_THAT(dir.names(), ElementsAre("ntp.conf", "step-tickers"));
+}
+
+TEST_F(NtpUpdate, PutsTheStepFileBackWhenTheDaemonFileCannotBeEdited)
+{
+    std::filesystem::remove(ntp);
+    EXPECT_EQ(update(), 1);
+    expectReply(2, "Error opening NTP config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + ntp + "\"\n"),
+                                         xasErrorLine("Error editing NTP config file\n")));
+    EXPECT_EQ(dir.read("step-tickers"), "old.example.net\n");
+}
+
+TEST_F(NtpUpdate, RefusesAnUnknownPollingTypeWhenItPolls)
+{
+    message.word(128, 2);
+    EXPECT_EQ(update(), 1);
+    expectReply(1, "Invalid NTP polling type");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Invalid NTP polling type\n")));
+    expectFilesAsTheyWere();
+    EXPECT_THAT(dir.names(), ElementsAre("ntp.conf", "step-tickers"));
+}
+
+TEST_F(NtpUpdate, DoesNotLookAtThePollingTypeWhenItDoesNotPoll)
+{
+    message.word(124, 0).word(128, 2);
+    EXPECT_EQ(update(), 0);
+    EXPECT_EQ(dir.read("ntp.conf"), "#server old.example.net\n");
+}
+
+TEST_F(NtpUpdate, StopsAtAStepFileThatCannotBeEdited)
+{
+    std::filesystem::remove(steps);
+    EXPECT_EQ(update(), 1);
+    expectReply(2, "Error opening NTP step file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + steps + "\"\n")));
+    EXPECT_THAT(dir.names(), ElementsAre("ntp.conf"));
+}
+
+TEST_F(NtpUpdate, WritesTheThreePolledServersToBothFiles)
+{
+    EXPECT_EQ(update(), 0);
+    expectReply(0, "");
+    EXPECT_EQ(dir.read("step-tickers"), "10.0.0.1\nntp.example.org\n2001:db8::7b\n");
+    EXPECT_EQ(dir.read("ntp.conf"), "server 10.0.0.1\nserver ntp.example.org\nserver 2001:db8::7b\n");
+    EXPECT_EQ(dir.read("step-tickers.old"), "old.example.net\n");
+    EXPECT_EQ(dir.read("ntp.conf.old"), "server old.example.net\n");
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(NtpUpdate, WritesTheSinglePolledServerAndTwoZeroesToTheStepFile)
+{
+    message.word(128, 1);
+    EXPECT_EQ(update(), 0);
+    EXPECT_EQ(dir.read("step-tickers"), "single.example.org\n0.0.0.0\n0.0.0.0\n");
+    EXPECT_EQ(dir.read("ntp.conf"), "server single.example.org\n");
+}
+
+TEST_F(NtpUpdate, DoesNotLookAtWhetherTheDaemonIsEnabled)
+{
+    message.word(120, 0);
+    EXPECT_EQ(update(), 0);
+    EXPECT_EQ(dir.read("ntp.conf"), "server 10.0.0.1\nserver ntp.example.org\nserver 2001:db8::7b\n");
+}
+
+TEST_F(NtpUpdate, EmptiesTheStepFileKeepingItsContentAndModeWhenNothingIsPolled)
+{
+    for (const std::uint32_t sync : {0U, 2U, 0xFFFFFFFFU}) {
+        steps = dir.write("step-tickers", "old.example.net\n", 0640);
+        message.word(124, sync);
+        EXPECT_EQ(update(), 0);
+        EXPECT_EQ(dir.read("step-tickers"), "");
+        EXPECT_EQ(xasModeOf(steps), 0640U);
+        EXPECT_EQ(dir.read("step-tickers.old"), "old.example.net\n");
+        EXPECT_THAT(dir.names(),
+                    UnorderedElementsAre("ntp.conf", "ntp.conf.old", "step-tickers", "step-tickers.old"));
+    }
+}
+
+TEST_F(NtpUpdate, ReplacesAnEarlierBackupWhenItEmptiesTheStepFile)
+{
+    dir.write("step-tickers.old", "older.example.net\n");
+    message.word(124, 0);
+    EXPECT_EQ(update(), 0);
+    EXPECT_EQ(dir.read("step-tickers.old"), "old.example.net\n");
+}
+
+TEST_F(NtpUpdate, EmptiesTheStepFileWhateverStandsAtItsTemporary)
+{
+    message.word(124, 0);
+    dir.write("step-tickers.tmp", "abandoned\n");
+    EXPECT_EQ(update(), 0);
+    EXPECT_EQ(dir.read("step-tickers.tmp"), "abandoned\n");
+    std::filesystem::remove(dir.path("step-tickers.tmp"));
+    dir.write("step-tickers.tmp/inside", "text");
+    steps = dir.write("step-tickers", "old.example.net\n");
+    log.take();
+    EXPECT_EQ(update(), 0);
+    EXPECT_THAT(log.lines(), IsEmpty());
+    EXPECT_EQ(dir.read("step-tickers"), "");
+    EXPECT_EQ(dir.read("step-tickers.old"), "old.example.net\n");
+    EXPECT_EQ(dir.read("step-tickers.tmp/inside"), "text");
+}
+
+TEST_F(NtpUpdate, MakesAMissingStepFileButFailsWithoutAReason)
+{
+    std::filesystem::remove(steps);
+    message.word(124, 0);
+    EXPECT_EQ(update(), 1);
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming old config file \"" + steps + "\"\n")));
+    EXPECT_EQ(dir.read("step-tickers"), "");
+    EXPECT_EQ(xasModeOf(steps), 0644U);
+    EXPECT_EQ(dir.read("ntp.conf"), "server old.example.net\n");
+}
+
+TEST_F(NtpUpdate, PutsTheStepFileBackWhenTheEmptyOneCannotBeMade)
+{
+    message.word(124, 0);
+    const XasFault fault{"open", EACCES, 0, 1};
+    EXPECT_EQ(update(), 1);
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening file \"" + steps + "\"\n")));
+    expectFilesAsTheyWere();
+    EXPECT_THAT(dir.names(), ElementsAre("ntp.conf", "step-tickers"));
+}
+
+TEST_F(NtpUpdate, LogsAllThreeFailuresWhenTheStepFilesDirectoryIsMissing)
+{
+    const std::string nowhere = dir.path("missing/step-tickers");
+    files = xasTestCfgFiles({{"stepTickers", nowhere}, {"ntp", ntp}});
+    message.word(124, 0);
+    EXPECT_EQ(update(), 1);
+    expectReply(0, "");
+    const XasLogLine notRenamed = xasErrorLine("Error renaming old config file \"" + nowhere + "\"\n");
+    EXPECT_THAT(log.lines(), ElementsAre(notRenamed, xasErrorLine("Error opening file \"" + nowhere + "\"\n"),
+                                         notRenamed));
+}
+
+TEST_F(NtpUpdate, LeavesADirectoryWhereTheStepFileShouldBeAlone)
+{
+    std::filesystem::remove(steps);
+    xasWriteFile(steps + "/inside", "text");
+    message.word(124, 0);
+    EXPECT_EQ(update(), 1);
+    const XasLogLine notRenamed = xasErrorLine("Error renaming old config file \"" + steps + "\"\n");
+    EXPECT_THAT(log.lines(),
+                ElementsAre(notRenamed, xasErrorLine("Error opening file \"" + steps + "\"\n"), notRenamed));
+    EXPECT_EQ(dir.read("step-tickers/inside"), "text");
+    EXPECT_THAT(dir.names(), ElementsAre("ntp.conf", "step-tickers"));
+}
+
+TEST_F(NtpUpdate, AppliedTwiceChangesNoByteTheSecondTime)
+{
+    EXPECT_EQ(update(), 0);
+    const std::string stepsOnce = dir.read("step-tickers");
+    const std::string ntpOnce = dir.read("ntp.conf");
+    EXPECT_EQ(update(), 0);
+    EXPECT_EQ(dir.read("step-tickers"), stepsOnce);
+    EXPECT_EQ(dir.read("ntp.conf"), ntpOnce);
+}

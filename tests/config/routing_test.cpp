@@ -1,0 +1,493 @@
+// The static-route daemon's and the RIP daemon's files.
+#include "config/routing.h"
+
+#include "support/apps.h"
+#include "support/faults.h"
+#include "support/files.h"
+#include "support/growth.h"
+#include "support/log.h"
+#include "support/message.h"
+
+#include <arpa/inet.h>
+#include <cerrno>
+#include <filesystem>
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+/** Files as the daemons themselves save them, with sections before and after ours. */
+constexpr const char *LIFELIKE_ZEBRA = "!\n"
+                                       "! Zebra configuration saved from vty\n"
+                                       "#   hand-made: ip route 10.9.0.0/16 192.168.10.9\n"
+                                       "hostname console\n"
+                                       "password zebra\n"
+                                       "!\n"
+                                       "interface eth0\n"
+                                       " no link-detect\n"
+                                       "!\n"
+                                       "ip route 10.20.0.0 255.255.0.0 192.168.10.254\n"
+                                       "ip route 10.30.0.0 255.255.0.0 192.168.10.253\n"
+                                       "ip forwarding\n"
+                                       " ip route 10.40.0.0 255.255.0.0 192.168.10.252\n"
+                                       "!\n"
+                                       "line vty\n"
+                                       " exec-timeout 10 0\n"
+                                       "!\n";
+
+constexpr const char *LIFELIKE_RIPD = "!\n"
+                                      "! routing information protocol\n"
+                                      "# saved by hand\n"
+                                      "hostname console\n"
+                                      "password zebra\n"
+                                      "!\n"
+                                      "interface lo\n"
+                                      "!\n"
+                                      "interface eth0\n"
+                                      "  ip rip send version 2\n"
+                                      "# inside a section\n"
+                                      "  ip rip receive version 2\n"
+                                      "!\n"
+                                      "interface eth1\n"
+                                      "  ip rip send version 2\n"
+                                      "! the rest of it\n"
+                                      "interface eth2\n"
+                                      "  ip rip send version 2\n"
+                                      "!\n"
+                                      "router rip\n"
+                                      "  network eth0\n"
+                                      "  network 10.0.0.0/8\n"
+                                      "!\n"
+                                      "access-list 1 permit 10.0.0.0 0.255.255.255\n"
+                                      "!\n"
+                                      "line vty\n"
+                                      " exec-timeout 10 0\n"
+                                      "!\n";
+
+/** What RIP adds in front of "line vty". */
+std::string sections(const std::string &versions)
+{
+    return "interface eth0\n  ip rip send version " + versions + "\n  ip rip receive version " + versions +
+           "\n!\ninterface eth1\n  ip rip send version " + versions + "\n  ip rip receive version " +
+           versions + "\n!\nrouter rip\n  network eth0\n  network eth1\n!\n";
+}
+
+std::uint32_t ipv4(const char *text)
+{
+    return ::inet_addr(text);
+}
+
+XasRoutingPayload staticRoutes(bool enabled)
+{
+    XasRoutingPayload routerCfg{};
+    routerCfg.static_enabled = enabled ? 1 : 0;
+    routerCfg.num_routes = 3;
+    routerCfg.routes[0] = {ipv4("10.1.0.0"), ipv4("255.255.0.0"), ipv4("192.168.10.1")};
+    routerCfg.routes[1] = {ipv4("10.2.0.0"), ipv4("255.255.255.0"), ipv4("192.168.10.2")};
+    routerCfg.routes[2] = {ipv4("10.3.4.5"), ipv4("255.255.255.255"), ipv4("192.168.10.3")};
+    return routerCfg;
+}
+
+XasRoutingPayload rip(bool enabled, std::uint32_t version = 0)
+{
+    XasRoutingPayload routerCfg{};
+    routerCfg.rip_enabled = enabled ? 1 : 0;
+    routerCfg.rip_version = version;
+    return routerCfg;
+}
+
+/** The lines that staticRoutes() gives, unused routes included. */
+std::string routeLines()
+{
+    std::string text = "ip route 10.1.0.0 255.255.0.0 192.168.10.1\n"
+                       "ip route 10.2.0.0 255.255.255.0 192.168.10.2\n"
+                       "ip route 10.3.4.5 255.255.255.255 192.168.10.3\n";
+    for (int unused = 0; unused < 61; ++unused)
+        text += "ip route 0.0.0.0 0.0.0.0 0.0.0.0\n";
+    return text;
+}
+
+class RoutingUpdate : public XasFilesTest {
+  protected:
+    XasMessageBuilder message{XMSG_ROUTING};
+    std::string zebra = dir.write("zebra.conf", "hostname a\n");
+    std::string ripd = dir.write("ripd.conf", "line vty\n");
+    XasCfgFileList files = xasTestCfgFiles({{"zebra", zebra}, {"ripd", ripd}});
+    XasLogCapture log;
+    XasReplyStatus reply;
+
+    RoutingUpdate()
+    {
+        message.word(124, 1).word(128, 1).word(132, 1).word(136, 3);
+        message.word(140, ipv4("10.1.0.0")).word(144, ipv4("255.255.0.0")).word(148, ipv4("192.168.10.1"));
+        message.word(152, ipv4("10.2.0.0")).word(156, ipv4("255.255.255.0")).word(160, ipv4("192.168.10.2"));
+        message.word(164, ipv4("10.3.4.5")).word(168, 0xFFFFFFFF).word(172, ipv4("192.168.10.3"));
+    }
+
+    int update()
+    {
+        XasMessage msg = message.build();
+        return xasUpdateRoutingCfg(&msg, &files, &reply);
+    }
+
+    void expectReply(std::uint32_t rcode, std::string_view reason) const
+    {
+        EXPECT_EQ(reply.rcode, rcode);
+        EXPECT_EQ(reply.rstr, reason);
+    }
+};
+
+using RoutingFiles = RoutingUpdate;
+using RoutingFilesDeathTest = RoutingUpdate;
+using RoutingUpdateDeathTest = RoutingUpdate;
+
+} // namespace
+
+// The static-route daemon.
+
+TEST(ZebraText, OfAnEmptyFileIsItsRoutes)
+{
+    EXPECT_EQ(xasZebraText("", staticRoutes(false)), "");
+    EXPECT_EQ(xasZebraText("", staticRoutes(true)), routeLines());
+}
+
+TEST(ZebraText, HasItsRoutesForAnyNumberButZero)
+{
+    XasRoutingPayload routerCfg = staticRoutes(true);
+    routerCfg.static_enabled = 0x80000000U;
+    EXPECT_EQ(xasZebraText("", routerCfg), routeLines());
+}
+
+TEST(ZebraText, ReplacesTheRoutesOfAWholeFile)
+{
+    EXPECT_EQ(xasZebraText(LIFELIKE_ZEBRA, staticRoutes(true)),
+              "!\n"
+              "! Zebra configuration saved from vty\n"
+              "#   hand-made: ip route 10.9.0.0/16 192.168.10.9\n"
+              "hostname console\n"
+              "password zebra\n"
+              "!\n"
+              "interface eth0\n"
+              " no link-detect\n"
+              "!\n"
+              "ip forwarding\n"
+              " ip route 10.40.0.0 255.255.0.0 192.168.10.252\n"
+              "!\n"
+              "line vty\n"
+              " exec-timeout 10 0\n"
+              "!\n" +
+                  routeLines());
+}
+
+TEST(ZebraText, RemovesTheRoutesWhenStaticRoutingIsOff)
+{
+    EXPECT_EQ(
+        xasZebraText("hostname a\nip route 10.0.0.0 255.0.0.0 10.0.0.1\nline vty\n", staticRoutes(false)),
+        "hostname a\nline vty\n");
+}
+
+TEST(ZebraText, WritesAll64RoutesWhateverTheirCountSays)
+{
+    XasRoutingPayload routerCfg = staticRoutes(true);
+    routerCfg.routes[63] = {ipv4("10.63.0.0"), ipv4("255.255.0.0"), ipv4("192.168.10.63")};
+    for (const std::uint32_t count : {0U, 1U, 64U, 0xFFFFFFFFU}) {
+        routerCfg.num_routes = count;
+        const std::string text = xasZebraText("", routerCfg);
+        EXPECT_EQ(std::ranges::count(text, '\n'), 64) << count;
+        EXPECT_TRUE(text.ends_with("\nip route 10.63.0.0 255.255.0.0 192.168.10.63\n")) << count;
+    }
+}
+
+TEST(ZebraText, DropsEveryLineThatBeginsWithTheEightCharacters)
+{
+    EXPECT_EQ(xasZebraText("ip route\nip routes\nip route6 ::/0 x\n=ip route a\nip rout\nip  route a\n"
+                           "#ip route a\n!ip route a\nno ip route a\n",
+                           staticRoutes(false)),
+              "ip rout\nip  route a\n#ip route a\n!ip route a\nno ip route a\n");
+}
+
+TEST(ZebraText, KeepsCarriageReturnsOfCopiedLines)
+{
+    EXPECT_EQ(xasZebraText("hostname a\r\nip route 1.0.0.0 255.0.0.0 10.0.0.1\r\n", staticRoutes(false)),
+              "hostname a\r\n");
+}
+
+TEST(ZebraText, TakesALongLineInPiecesOf511Bytes)
+{
+    const std::string first = "description " + std::string(499, 'd');
+    ASSERT_EQ(first.size(), 511U);
+    EXPECT_EQ(xasZebraText(first + "ip route a\nline vty\n", staticRoutes(false)), first + "line vty\n");
+}
+
+TEST(ZebraText, DoesNotChangeWhenItIsWrittenTwice)
+{
+    for (const bool enabled : {false, true}) {
+        const std::string once = xasZebraText(LIFELIKE_ZEBRA, staticRoutes(enabled));
+        EXPECT_EQ(xasZebraText(once, staticRoutes(enabled)), once);
+    }
+}
+
+TEST(ZebraText, JoinsTheFirstRouteToALastLineWithoutLineFeedAndThenKeepsIt)
+{
+    const std::string once = xasZebraText("line vty", staticRoutes(true));
+    EXPECT_EQ(once, "line vty" + routeLines());
+    const std::string twice = xasZebraText(once, staticRoutes(true));
+    EXPECT_EQ(twice, "line vtyip route 10.1.0.0 255.255.0.0 192.168.10.1\n" + routeLines());
+    EXPECT_EQ(xasZebraText(twice, staticRoutes(true)), twice);
+}
+
+TEST(ZebraText, TakesTheSameTimeForALineOfAnyFile)
+{
+    const auto edit = [](std::string_view text) {
+        return xasZebraText(text, staticRoutes(true));
+    };
+    EXPECT_LT(xasGrowthPerLine(edit, "access-list 1 permit 10.0.0.0 0.255.255.255\n"), XAS_CONSTANT_GROWTH);
+}
+
+// The RIP daemon.
+
+TEST(RipdText, OfAnEmptyFileStaysEmpty)
+{
+    EXPECT_EQ(xasRipdText("", rip(true)), "");
+}
+
+TEST(RipdText, ReplacesTheSectionsOfAWholeFile)
+{
+    EXPECT_EQ(xasRipdText(LIFELIKE_RIPD, rip(true, 0)), "!\n"
+                                                        "! routing information protocol\n"
+                                                        "# saved by hand\n"
+                                                        "hostname console\n"
+                                                        "password zebra\n"
+                                                        "!\n"
+                                                        "interface lo\n"
+                                                        "!\n"
+                                                        "interface eth2\n"
+                                                        "  ip rip send version 2\n"
+                                                        "!\n"
+                                                        "access-list 1 permit 10.0.0.0 0.255.255.255\n"
+                                                        "!\n"
+                                                        "interface eth0\n"
+                                                        "  ip rip send version 1\n"
+                                                        "  ip rip receive version 1\n"
+                                                        "!\n"
+                                                        "interface eth1\n"
+                                                        "  ip rip send version 1\n"
+                                                        "  ip rip receive version 1\n"
+                                                        "!\n"
+                                                        "router rip\n"
+                                                        "  network eth0\n"
+                                                        "  network eth1\n"
+                                                        "!\n"
+                                                        "line vty\n"
+                                                        " exec-timeout 10 0\n"
+                                                        "!\n");
+}
+
+TEST(RipdText, RemovesTheSectionsOfAWholeFileWhenRipIsOff)
+{
+    EXPECT_EQ(xasRipdText(LIFELIKE_RIPD, rip(false)), "!\n"
+                                                      "! routing information protocol\n"
+                                                      "# saved by hand\n"
+                                                      "hostname console\n"
+                                                      "password zebra\n"
+                                                      "!\n"
+                                                      "interface lo\n"
+                                                      "!\n"
+                                                      "interface eth2\n"
+                                                      "  ip rip send version 2\n"
+                                                      "!\n"
+                                                      "access-list 1 permit 10.0.0.0 0.255.255.255\n"
+                                                      "!\n"
+                                                      "line vty\n"
+                                                      " exec-timeout 10 0\n"
+                                                      "!\n");
+}
+
+TEST(RipdText, NamesTheVersionsByTheirIndex)
+{
+    EXPECT_EQ(xasRipdText("line vty\n", rip(true, 0)), sections("1") + "line vty\n");
+    EXPECT_EQ(xasRipdText("line vty\n", rip(true, 1)), sections("2") + "line vty\n");
+    for (const std::uint32_t version : {2U, 7U, 0xFFFFFFFFU})
+        EXPECT_EQ(xasRipdText("line vty\n", rip(true, version)), sections("1 2") + "line vty\n") << version;
+}
+
+TEST(RipdText, HasItsSectionsForAnyNumberButZero)
+{
+    XasRoutingPayload routerCfg = rip(true);
+    routerCfg.rip_enabled = 0x80000000U;
+    EXPECT_EQ(xasRipdText("line vty\n", routerCfg), sections("1") + "line vty\n");
+}
+
+TEST(RipdText, AddsNoSectionsToAFileWithoutItsLine)
+{
+    for (const char *text : {"hostname a\n", "line vty 0\n", " line vty\n", "line vty\r\n", "#line vty\n",
+                             "line vty=\n", "line vty"})
+        EXPECT_EQ(xasRipdText(text, rip(true)), text);
+}
+
+TEST(RipdText, AddsSectionsInFrontOfEveryLineVty)
+{
+    EXPECT_EQ(xasRipdText("line vty\n!\nline vty\n", rip(true)),
+              sections("1") + "line vty\n!\n" + sections("1") + "line vty\n");
+}
+
+TEST(RipdText, KeepsSectionsWhoseFirstLineIsAnother)
+{
+    constexpr std::string_view TEXT =
+        " interface eth0\n!\ninterface eth0 \n!\ninterface eth00\n!\n"
+        "interface eth0\r\n!\n#router rip\n!\nrouter ripng\n!\ninterface eth0=\n"
+        "!\ninterface eth1";
+    EXPECT_EQ(xasRipdText(TEXT, rip(false)), TEXT);
+}
+
+TEST(RipdText, DropsEverythingUpToTheEndOfAFileInASectionWithoutEnd)
+{
+    EXPECT_EQ(xasRipdText("hostname a\nrouter rip\n network eth0\ninterface eth0\nline vty\n", rip(true)),
+              "hostname a\n");
+}
+
+TEST(RipdText, EndsADroppedSectionAtTheFirstLineThatBeginsWithAnExclamationMark)
+{
+    EXPECT_EQ(xasRipdText("router rip\n !\n#\n!! end\nhostname a\n", rip(false)), "hostname a\n");
+}
+
+TEST(RipdText, TakesALongLineInPiecesOf511Bytes)
+{
+    const std::string first = "description " + std::string(499, 'd');
+    // The first piece has no line feed; the second is a whole "line vty" line.
+    EXPECT_EQ(xasRipdText(first + "line vty\n", rip(true)), first + sections("1") + "line vty\n");
+    EXPECT_EQ(xasRipdText("router rip\n" + first + "!\nhostname a\n", rip(false)), "hostname a\n");
+}
+
+TEST(RipdText, DoesNotChangeWhenItIsWrittenTwice)
+{
+    for (const bool enabled : {false, true}) {
+        const std::string once = xasRipdText(LIFELIKE_RIPD, rip(enabled, 1));
+        EXPECT_EQ(xasRipdText(once, rip(enabled, 1)), once);
+    }
+}
+
+TEST(RipdText, TakesTheSameTimeForALineOfAnyFile)
+{
+    const auto edit = [](std::string_view text) {
+        return xasRipdText(text, rip(true));
+    };
+    EXPECT_LT(xasGrowthPerLine(edit, "access-list 1 permit 10.0.0.0 0.255.255.255\n"), XAS_CONSTANT_GROWTH);
+    EXPECT_LT(xasGrowthPerLine(edit, "router rip\n"), XAS_CONSTANT_GROWTH);
+}
+
+// The editors.
+
+TEST_F(RoutingFilesDeathTest, NeedTheirPathsAndValues)
+{
+    const XasRoutingPayload routerCfg{};
+    EXPECT_DEATH(xasEditZebraCfgFile(nullptr, &routerCfg, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditZebraCfgFile("/tmp/none", nullptr, &reply), "routerCfg != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditRipdCfgFile(nullptr, &routerCfg, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditRipdCfgFile("/tmp/none", nullptr, &reply), "routerCfg != \\(\\(void \\*\\)0\\)");
+}
+
+TEST_F(RoutingFiles, MustExist)
+{
+    const std::string none = dir.path("none");
+    const XasRoutingPayload routerCfg{};
+    EXPECT_EQ(xasEditZebraCfgFile(none.c_str(), &routerCfg, &reply), 1);
+    expectReply(2, "Error opening zebra config file");
+    EXPECT_EQ(xasEditRipdCfgFile(none.c_str(), &routerCfg, &reply), 1);
+    expectReply(2, "Error opening routing config file");
+    const XasLogLine noSuchFile = xasErrorLine("Error opening config file \"" + none + "\"\n");
+    EXPECT_THAT(log.lines(), ElementsAre(noSuchFile, noSuchFile));
+}
+
+TEST_F(RoutingFiles, NameTheFirewallWhenTheyCannotBePutInPlace)
+{
+    const XasRoutingPayload routerCfg = rip(true);
+    {
+        const XasFault fault{"rename", EIO, 1, 1};
+        EXPECT_EQ(xasEditZebraCfgFile(zebra.c_str(), &routerCfg, &reply), 1);
+    }
+    expectReply(3, "Error saving new firewall config file");
+    reply = {};
+    {
+        const XasFault fault{"rename", EIO, 1, 1};
+        EXPECT_EQ(xasEditRipdCfgFile(ripd.c_str(), &routerCfg, &reply), 1);
+    }
+    expectReply(3, "Error saving new firewall config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + zebra + "\"\n"),
+                                         xasErrorLine("Error renaming new config file \"" + ripd + "\"\n")));
+    EXPECT_EQ(dir.read("zebra.conf"), "hostname a\n");
+    EXPECT_EQ(dir.read("ripd.conf"), "line vty\n");
+}
+
+// The handler.
+
+TEST_F(RoutingUpdateDeathTest, NeedsAMessageOfItsTypeAndAList)
+{
+    XasMessage msg = message.build();
+    XasMessage other = XasMessageBuilder{XMSG_NTP}.build();
+    EXPECT_DEATH(xasUpdateRoutingCfg(nullptr, &files, &reply), "msg != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasUpdateRoutingCfg(&other, &files, &reply), "XMSG_ROUTING == msg->xH.msgtype");
+    EXPECT_DEATH(xasUpdateRoutingCfg(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
+}
+
+TEST_F(RoutingUpdate, NeedsBothFilesInTheListAndGivesNoReason)
+{
+    const XasLogLine missing = xasErrorLine("Error determining router config file\n");
+    for (const XasCfgFileList &list :
+         {xasTestCfgFiles({{"zebra", zebra}}), xasTestCfgFiles({{"ripd", ripd}}), xasTestCfgFiles({})}) {
+        files = list;
+        EXPECT_EQ(update(), 1);
+        EXPECT_THAT(log.take(), ElementsAre(missing));
+    }
+    expectReply(0, "");
+    EXPECT_THAT(dir.names(), ElementsAre("ripd.conf", "zebra.conf"));
+}
+
+TEST_F(RoutingUpdate, WritesTheRipFileAlthoughTheOtherCannotBeEdited)
+{
+    std::filesystem::remove(zebra);
+    EXPECT_EQ(update(), 1);
+    expectReply(2, "Error opening zebra config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + zebra + "\"\n"),
+                                         xasErrorLine("Error editing Zebra config file\n")));
+    EXPECT_EQ(dir.read("ripd.conf"), sections("2") + "line vty\n");
+}
+
+TEST_F(RoutingUpdate, KeepsTheNewRoutesWhenTheRipFileCannotBeEdited)
+{
+    std::filesystem::remove(ripd);
+    EXPECT_EQ(update(), 1);
+    expectReply(2, "Error opening routing config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + ripd + "\"\n"),
+                                         xasErrorLine("Error editing Ripd config file\n")));
+    EXPECT_EQ(dir.read("zebra.conf"), "hostname a\n" + routeLines());
+}
+
+TEST_F(RoutingUpdate, WritesBothFilesAndKeepsTheirOldContent)
+{
+    EXPECT_EQ(update(), 0);
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(), IsEmpty());
+    EXPECT_EQ(dir.read("zebra.conf"), "hostname a\n" + routeLines());
+    EXPECT_EQ(dir.read("ripd.conf"), sections("2") + "line vty\n");
+    EXPECT_EQ(dir.read("zebra.conf.old"), "hostname a\n");
+    EXPECT_EQ(dir.read("ripd.conf.old"), "line vty\n");
+}
+
+TEST_F(RoutingUpdate, DoesNotLookAtTheWordInFrontOfItsSwitches)
+{
+    message.word(120, 1).word(124, 0).word(128, 0);
+    EXPECT_EQ(update(), 0);
+    EXPECT_EQ(dir.read("zebra.conf"), "hostname a\n");
+    EXPECT_EQ(dir.read("ripd.conf"), "line vty\n");
+}
+
+TEST_F(RoutingUpdate, AppliedTwiceChangesNoByteTheSecondTime)
+{
+    EXPECT_EQ(update(), 0);
+    EXPECT_EQ(update(), 0);
+    EXPECT_EQ(dir.read("zebra.conf"), "hostname a\n" + routeLines());
+    EXPECT_EQ(dir.read("ripd.conf"), sections("2") + "line vty\n");
+}

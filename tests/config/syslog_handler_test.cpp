@@ -1,0 +1,160 @@
+// The handler of the logging settings.
+#include "config/update_syslog.h"
+
+#include "support/apps.h"
+#include "support/files.h"
+#include "support/hosts.h"
+#include "support/log.h"
+#include "support/message.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr const char *OLD_SYSLOG = "local0.info    /var/log/network\nlocal5.info    /var/log/general\n";
+constexpr const char *OLD_LOGROTATE = "size 100k\n/var/log/nut {\nsize 100k\n}\n";
+
+class SyslogUpdate : public XasFilesTest {
+  protected:
+    XasMessageBuilder message{XMSG_SYSLOG};
+    std::string syslogFile = dir.write("syslog.conf", OLD_SYSLOG);
+    std::string logrotateFile = dir.write("logrotate.conf", OLD_LOGROTATE);
+    XasCfgFileList files = xasTestCfgFiles({{"syslog", syslogFile}, {"logrotate", logrotateFile}});
+    XasLogCapture log;
+    XasReplyStatus reply;
+
+    SyslogUpdate()
+    {
+        for (std::uint32_t i = 0; i < 6; ++i)
+            message.word(120 + 4 * i, 1);
+        message.word(120, 3).word(140, 4);
+        message.bytes(144, xasHostBytes(xasNamedHost("")));
+        message.bytes(220, xasHostBytes(xasNamedHost("loghost")));
+        message.half(296, 30).half(298, 64);
+    }
+
+    int update()
+    {
+        XasMessage msg = message.build();
+        return xasUpdateSyslogCfg(&msg, &files, &reply);
+    }
+
+    void expectReply(std::uint32_t rcode, std::string_view reason) const
+    {
+        EXPECT_EQ(reply.rcode, rcode);
+        EXPECT_EQ(reply.rstr, reason);
+    }
+};
+
+using SyslogUpdateDeathTest = SyslogUpdate;
+
+constexpr const char *NEW_SYSLOG = "local0.err    /var/log/network\n"
+                                   "local5.debug    /var/log/general\n"
+                                   "local0.err    @loghost\n"
+                                   "local1.info    @loghost\n"
+                                   "authpriv.info    @loghost\n"
+                                   "local3.info    @loghost\n"
+                                   "local4.info    @loghost\n"
+                                   "local5.debug    @loghost\n"
+                                   "local6.info    @loghost\n"
+                                   "kern.debug    @loghost\n"
+                                   "auth.info    @loghost\n";
+constexpr const char *NEW_LOGROTATE = "size 64k\n/var/log/nut {\nsize 30k\n}\n";
+
+} // namespace
+
+TEST_F(SyslogUpdateDeathTest, NeedsAMessageOfItsTypeAndAList)
+{
+    XasMessage msg = message.build();
+    XasMessage other = XasMessageBuilder{XMSG_NTP}.build();
+    EXPECT_DEATH(xasUpdateSyslogCfg(nullptr, &files, &reply), "msg != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasUpdateSyslogCfg(&other, &files, &reply), "XMSG_SYSLOG == msg->xH.msgtype");
+    EXPECT_DEATH(xasUpdateSyslogCfg(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
+}
+
+TEST_F(SyslogUpdate, WithoutASyslogFileInTheListTouchesNothingAndGivesNoReason)
+{
+    files = xasTestCfgFiles({{"logrotate", logrotateFile}});
+    EXPECT_EQ(update(), 1);
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining config file for syslog\n")));
+    EXPECT_THAT(dir.names(), ElementsAre("logrotate.conf", "syslog.conf"));
+}
+
+TEST_F(SyslogUpdate, RefusesAnUnknownLevelInAnyPlaceWithoutAWord)
+{
+    for (std::uint32_t i = 0; i < 6; ++i) {
+        message.word(120 + 4 * i, 5);
+        EXPECT_EQ(update(), 1) << i;
+        message.word(120 + 4 * i, 4);
+    }
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(), IsEmpty());
+    EXPECT_THAT(dir.names(), ElementsAre("logrotate.conf", "syslog.conf"));
+}
+
+TEST_F(SyslogUpdate, WritesTheSizesAlthoughTheSyslogFileCannotBeEdited)
+{
+    std::filesystem::remove(syslogFile);
+    EXPECT_EQ(update(), 1);
+    expectReply(2, "Error opening syslog config file");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + syslogFile + "\"\n"),
+                                         xasErrorLine("Error editing syslog config file\n")));
+    EXPECT_EQ(dir.read("logrotate.conf"), NEW_LOGROTATE);
+}
+
+TEST_F(SyslogUpdate, KeepsTheNewSyslogFileWithoutALogrotateFileInTheList)
+{
+    files = xasTestCfgFiles({{"syslog", syslogFile}});
+    EXPECT_EQ(update(), 1);
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining config file for logrotate\n")));
+    EXPECT_EQ(dir.read("syslog.conf"), NEW_SYSLOG);
+}
+
+TEST_F(SyslogUpdate, KeepsTheNewSyslogFileWhenTheLogrotateFileCannotBeEdited)
+{
+    std::filesystem::remove(logrotateFile);
+    EXPECT_EQ(update(), 1);
+    expectReply(2, "Error opening logrotate config file");
+    EXPECT_THAT(log.lines(),
+                ElementsAre(xasErrorLine("Error opening config file \"" + logrotateFile + "\"\n"),
+                            xasErrorLine("Error editing logrotate config file\n")));
+    EXPECT_EQ(dir.read("syslog.conf"), NEW_SYSLOG);
+}
+
+TEST_F(SyslogUpdate, SaysBothFailuresAndReportsTheSecond)
+{
+    std::filesystem::remove(syslogFile);
+    std::filesystem::remove(logrotateFile);
+    EXPECT_EQ(update(), 1);
+    expectReply(2, "Error opening logrotate config file");
+    EXPECT_THAT(log.lines(),
+                ElementsAre(xasErrorLine("Error opening config file \"" + syslogFile + "\"\n"),
+                            xasErrorLine("Error editing syslog config file\n"),
+                            xasErrorLine("Error opening config file \"" + logrotateFile + "\"\n"),
+                            xasErrorLine("Error editing logrotate config file\n")));
+}
+
+TEST_F(SyslogUpdate, WritesBothFilesAndKeepsTheirOldContent)
+{
+    EXPECT_EQ(update(), 0);
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(), IsEmpty());
+    EXPECT_EQ(dir.read("syslog.conf"), NEW_SYSLOG);
+    EXPECT_EQ(dir.read("logrotate.conf"), NEW_LOGROTATE);
+    EXPECT_EQ(dir.read("syslog.conf.old"), OLD_SYSLOG);
+    EXPECT_EQ(dir.read("logrotate.conf.old"), OLD_LOGROTATE);
+}
+
+TEST_F(SyslogUpdate, AppliedTwiceChangesNoByteTheSecondTime)
+{
+    EXPECT_EQ(update(), 0);
+    EXPECT_EQ(update(), 0);
+    EXPECT_EQ(dir.read("syslog.conf"), NEW_SYSLOG);
+    EXPECT_EQ(dir.read("logrotate.conf"), NEW_LOGROTATE);
+}

@@ -1,0 +1,68 @@
+#include "core/child.h"
+
+#include "support/faults.h"
+
+#include <cerrno>
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+/** The exit status of a child that runs `body`. */
+template <class Body>
+int exitStatusOf(Body body)
+{
+    const pid_t pid = xasFork();
+    if (pid == 0)
+        ::_exit(body());
+    int status = -1;
+    ::waitpid(pid, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+} // namespace
+
+TEST(Child, IsNotMadeWhenForkFailsAndTheReasonIsKept)
+{
+    const XasFault fault{"fork", EAGAIN};
+    errno = 0;
+    EXPECT_EQ(xasFork(), -1);
+    EXPECT_EQ(errno, EAGAIN);
+}
+
+TEST(Child, LeavesTheSignalMaskOfItsParentAsItWasAlsoWhenForkFails)
+{
+    sigset_t mask;
+    sigemptyset(&mask);
+    sigaddset(&mask, SIGUSR1);
+    sigprocmask(SIG_SETMASK, &mask, nullptr);
+    {
+        const XasFault fault{"fork", EAGAIN};
+        xasFork();
+    }
+    EXPECT_EQ(exitStatusOf([] { return 0; }), 0);
+    sigset_t after;
+    sigprocmask(SIG_SETMASK, nullptr, &after);
+    EXPECT_TRUE(sigismember(&after, SIGUSR1));
+    EXPECT_FALSE(sigismember(&after, SIGTERM));
+}
+
+TEST(Child, BeginsWithDefaultSignalsAndNoneBlocked)
+{
+    ::signal(SIGPIPE, SIG_IGN);
+    ::signal(SIGTERM, [](int) {});
+    const int status = exitStatusOf([] {
+        sigset_t mask;
+        sigprocmask(SIG_SETMASK, nullptr, &mask);
+        for (const int signal : {SIGPIPE, SIGTERM, SIGCHLD, SIGALRM, SIGHUP}) {
+            struct sigaction action {};
+            ::sigaction(signal, nullptr, &action);
+            if (action.sa_handler != SIG_DFL || sigismember(&mask, signal) != 0)
+                return signal;
+        }
+        return 0;
+    });
+    EXPECT_EQ(status, 0);
+}

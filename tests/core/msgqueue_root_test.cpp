@@ -1,0 +1,269 @@
+// The transport over queues of the test's own.
+#include "core/msgqueue.h"
+
+#include "core/wait.h"
+#include "support/clock.h"
+#include "support/daemon.h"
+#include "support/faults.h"
+#include "support/log.h"
+
+#include <cerrno>
+#include <csignal>
+#include <gmock/gmock.h>
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class Transport : public testing::Test {
+  protected:
+    Transport() { EXPECT_EQ(xasInitMsgQueues(), 0); }
+
+    /** Receives; the idle work counts its calls and does `idleWork`. */
+    int receive()
+    {
+        return xasReceiveMessage(&msg, users, [this](XasMessage &buffer) {
+            ++idleCalls;
+            return idleWork ? idleWork(buffer) : XasIdleResult::nothing;
+        });
+    }
+
+    /** A second entry of this many user records, each filled with its number. */
+    static std::string userEntry(unsigned count)
+    {
+        std::string bytes(120, 'h');
+        for (unsigned i = 0; i < count; ++i)
+            bytes += std::string(224, static_cast<char>('a' + i));
+        return bytes;
+    }
+
+    /** The records that the message refers to. */
+    [[nodiscard]] const char *userRecords() const
+    {
+        const char *records = nullptr;
+        std::memcpy(&records, xasMessageBytes(msg, 164, sizeof records).data(), sizeof records);
+        return records;
+    }
+
+    const XasTestQueues queues;
+    XasTestClock clock;
+    XasLogCapture log;
+    XasMessage msg{};
+    XasUserList users;
+    int idleCalls = 0;
+    std::function<XasIdleResult(XasMessage &)> idleWork;
+};
+
+} // namespace
+
+TEST(TransportStart, FailsAndPrintsTheAuthTagWithoutTheQueueToTheServer)
+{
+    const XasLogCapture log;
+    EXPECT_EQ(xasInitMsgQueues(), 1);
+    EXPECT_THAT(log.lines(),
+                ElementsAre(XasLogLine{LOG_ERR, "auth/err-Error getting MSGQ_APP_TO_XMS message queue\n"}));
+}
+
+TEST(TransportStart, FailsWithoutTheQueueFromTheServer)
+{
+    const XasTestQueues queues;
+    const XasLogCapture log;
+    const XasFault fault{"msgget", ENOENT, 1};
+    EXPECT_EQ(xasInitMsgQueues(), 1);
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error getting MSGQ_APP_FROM_XMS message queue\n")));
+}
+
+TEST(MessageIds, BeginAtTenAndCountUp)
+{
+    EXPECT_EQ(xasNextMsgId(), 10U);
+    EXPECT_EQ(xasNextMsgId(), 11U);
+    EXPECT_EQ(xasNextMsgId(), 12U);
+}
+
+TEST(TransportDeathTest, NeedsItsMessage)
+{
+    XasUserList users;
+    EXPECT_DEATH(xasSendMessage(nullptr), "msg != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasGetMessage(nullptr, false), "msg != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasReceiveMessage(nullptr, users, {}), "msg != \\(\\(void \\*\\)0\\)");
+}
+
+TEST_F(Transport, ReportsARecordThatCannotBeSent)
+{
+    const XasFault fault{"msgsnd", EINTR};
+    EXPECT_EQ(xasSendMessage(&msg), 1);
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error sending to XMS message queue\n")));
+    EXPECT_EQ(fault.calls(), 1U) << "an interrupted send is not tried again";
+}
+
+TEST_F(Transport, SendsTheWholeRecordUnderItsType)
+{
+    const XasMessage sent = XasMessageBuilder{XMSG_ACKNAK}.id(10).word(2484, 0x01020304).build();
+    EXPECT_EQ(xasSendMessage(&sent), 0);
+    const auto arrived = queues.receive(1s);
+    ASSERT_TRUE(arrived);
+    EXPECT_EQ(std::memcmp(&*arrived, &sent, sizeof sent), 0);
+}
+
+TEST_F(Transport, GivesNothingFromAnEmptyQueueWithoutWaiting)
+{
+    msg.xH.id = 5;
+    EXPECT_EQ(xasGetMessage(&msg, false), 1);
+    EXPECT_EQ(msg.xH.id, 5U);
+    EXPECT_THAT(log.lines(), IsEmpty());
+    EXPECT_EQ(clock.now(), 0ms);
+}
+
+TEST_F(Transport, DropsARecordOfAnotherSizeAndNamesBothSizes)
+{
+    for (const std::size_t size : {0U, 1U, 119U, 2487U, 2489U, 8000U}) {
+        queues.send(1, std::string(size, 'x'));
+        EXPECT_EQ(xasGetMessage(&msg, false), 1) << size;
+        EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Expected 2488 bytes from queue, got " +
+                                                         std::to_string(size) + " bytes\n")));
+        EXPECT_EQ(queues.waiting(), 0U) << "it is consumed";
+    }
+}
+
+TEST_F(Transport, ReportsAQueueThatCannotBeRead)
+{
+    const XasFault fault{"msgrcv", EIDRM};
+    EXPECT_EQ(xasGetMessage(&msg, false), 1);
+    EXPECT_EQ(receive(), 1);
+    const auto line = xasErrorLine("Error receiving from XMS message queue\n");
+    EXPECT_THAT(log.lines(), ElementsAre(line, line));
+}
+
+TEST_F(Transport, ReadsAgainWhenInterrupted)
+{
+    queues.send(XasMessageBuilder{XMSG_SSH}.id(9).build());
+    const XasFault fault{"msgrcv", EINTR, 0, 3};
+    EXPECT_EQ(xasGetMessage(&msg, false), 0);
+    EXPECT_EQ(msg.xH.id, 9U);
+    EXPECT_EQ(fault.calls(), 4U);
+}
+
+TEST_F(Transport, GivesTheFirstRecordWhateverItsTypeIs)
+{
+    queues.send(99, std::string(2488, 'a'));
+    queues.send(1, std::string(2488, 'b'));
+    EXPECT_EQ(xasGetMessage(&msg, false), 0);
+    EXPECT_EQ(xasMessageBytes(msg, 0, 2488), std::string(2488, 'a'));
+    EXPECT_EQ(xasGetMessage(&msg, true), 0);
+    EXPECT_EQ(xasMessageBytes(msg, 0, 2488), std::string(2488, 'b'));
+}
+
+TEST_F(Transport, WaitsForARecordAndServesSignalsMeanwhile)
+{
+    int alarms = 0;
+    xasInstallSignals({.terminate = [] {},
+                       .alarm = [&] { ++alarms; },
+                       .childExited =
+                           [](pid_t, int) {
+                           }});
+    clock.at(300ms, [] { ::raise(SIGALRM); });
+    clock.at(700ms, [this] { queues.send(XasMessageBuilder{XMSG_SSH}.id(8).build()); });
+    EXPECT_EQ(xasGetMessage(&msg, true), 0);
+    EXPECT_EQ(msg.xH.id, 8U);
+    EXPECT_EQ(alarms, 1);
+    xasInstallSignals({.terminate = [] {},
+                       .alarm = [] {},
+                       .childExited =
+                           [](pid_t, int) {
+                           }});
+}
+
+TEST_F(Transport, FailsToReceiveARecordOfAnotherSize)
+{
+    queues.send(1, std::string(2487, 'x'));
+    EXPECT_EQ(receive(), 1);
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Expected 2488 bytes from queue, got 2487 bytes\n")));
+    queues.send(XasMessageBuilder{XMSG_SSH}.build());
+    EXPECT_EQ(receive(), 0) << "the next one starts afresh";
+}
+
+TEST_F(Transport, WaitsATenthOfASecondBeforeEachLook)
+{
+    queues.send(XasMessageBuilder{XMSG_SSH}.build());
+    EXPECT_EQ(receive(), 0);
+    EXPECT_EQ(clock.now(), 100ms);
+    EXPECT_EQ(idleCalls, 0);
+    clock.at(450ms, [this] { queues.send(XasMessageBuilder{XMSG_SSH}.build()); });
+    EXPECT_EQ(receive(), 0);
+    EXPECT_EQ(clock.now(), 500ms);
+    EXPECT_EQ(idleCalls, 3) << "once for each empty look";
+}
+
+TEST_F(Transport, ReturnsTheMessageThatTheIdleWorkMade)
+{
+    idleWork = [](XasMessage &buffer) {
+        buffer = XasMessageBuilder{XMSG_NOTIFY}.id(77).build();
+        return XasIdleResult::message;
+    };
+    EXPECT_EQ(receive(), 0);
+    EXPECT_EQ(msg.xH.id, 77U);
+    EXPECT_EQ(users, nullptr);
+}
+
+TEST_F(Transport, FailsWhenTheIdleWorkDoes)
+{
+    idleWork = [](XasMessage &) {
+        return XasIdleResult::failed;
+    };
+    EXPECT_EQ(receive(), 1);
+}
+
+TEST_F(Transport, ReadsNoSecondRecordForAListOfNoUsers)
+{
+    queues.send(XasMessageBuilder{XMSG_LOCALUSERS}.half(160, 0).build());
+    queues.send(XasMessageBuilder{XMSG_SSH}.id(3).build());
+    EXPECT_EQ(receive(), 0);
+    EXPECT_EQ(users, nullptr);
+    EXPECT_EQ(userRecords(), nullptr);
+    EXPECT_EQ(receive(), 0);
+    EXPECT_EQ(msg.xH.id, 3U);
+}
+
+TEST_F(Transport, FailsWhenTheUserListIsOfAnotherSizeThanItsCountSays)
+{
+    queues.send(XasMessageBuilder{XMSG_LOCALUSERS}.half(160, 3).build());
+    queues.send(1, userEntry(2));
+    EXPECT_EQ(receive(), 1);
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Expected 792 bytes from queue, got 568 bytes\n")));
+    EXPECT_EQ(queues.waiting(), 0U);
+}
+
+TEST_F(Transport, LeavesTheUserListOnTheQueueWhenThereIsNoMemoryForIt)
+{
+    queues.send(XasMessageBuilder{XMSG_LOCALUSERS}.half(160, 10).build());
+    queues.send(1, userEntry(10));
+    {
+        const XasFailingNew failing{2360};
+        EXPECT_EQ(receive(), 1);
+    }
+    EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error allocating memory for user list\n")));
+    EXPECT_EQ(queues.waiting(), 1U);
+    EXPECT_EQ(receive(), 1) << "a later look meets it as an ordinary record";
+    EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Expected 2488 bytes from queue, got 2360 bytes\n")));
+}
+
+TEST_F(Transport, FetchesTheUserListAndRefersToItsFirstRecord)
+{
+    queues.send(XasMessageBuilder{XMSG_LOCALUSERS}.half(160, 2).word(164, 0xDEADBEEF).build());
+    queues.send(1, userEntry(2));
+    EXPECT_EQ(receive(), 0);
+    ASSERT_NE(users, nullptr);
+    ASSERT_NE(userRecords(), nullptr);
+    EXPECT_EQ((std::string{userRecords(), 448}), std::string(224, 'a') + std::string(224, 'b'));
+}
+
+TEST_F(Transport, WaitsForAUserListThatComesLater)
+{
+    queues.send(XasMessageBuilder{XMSG_LOCALUSERS}.half(160, 1).build());
+    clock.at(5s, [] {});
+    clock.at(2s, [this] { queues.send(1, userEntry(1)); });
+    EXPECT_EQ(receive(), 0);
+    EXPECT_EQ((std::string{userRecords(), 224}), std::string(224, 'a'));
+}

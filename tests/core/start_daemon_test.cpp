@@ -1,0 +1,61 @@
+// The built daemon from the command line to its first message.
+#include "support/daemon.h"
+
+#include <csignal>
+#include <gmock/gmock.h>
+#include <sys/wait.h>
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+TEST(DaemonStart, FailsWhenTheApplicationListIsNotThere)
+{
+    const XasRunResult result = xasRunDaemonProgram({"-f", "-c", "/missing/list.xml"});
+    EXPECT_EQ(result.exitStatus, 255);
+    EXPECT_EQ(result.errors, "/missing/list.xml access error(2)\n");
+    EXPECT_EQ(result.output, "");
+}
+
+TEST(DaemonStart, FailsWhenTheApplicationListCannotBeParsed)
+{
+    const XasLogSocket log;
+    const XasTestDir dir;
+    const XasRunResult result = xasRunDaemonProgram({"-f", "-c", dir.write("bad.xml", "<A>\n<B>\n</A>\n")});
+    EXPECT_EQ(result.exitStatus, 255);
+    EXPECT_EQ(result.errors, "Error allocating application list\n");
+    ASSERT_TRUE(log.await("sw/err-XML Parse error at line 3: mismatched tag\n"));
+    EXPECT_EQ(log.arrived().front().ident, "xasd") << "the program's own name: the log is not open yet";
+    EXPECT_EQ(log.arrived().front().line.priority, LOG_USER | LOG_ERR);
+}
+
+TEST(DaemonStart, AnswersAnUnknownMessageTypeWithAFailure)
+{
+    XasTestDaemon daemon;
+    daemon.start({});
+    const XasMessage answer = daemon.ask(XasMessageBuilder{XMSG_SSH}.id(4711).build());
+    EXPECT_EQ(xasMessageWord(answer, 4), 2U);
+    EXPECT_EQ(xasMessageWord(answer, 8), 4U);
+    EXPECT_EQ(xasMessageWord(answer, 12), 10U);
+    EXPECT_EQ(xasMessageWord(answer, 16), 4711U);
+    EXPECT_EQ(xasMessageBytes(answer, 20, 100), std::string(100, '\0'));
+    EXPECT_EQ(xasMessageWord(answer, 120), 0U);
+    EXPECT_EQ(xasMessageWord(answer, 124), 1U);
+    EXPECT_EQ(xasMessageBytes(answer, 128, 2488 - 128), std::string(2488 - 128, '\0'));
+    EXPECT_THAT(daemon.stubs.lines(), ElementsAre("/usr/bin/xas_iptables.sh resetAll"));
+    EXPECT_THAT(daemon.log.lines(), ElementsAre(xasInfoLine("Initializing application server\n")));
+    EXPECT_EQ(daemon.log.arrived().front().ident, "xasd");
+    EXPECT_EQ(daemon.log.arrived().front().line.priority, LOG_INFO | LOG_LOCAL6)
+        << "the facility that the log was opened with";
+}
+
+TEST(DaemonEnd, KillsTheWholeProcessGroupOnSigterm)
+{
+    XasTestDaemon daemon;
+    daemon.start({});
+    daemon.signal(SIGTERM);
+    const auto status = daemon.awaitEnd();
+    ASSERT_TRUE(status);
+    EXPECT_TRUE(WIFSIGNALED(*status));
+    EXPECT_EQ(WTERMSIG(*status), SIGKILL);
+    EXPECT_TRUE(daemon.log.await("sw/info-sig Terminated - kill all processes\n"));
+}

@@ -1,0 +1,115 @@
+// Programming errors end the process with the assertion's text: every one on a message's way through the
+// transport, the process manager, the safe replacement and the host-name and DNS handlers. (Those of the
+// script parameters are in xas_script_params_test.cpp.)
+#include "config/dns.h"
+#include "config/hostname.h"
+#include "core/daemon.h"
+#include "core/msgqueue.h"
+#include "files/config_file.h"
+#include "support/message.h"
+
+#include <gmock/gmock.h>
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+namespace {
+
+/** The report of an assertion: its text and the function that it stands in. */
+auto assertion(const std::string &text, const std::string &function)
+{
+    return AllOf(HasSubstr("Assertion `" + text + "' failed."), HasSubstr(": " + function + ": "));
+}
+
+class AssertionsDeathTest : public testing::Test {
+  protected:
+    XasMessage other = XasMessageBuilder{XMSG_SSH}.build();
+    XasMessage hostname = XasMessageBuilder{XMSG_HOSTNAME}.build();
+    XasMessage dns = XasMessageBuilder{XMSG_DNS}.build();
+    XasDnsPayload servers{};
+    XasCfgFileList files;
+    XasReplyStatus reply;
+    XasCfgFile cf;
+};
+
+} // namespace
+
+TEST_F(AssertionsDeathTest, OfTheTransportNameTheMessage)
+{
+    XasUserList users;
+    const XasIdleWork idle = [](XasMessage &) {
+        return XasIdleResult::failed;
+    };
+    EXPECT_DEATH(xasSendMessage(nullptr), assertion("msg != ((void *)0)", "xasSendMessage"));
+    EXPECT_DEATH(xasGetMessage(nullptr, true), assertion("msg != ((void *)0)", "xasGetMessage"));
+    EXPECT_DEATH(xasReceiveMessage(nullptr, users, idle),
+                 assertion("msg != ((void *)0)", "xasReceiveMessage"));
+}
+
+TEST_F(AssertionsDeathTest, OfTheProcessManagerNameTheDaemon)
+{
+    EXPECT_DEATH(xasStopDaemon(nullptr), assertion("daemon != ((void *)0)", "xasStopDaemon"));
+}
+
+TEST_F(AssertionsDeathTest, OfTheSafeReplacementNameTheArgument)
+{
+    EXPECT_DEATH(xasCfgOpenFiles(nullptr, &cf), assertion("cfgFileName != ((void *)0)", "xasCfgOpenFiles"));
+    EXPECT_DEATH(xasCfgOpenFiles("/x", nullptr), assertion("cf != ((void *)0)", "xasCfgOpenFiles"));
+    EXPECT_DEATH(xasCfgOpenOutFile(nullptr, &cf),
+                 assertion("cfgFileName != ((void *)0)", "xasCfgOpenOutFile"));
+    EXPECT_DEATH(xasCfgOpenOutFile("/x", nullptr), assertion("cf != ((void *)0)", "xasCfgOpenOutFile"));
+    EXPECT_DEATH(xasOutputLine(nullptr, "", false), assertion("outFile != ((void *)0)", "xasOutputLine"));
+    EXPECT_DEATH(xasOutputLine(stdout, nullptr, false), assertion("line != ((void *)0)", "xasOutputLine"));
+    EXPECT_DEATH(xasCloseCfgFile(nullptr), assertion("cf != ((void *)0)", "xasCloseCfgFile"));
+    EXPECT_DEATH(xasSaveCfgFile(nullptr), assertion("cf != ((void *)0)", "xasSaveCfgFile"));
+}
+
+TEST_F(AssertionsDeathTest, OfARestoreNameThePathAndItsLength)
+{
+    EXPECT_DEATH(xasRestoreCfgFile(nullptr), assertion("cfgFileName != ((void *)0)", "xasRestoreCfgFile"));
+    EXPECT_DEATH(xasRestoreCfgFile(""), assertion("strlen(cfgFileName) > 0", "xasRestoreCfgFile"));
+}
+
+TEST_F(AssertionsDeathTest, OfTheHostNameEditorsNameTheArgument)
+{
+    EXPECT_DEATH(xasEditHostsFile(nullptr, "a", &reply),
+                 assertion("cfgFileName != ((void *)0)", "xasEditHostsFile"));
+    EXPECT_DEATH(xasEditHostsFile("/x", nullptr, &reply),
+                 assertion("hostname != ((void *)0)", "xasEditHostsFile"));
+    EXPECT_DEATH(xasEditHostnameFile(nullptr, "a", &reply),
+                 assertion("cfgFileName != ((void *)0)", "xasEditHostnameFile"));
+    EXPECT_DEATH(xasEditHostnameFile("/x", nullptr, &reply),
+                 assertion("hostname != ((void *)0)", "xasEditHostnameFile"));
+    EXPECT_DEATH(xasEditDomainCfgFile(nullptr, "a", &reply),
+                 assertion("cfgFileName != ((void *)0)", "xasEditDomainCfgFile"));
+}
+
+TEST_F(AssertionsDeathTest, OfTheDnsEditorsNameTheArgument)
+{
+    EXPECT_DEATH(xasEditDNSCfgFile(nullptr, &servers, &reply),
+                 assertion("cfgFileName != ((void *)0)", "xasEditDNSCfgFile"));
+    EXPECT_DEATH(xasEditDNSCfgFile("/x", nullptr, &reply),
+                 assertion("dnsInfo != ((void *)0)", "xasEditDNSCfgFile"));
+    EXPECT_DEATH(xasEditDnsPrecCfgFile(nullptr, true, &reply),
+                 assertion("cfgFileName != ((void *)0)", "xasEditDnsPrecCfgFile"));
+}
+
+TEST_F(AssertionsDeathTest, OfTheHostNameHandlerNameMessageTypeAndFiles)
+{
+    EXPECT_DEATH(xasUpdateHostnameCfg(nullptr, &files, &reply),
+                 assertion("msg != ((void *)0)", "xasUpdateHostnameCfg"));
+    EXPECT_DEATH(xasUpdateHostnameCfg(&other, &files, &reply),
+                 assertion("XMSG_HOSTNAME == msg->xH.msgtype", "xasUpdateHostnameCfg"));
+    EXPECT_DEATH(xasUpdateHostnameCfg(&hostname, nullptr, &reply),
+                 assertion("cfgFiles != ((void *)0)", "xasUpdateHostnameCfg"));
+}
+
+TEST_F(AssertionsDeathTest, OfTheDnsHandlerNameMessageTypeAndFiles)
+{
+    EXPECT_DEATH(xasUpdateDnsCfg(nullptr, &files, &reply),
+                 assertion("msg != ((void *)0)", "xasUpdateDnsCfg"));
+    EXPECT_DEATH(xasUpdateDnsCfg(&other, &files, &reply),
+                 assertion("XMSG_DNS == msg->xH.msgtype", "xasUpdateDnsCfg"));
+    EXPECT_DEATH(xasUpdateDnsCfg(&dns, nullptr, &reply),
+                 assertion("cfgFiles != ((void *)0)", "xasUpdateDnsCfg"));
+}

@@ -1,0 +1,393 @@
+// The filter's test timer from start to expiry, time being moved by the test, with the queues of XMS.
+#include "dispatch/ipfilter_timer.h"
+
+#include "core/msgqueue.h"
+#include "core/wait.h"
+#include "dispatch/ipfilter_enable.h"
+#include "support/clock.h"
+#include "support/daemon.h"
+#include "support/ipfilter.h"
+#include "support/log.h"
+#include "support/shell.h"
+
+#include <csignal>
+#include <gmock/gmock.h>
+#include <sys/msg.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+const std::string DISABLE =
+    "XTABLES_LIBDIR=/libexec/xtables;export XTABLES_LIBDIR;/bin/iptables -I INPUT 1 -j ACCEPT";
+const std::string ENABLE =
+    "XTABLES_LIBDIR=/libexec/xtables;export XTABLES_LIBDIR;/bin/iptables -D INPUT -j ACCEPT";
+const std::string TIMER_FILE = "/tmp/.save/ipfilter-timer.txt";
+
+/** The clock's wall time begins at 1000 s. */
+class FilterTimerTest : public testing::Test {
+  protected:
+    FilterTimerTest()
+    {
+        stubs.put("/bin/iptables");
+        xasWriteFile(TIMER_FILE, "");
+        EXPECT_EQ(set(1, 0), 0);
+        EXPECT_EQ(xasInitMsgQueues(), 0);
+        log.take();
+        shell.take();
+    }
+
+    int set(std::uint32_t enabled, std::int32_t testTime)
+    {
+        reply = {};
+        const XasMessage msg = xasTestFirewallMessage(enabled, testTime);
+        return xasIPFilterTestTimer(&msg, &reply);
+    }
+
+    /** Lets a timer of one minute run out; only the answer of XMS is left to come. */
+    void reachOneMinute()
+    {
+        ASSERT_EQ(set(1, 1), 0);
+        clock.pass(60s);
+        log.take();
+        shell.take();
+    }
+
+    /** Sends XMS's answer to the last update when a wait reaches 5 s from now. */
+    void answerLater(std::uint32_t success, std::string_view reason, std::uint32_t idOffset = 0,
+                     std::uint32_t msgtype = XMSG_ACKNAK)
+    {
+        clock.at(clock.now() + 5s, [this, success, reason = std::string{reason}, idOffset, msgtype] {
+            update = queues.receive(0ms);
+            ASSERT_TRUE(update);
+            queues.send(XasMessageBuilder{msgtype}
+                            .word(16, update->xH.id + idOffset)
+                            .word(120, success)
+                            .bytes(132, reason)
+                            .build());
+        });
+    }
+
+    void expectDisabledAnd(std::vector<XasLogLine> last)
+    {
+        std::vector<XasLogLine> lines{xasInfoLine("IP Filter Test Timer reached 1 minute(s).\n"),
+                                      xasInfoLine("IP Filter disabled.\n")};
+        lines.insert(lines.end(), last.begin(), last.end());
+        EXPECT_THAT(log.take(), testing::ElementsAreArray(lines));
+        EXPECT_FALSE(xasIPFilterIsEnabled());
+        EXPECT_FALSE(xasExists(TIMER_FILE));
+        EXPECT_THAT(shell.take(), ElementsAre(DISABLE));
+    }
+
+    XasTestClock clock;
+    XasStubs stubs;
+    XasShellLines shell;
+    XasLogCapture log;
+    XasReplyStatus reply;
+    XasTestQueues queues;
+    std::optional<XasMessage> update;
+};
+
+using FilterTimerDeathTest = FilterTimerTest;
+
+const XasLogLine QUEUE_ERROR = xasErrorLine("Cannot update IP Filter settings (message queue error).\n");
+
+} // namespace
+
+TEST_F(FilterTimerDeathTest, AssertsThatThereIsAMessage)
+{
+    EXPECT_DEATH(xasIPFilterTestTimer(nullptr, &reply), HasSubstr("`msg != ((void *)0)'"));
+}
+
+TEST_F(FilterTimerTest, IsRefusedWithoutAReasonWhenTheFilterIsNotToBeEnabled)
+{
+    EXPECT_EQ(set(0, 3), 1);
+    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_EQ(reply.rstr, "");
+    EXPECT_THAT(log.take(), ElementsAre(xasErrorLine(
+                                "Failed to start IP Filter Test Timer: must enable IP Filter first.\n")));
+    EXPECT_THAT(shell.take(), IsEmpty());
+    EXPECT_TRUE(xasIPFilterIsEnabled());
+    EXPECT_FALSE(xasExists(TIMER_FILE));
+}
+
+TEST_F(FilterTimerTest, StartsWithoutACommandWhenTheFilterIsEnabled)
+{
+    EXPECT_EQ(set(1, 5), 0);
+    EXPECT_THAT(shell.take(), IsEmpty());
+    EXPECT_EQ(xasReadFile(TIMER_FILE), "5 1000\n");
+    EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("IP Filter Test Timer started for 5 minute(s).\n")));
+}
+
+TEST_F(FilterTimerTest, EnablesTheFilterFirst)
+{
+    ASSERT_EQ(set(0, 0), 0);
+    EXPECT_THAT(shell.take(), ElementsAre(DISABLE));
+    log.take();
+    clock.pass(7s);
+    EXPECT_EQ(set(0x80000000, 2), 0);
+    EXPECT_THAT(shell.take(), ElementsAre(ENABLE));
+    EXPECT_EQ(xasReadFile(TIMER_FILE), "2 1007\n");
+    EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("IP Filter enabled.\n"),
+                                        xasInfoLine("IP Filter Test Timer started for 2 minute(s).\n")));
+}
+
+TEST_F(FilterTimerTest, RunsEvenWhenItsFileCannotBeWritten)
+{
+    ::mkdir(TIMER_FILE.c_str(), 0755);
+    EXPECT_EQ(set(1, 1), 0);
+    EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("IP Filter Test Timer started for 1 minute(s).\n")));
+    ::rmdir(TIMER_FILE.c_str());
+    clock.pass(60s);
+    answerLater(1, "");
+    EXPECT_EQ(xasIPFilterTimerTick(), 0);
+    EXPECT_FALSE(xasIPFilterIsEnabled());
+}
+
+TEST_F(FilterTimerTest, IsStoppedByATestTimeOfZeroOrLess)
+{
+    for (const std::int32_t testTime : {0, -1, -2147483647 - 1}) {
+        ASSERT_EQ(set(1, 1), 0);
+        log.take();
+        EXPECT_EQ(set(1, testTime), 0);
+        EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("IP Filter Test Timer stopped.\n"))) << testTime;
+        EXPECT_FALSE(xasExists(TIMER_FILE));
+        clock.pass(3600s);
+        EXPECT_EQ(xasIPFilterTimerTick(), 0);
+        EXPECT_THAT(shell.take(), IsEmpty());
+    }
+}
+
+TEST_F(FilterTimerTest, IsStoppedWhenTheFilterIsDisabled)
+{
+    ASSERT_EQ(set(1, 1), 0);
+    log.take();
+    EXPECT_EQ(set(0, 0), 0);
+    EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("IP Filter Test Timer stopped.\n"),
+                                        xasInfoLine("IP Filter disabled.\n")));
+    EXPECT_THAT(shell.take(), ElementsAre(DISABLE));
+    clock.pass(60s);
+    EXPECT_EQ(xasIPFilterTimerTick(), 0);
+    EXPECT_THAT(shell.take(), IsEmpty());
+}
+
+TEST_F(FilterTimerTest, IsStoppedEvenWhenDisablingFails)
+{
+    ASSERT_EQ(set(1, 1), 0);
+    stubs.put("/bin/iptables", 1);
+    EXPECT_EQ(set(0, 0), 1);
+    EXPECT_EQ(reply.rcode, 1U);
+    EXPECT_EQ(reply.rstr, "Error disabling IP Filter");
+    EXPECT_FALSE(xasExists(TIMER_FILE));
+    clock.pass(60s);
+    shell.take();
+    EXPECT_EQ(xasIPFilterTimerTick(), 0);
+    EXPECT_THAT(shell.take(), IsEmpty());
+}
+
+TEST_F(FilterTimerTest, IsReplacedByANewOne)
+{
+    ASSERT_EQ(set(1, 1), 0);
+    clock.pass(50s);
+    ASSERT_EQ(set(1, 2), 0);
+    EXPECT_EQ(xasReadFile(TIMER_FILE), "2 1050\n");
+    EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("IP Filter Test Timer started for 1 minute(s).\n"),
+                                        xasInfoLine("IP Filter Test Timer started for 2 minute(s).\n")));
+    clock.pass(119s);
+    EXPECT_EQ(xasIPFilterTimerTick(), 0);
+    EXPECT_TRUE(xasIPFilterIsEnabled());
+    clock.pass(1s);
+    answerLater(1, "");
+    EXPECT_EQ(xasIPFilterTimerTick(), 0);
+    EXPECT_FALSE(xasIPFilterIsEnabled());
+}
+
+TEST_F(FilterTimerTest, DoesNothingWhileItIsNotRunning)
+{
+    clock.pass(24h);
+    EXPECT_EQ(xasIPFilterTimerTick(), 0);
+    EXPECT_THAT(log.take(), IsEmpty());
+    EXPECT_THAT(shell.take(), IsEmpty());
+}
+
+TEST_F(FilterTimerTest, DoesNothingBeforeItsLastSecond)
+{
+    ASSERT_EQ(set(1, 2), 0);
+    log.take();
+    clock.pass(119s);
+    EXPECT_EQ(xasIPFilterTimerTick(), 0);
+    clock.moveWallClock(-50s);
+    clock.pass(30s);
+    EXPECT_EQ(xasIPFilterTimerTick(), 0);
+    EXPECT_THAT(log.take(), IsEmpty());
+    EXPECT_THAT(shell.take(), IsEmpty());
+    EXPECT_TRUE(xasExists(TIMER_FILE));
+}
+
+TEST_F(FilterTimerTest, DoesNothingAtItsEndWhileTheFilterIsDisabledAnyway)
+{
+    ASSERT_EQ(set(1, 1), 0);
+    ASSERT_EQ(xasIPFilterDisable(), 0); // as after a removed set, when the stored setting says so
+    log.take();
+    shell.take();
+    clock.pass(60s);
+    EXPECT_EQ(xasIPFilterTimerTick(), 0);
+    EXPECT_THAT(log.take(), IsEmpty());
+    EXPECT_THAT(shell.take(), IsEmpty());
+    EXPECT_TRUE(xasExists(TIMER_FILE));
+    EXPECT_FALSE(queues.receive(0ms));
+    xasIPFilterNoteReset(); // it is enabled again, and its time is up
+    answerLater(1, "");
+    EXPECT_EQ(xasIPFilterTimerTick(), 0);
+    expectDisabledAnd({});
+}
+
+TEST_F(FilterTimerTest, NeverOverflowsWithTheLongestTime)
+{
+    ASSERT_EQ(set(1, 2147483647), 0);
+    clock.pass(24h * 365);
+    EXPECT_EQ(xasIPFilterTimerTick(), 0);
+    EXPECT_TRUE(xasIPFilterIsEnabled());
+}
+
+TEST_F(FilterTimerTest, DisablesTheFilterInItsLastSecondAndTellsXms)
+{
+    ASSERT_EQ(set(1, 2), 0);
+    log.take();
+    shell.take();
+    clock.pass(120s);
+    answerLater(1, "");
+    EXPECT_EQ(xasIPFilterTimerTick(), 0);
+    EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("IP Filter Test Timer reached 2 minute(s).\n"),
+                                        xasInfoLine("IP Filter disabled.\n")));
+    EXPECT_THAT(shell.take(), ElementsAre(DISABLE));
+    EXPECT_FALSE(xasExists(TIMER_FILE));
+    ASSERT_TRUE(update);
+    const XasMessage expected = XasMessageBuilder{5}.sender(4).id(xasNextMsgId() - 1).build();
+    EXPECT_TRUE(xasMessageBytes(*update, 0, 2488) == xasMessageBytes(expected, 0, 2488));
+    EXPECT_FALSE(queues.receive(0ms));
+    clock.pass(600s);
+    EXPECT_EQ(xasIPFilterTimerTick(), 0) << "once only";
+    EXPECT_THAT(shell.take(), IsEmpty());
+}
+
+TEST_F(FilterTimerTest, StaysEnabledWithoutATimerWhenDisablingFails)
+{
+    reachOneMinute();
+    stubs.put("/bin/iptables", 1);
+    EXPECT_EQ(xasIPFilterTimerTick(), 1);
+    EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("IP Filter Test Timer reached 1 minute(s).\n"),
+                                        xasErrorLine("Error disabling IP Filter.\n")));
+    EXPECT_TRUE(xasIPFilterIsEnabled());
+    EXPECT_FALSE(xasExists(TIMER_FILE));
+    EXPECT_FALSE(queues.receive(0ms)) << "XMS is told nothing";
+    shell.take();
+    clock.pass(600s);
+    EXPECT_EQ(xasIPFilterTimerTick(), 0);
+    EXPECT_THAT(shell.take(), IsEmpty());
+}
+
+TEST_F(FilterTimerTest, AcceptsAnAnswerOfAnyNonZeroSuccess)
+{
+    reachOneMinute();
+    answerLater(0x100, "not looked at");
+    EXPECT_EQ(xasIPFilterTimerTick(), 0);
+    expectDisabledAnd({});
+}
+
+TEST_F(FilterTimerTest, NamesTheReasonOfANegativeAnswer)
+{
+    reachOneMinute();
+    answerLater(0, "the store is full");
+    EXPECT_EQ(xasIPFilterTimerTick(), 1);
+    expectDisabledAnd({xasErrorLine("Cannot update IP Filter settings (the store is full).\n")});
+}
+
+TEST_F(FilterTimerTest, NamesTheQueueWhenANegativeAnswerHasNoReason)
+{
+    reachOneMinute();
+    answerLater(0, "");
+    EXPECT_EQ(xasIPFilterTimerTick(), 1);
+    expectDisabledAnd({QUEUE_ERROR});
+}
+
+TEST_F(FilterTimerTest, AcceptsNoAnswerToAnotherMessage)
+{
+    reachOneMinute();
+    answerLater(1, "", 1);
+    EXPECT_EQ(xasIPFilterTimerTick(), 1);
+    expectDisabledAnd({QUEUE_ERROR});
+}
+
+TEST_F(FilterTimerTest, NamesTheReasonOfAnAnswerToAnotherMessage)
+{
+    reachOneMinute();
+    answerLater(1, "of another message", 1);
+    EXPECT_EQ(xasIPFilterTimerTick(), 1);
+    expectDisabledAnd({xasErrorLine("Cannot update IP Filter settings (of another message).\n")});
+}
+
+TEST_F(FilterTimerTest, TakesNoOtherTypeForAnAnswer)
+{
+    reachOneMinute();
+    answerLater(1, "not a reason", 0, XMSG_DNS);
+    EXPECT_EQ(xasIPFilterTimerTick(), 1);
+    expectDisabledAnd({QUEUE_ERROR});
+}
+
+TEST_F(FilterTimerTest, TakesNoShortRecordForAnAnswer)
+{
+    reachOneMinute();
+    clock.at(clock.now() + 1s, [this] { queues.send(67, std::string(2487, '\1')); });
+    EXPECT_EQ(xasIPFilterTimerTick(), 1);
+    expectDisabledAnd({xasErrorLine("Expected 2488 bytes from queue, got 2487 bytes\n"), QUEUE_ERROR});
+}
+
+TEST_F(FilterTimerTest, EndsItsWaitWhenTheQueueGoesAway)
+{
+    reachOneMinute();
+    clock.at(clock.now() + 3600s, [this] { ::msgctl(queues.fromXms, IPC_RMID, nullptr); });
+    EXPECT_EQ(xasIPFilterTimerTick(), 1);
+    expectDisabledAnd({xasErrorLine("Error receiving from XMS message queue\n"), QUEUE_ERROR});
+}
+
+TEST_F(FilterTimerTest, WaitsForTheAnswerEvenWhenTheUpdateCannotBeSent)
+{
+    reachOneMinute();
+    ::msgctl(queues.toXms, IPC_RMID, nullptr);
+    clock.at(clock.now() + 1s, [this] {
+        queues.send(XasMessageBuilder{XMSG_ACKNAK}.word(16, xasNextMsgId() - 1).word(120, 1).build());
+    });
+    EXPECT_EQ(xasIPFilterTimerTick(), 0);
+    expectDisabledAnd({xasErrorLine("Error sending to XMS message queue\n")});
+}
+
+TEST_F(FilterTimerTest, ServesSignalsAndDeathsWhileNoAnswerComes)
+{
+    std::vector<std::string> served;
+    xasInstallSignals({.terminate = [&] { served.emplace_back("terminate"); },
+                       .alarm = [&] { served.emplace_back("alarm"); },
+                       .childExited =
+                           [&](pid_t, int) {
+                               served.emplace_back("child");
+                           }});
+    reachOneMinute();
+    const auto begin = clock.now();
+    clock.at(begin + 1s, [] { ::raise(SIGALRM); });
+    clock.at(begin + 2s, [] {
+        const pid_t pid = ::fork();
+        if (pid == 0)
+            ::_exit(0);
+        xasAwaitExit(pid);
+    });
+    clock.at(begin + 3s, [] { ::raise(SIGTERM); });
+    clock.at(begin + 1h, [this] { ::msgctl(queues.fromXms, IPC_RMID, nullptr); });
+    EXPECT_EQ(xasIPFilterTimerTick(), 1);
+    EXPECT_THAT(served, ElementsAre("alarm", "child", "terminate"));
+    EXPECT_GE(clock.now() - begin, 1h);
+}

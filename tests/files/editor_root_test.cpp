@@ -1,0 +1,163 @@
+// What the editors of time, logging, routing and firewall settings do when the disk fills up under them.
+#include "config/firewall_services.h"
+#include "config/logrotate.h"
+#include "config/ntp.h"
+#include "config/routing.h"
+#include "config/syslog.h"
+
+#include "support/hosts.h"
+#include "support/log.h"
+#include "support/small_disk.h"
+
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::StartsWith;
+
+namespace {
+
+const XasLogLine NOT_PRINTED = xasErrorLine("Error printing line to file\n");
+
+/** `first`, then comments that fill the file to the last byte that the disk takes, less `room`. */
+std::string filled(const std::string &first, std::size_t room = 0)
+{
+    std::string text = first;
+    while (text.size() + 100 < XasSmallDisk::FILE_SIZE - room)
+        text += "#" + std::string(62, 'c') + "\n";
+    text += "#" + std::string(XasSmallDisk::FILE_SIZE - room - text.size() - 2, 'c') + "\n";
+    return text;
+}
+
+class FullDisk : public testing::Test {
+  protected:
+    XasSmallDisk disk;
+    XasLogCapture log;
+    XasReplyStatus reply;
+
+    void expectReply(std::uint32_t rcode, std::string_view reason) const
+    {
+        EXPECT_EQ(reply.rcode, rcode);
+        EXPECT_EQ(reply.rstr, reason);
+    }
+};
+
+} // namespace
+
+TEST_F(FullDisk, IsFilledByAFileOfThatSizeButTakesIt)
+{
+    const std::string text = filled("server a\n");
+    ASSERT_EQ(text.size(), 4096U);
+    const std::string path = disk.write("file", text);
+    const XasNtpInfo same{.sync = 1, .poll = 1, .servers = {xasNamedHost("b"), {}, {}}};
+    EXPECT_EQ(xasEditNTPCfgFile(path.c_str(), &same, &reply), 0);
+    EXPECT_THAT(disk.read("file"), StartsWith("server b\n"));
+}
+
+TEST_F(FullDisk, LeavesTheNtpConfigurationAndGivesNoReason)
+{
+    const std::string text = filled("server a\n");
+    const std::string path = disk.write("ntp.conf", text);
+    const XasNtpInfo ntpInfo{.sync = 1, .poll = 1, .servers = {xasNamedHost("longer"), {}, {}}};
+    EXPECT_EQ(xasEditNTPCfgFile(path.c_str(), &ntpInfo, &reply), 1);
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(),
+                ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to NTP config file\n")));
+    EXPECT_EQ(disk.read("ntp.conf"), text);
+    EXPECT_THAT(disk.read("ntp.conf.tmp"), StartsWith("server longer\n#"));
+    EXPECT_FALSE(disk.has("ntp.conf.old"));
+}
+
+TEST_F(FullDisk, LeavesTheNtpStepFileAndGivesItsOwnReason)
+{
+    const std::string path = disk.write("step-tickers", "old\n");
+    const std::string other = disk.write("other", std::string(XasSmallDisk::FILE_SIZE, 'o'));
+    const XasHostAddr server = xasNamedHost("new");
+    EXPECT_EQ(xasEditNTPStepFile(path.c_str(), &server, nullptr, nullptr, &reply), 1);
+    expectReply(3, "Error writing to NTP step file");
+    EXPECT_THAT(log.lines(),
+                ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to NTP step file\n")));
+    EXPECT_EQ(disk.read("step-tickers"), "old\n");
+}
+
+TEST_F(FullDisk, LeavesTheSyslogConfigurationAndGivesNoReasonForALocalRule)
+{
+    const std::string text = filled("kern.*\t/a\n");
+    const std::string path = disk.write("syslog.conf", text);
+    XasSyslogPayload sysLogInfo{};
+    EXPECT_EQ(xasEditSyslogCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(),
+                ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to syslog config file\n")));
+    EXPECT_EQ(disk.read("syslog.conf"), text);
+}
+
+TEST_F(FullDisk, LeavesTheSyslogConfigurationAndSaysThatItCouldNotBeSavedForAForwardingRule)
+{
+    const std::string text = filled("mail.*\t/a\n", 50);
+    const std::string path = disk.write("syslog.conf", text);
+    XasSyslogPayload sysLogInfo{};
+    sysLogInfo.remotes[0] = xasNamedHost("loghost");
+    EXPECT_EQ(xasEditSyslogCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
+    expectReply(3, "Error saving new syslog config file");
+    EXPECT_THAT(
+        log.lines(),
+        ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to syslog config file\n"), NOT_PRINTED));
+    EXPECT_EQ(disk.read("syslog.conf"), text);
+    EXPECT_FALSE(disk.has("syslog.conf.old"));
+}
+
+TEST_F(FullDisk, LeavesTheLogrotateConfigurationAndGivesNoReason)
+{
+    const std::string text = filled("size 1k\n");
+    const std::string path = disk.write("logrotate.conf", text);
+    XasSyslogPayload sysLogInfo{};
+    sysLogInfo.log_size = 1000;
+    EXPECT_EQ(xasEditLogrotateCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(),
+                ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to logrotate config file\n")));
+    EXPECT_EQ(disk.read("logrotate.conf"), text);
+}
+
+TEST_F(FullDisk, LeavesTheFirewallSettingsAndNamesAnotherFileForAComment)
+{
+    const std::string text = filled("INVISIBLE_TO_PING=x\n");
+    const std::string path = disk.write("firewall", text);
+    const XasFirewallCfg fWallCfg{};
+    EXPECT_EQ(xasEditFirewallCfgFile(path.c_str(), &fWallCfg, &reply), 1);
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(),
+                ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to DNS config file\n")));
+    EXPECT_EQ(disk.read("firewall"), text);
+}
+
+TEST_F(FullDisk, LeavesTheFirewallSettingsAndNamesThemForASetting)
+{
+    const std::string setting = "INVISIBLE_TO_PING=x\n";
+    const std::string text = filled("", setting.size()) + setting;
+    ASSERT_EQ(text.size(), 4096U);
+    const std::string path = disk.write("firewall", text);
+    const XasFirewallCfg fWallCfg{};
+    EXPECT_EQ(xasEditFirewallCfgFile(path.c_str(), &fWallCfg, &reply), 1);
+    expectReply(0, "");
+    EXPECT_THAT(log.lines(),
+                ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to firewall config file\n")));
+    EXPECT_EQ(disk.read("firewall"), text);
+}
+
+TEST_F(FullDisk, ShowsInTheRoutingFilesOnlyWhenTheyAreSaved)
+{
+    const std::string text = filled("line vty\n");
+    const std::string path = disk.write("router.conf", text);
+    XasRoutingPayload routerCfg{};
+    routerCfg.static_enabled = 1;
+    routerCfg.rip_enabled = 1;
+    EXPECT_EQ(xasEditZebraCfgFile(path.c_str(), &routerCfg, &reply), 1);
+    expectReply(3, "Error saving new firewall config file");
+    reply = {};
+    EXPECT_EQ(xasEditRipdCfgFile(path.c_str(), &routerCfg, &reply), 1);
+    expectReply(3, "Error saving new firewall config file");
+    EXPECT_THAT(log.lines(), ElementsAre(NOT_PRINTED, NOT_PRINTED));
+    EXPECT_EQ(disk.read("router.conf"), text);
+    EXPECT_FALSE(disk.has("router.conf.old"));
+}

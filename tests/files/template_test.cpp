@@ -1,0 +1,110 @@
+// Files expanded from templates: reading, writing, failures.
+#include "files/template.h"
+
+#include "support/files.h"
+#include "support/log.h"
+
+#include <array>
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+constexpr XasTemplateTexts TEXTS{
+    .templateReason = "no template", .openReason = "no file", .writeReason = "not written"};
+
+class Template : public XasFilesTest {
+  protected:
+    int generate(const std::string &templateFile, const std::string &file,
+                 const std::function<std::string()> &makeTail = nullptr)
+    {
+        return xasGenerateFromTemplate(
+            templateFile.c_str(), file.c_str(), TEXTS, &reply,
+            [](std::string text) { return "<" + std::move(text) + ">"; }, makeTail);
+    }
+
+    void expectReply(std::uint32_t rcode, const char *reason)
+    {
+        EXPECT_EQ(reply.rcode, rcode);
+        EXPECT_EQ(reply.rstr, reason);
+        EXPECT_THAT(log.lines(), IsEmpty()) << "the callers log";
+    }
+
+    XasLogCapture log;
+    XasReplyStatus reply;
+};
+
+} // namespace
+
+TEST_F(Template, MustExist)
+{
+    EXPECT_EQ(generate(dir.path("template"), dir.write("file", "old")), 1);
+    expectReply(2, "no template");
+    EXPECT_EQ(dir.read("file"), "old");
+}
+
+TEST_F(Template, WithNothingInItFailsWithoutReason)
+{
+    EXPECT_EQ(generate(dir.write("template", ""), dir.write("file", "old")), 1);
+    EXPECT_EQ(generate(dir.path(), dir.path("file")), 1) << "a directory reads as nothing";
+    expectReply(0, "");
+    EXPECT_EQ(dir.read("file"), "old");
+}
+
+TEST_F(Template, FailsWhenItsFileCannotBeOpened)
+{
+    EXPECT_EQ(generate(dir.write("template", "t"), dir.path("missing/file")), 1);
+    expectReply(2, "no file");
+}
+
+TEST_F(Template, FailsWhenItsFileCannotBeWrittenAndMakesNoTail)
+{
+    EXPECT_EQ(generate(dir.write("template", "t"), "/dev/full",
+                       [] {
+                           ADD_FAILURE() << "nothing goes behind a text that is not there";
+                           return std::string{};
+                       }),
+              1);
+    expectReply(3, "not written");
+}
+
+TEST_F(Template, IsExpandedIntoTheFileInPlace)
+{
+    EXPECT_EQ(generate(dir.write("template", "t\n"), dir.write("file", std::string(9999, 'x'))), 0);
+    EXPECT_EQ(dir.read("file"), "<t\n>");
+    EXPECT_THAT(dir.names(), ElementsAre("file", "template"));
+    expectReply(0, "");
+}
+
+TEST_F(Template, HasItsTailMadeWhenItIsWritten)
+{
+    const std::string file = dir.path("file");
+    EXPECT_EQ(generate(dir.write("template", "t"), file, [&] { return dir.read("file") + "!"; }), 0);
+    EXPECT_EQ(dir.read("file"), "<t><t>!");
+}
+
+TEST_F(Template, IsUsedUpToItsByte5000)
+{
+    const std::string fits = std::string(4999, 'a') + "b";
+    EXPECT_EQ(generate(dir.write("template", fits), dir.path("file")), 0);
+    EXPECT_EQ(dir.read("file"), "<" + fits + ">");
+    EXPECT_EQ(generate(dir.write("template", fits + "c"), dir.path("file")), 0);
+    EXPECT_EQ(dir.read("file"), "<" + fits + ">");
+}
+
+TEST_F(Template, EndsAtANulAsTextsDo)
+{
+    EXPECT_EQ(generate(dir.write("template", std::string_view{"ab\0cd", 5}), dir.path("file")), 0);
+    EXPECT_EQ(dir.read("file"), "<ab>");
+    EXPECT_EQ(generate(dir.write("template", std::string_view{"\0cd", 3}), dir.path("file")), 0);
+    EXPECT_EQ(dir.read("file"), "<>") << "something was read";
+}
+
+TEST_F(Template, HasItsPlaceholdersReplacedOneAfterTheOther)
+{
+    const std::array replacements = {XasReplacement{"$(A)", "$(B)"}, XasReplacement{"$(B)", "b"},
+                                     XasReplacement{"$(C)", ""}};
+    EXPECT_EQ(xasExpandPlaceholders("$(A) $(B) [$(C)] $(a) $(A", replacements), "b b [] $(a) $(A");
+}

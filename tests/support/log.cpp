@@ -1,0 +1,107 @@
+#include "support/log.h"
+
+#include <array>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <stdexcept>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+/** Where lines go: a file without a name that forked children share. A record is priority, length, text. */
+int logFd()
+{
+    static const int fd = [] {
+        const int made = ::memfd_create("xas-test-log", MFD_CLOEXEC);
+        if (made < 0 || ::fcntl(made, F_SETFL, O_APPEND) != 0)
+            throw std::runtime_error{"cannot make the log"};
+        return made;
+    }();
+    return fd;
+}
+
+struct RecordHead {
+    int priority;
+    std::size_t length;
+};
+
+off_t logEnd()
+{
+    struct stat status {};
+    ::fstat(logFd(), &status);
+    return status.st_size;
+}
+
+void appendLine(int priority, const char *format, va_list arguments)
+{
+    std::array<char, 8192> text{};
+    const int length = std::vsnprintf(text.data(), text.size(), format, arguments);
+    const RecordHead head{priority, std::min(static_cast<std::size_t>(std::max(length, 0)), text.size() - 1)};
+    std::string record(sizeof head, '\0');
+    std::memcpy(record.data(), &head, sizeof head);
+    record.append(text.data(), head.length);
+    if (::write(logFd(), record.data(), record.size()) < 0)
+        ::abort();
+}
+
+std::optional<XasOpenedLog> &openedLog()
+{
+    static std::optional<XasOpenedLog> opened;
+    return opened;
+}
+
+} // namespace
+
+extern "C" {
+
+void syslog(int priority, const char *format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    appendLine(priority, format, arguments);
+    va_end(arguments);
+}
+
+void vsyslog(int priority, const char *format, va_list arguments)
+{
+    appendLine(priority, format, arguments);
+}
+
+void openlog(const char *ident, int option, int facility)
+{
+    openedLog() = XasOpenedLog{ident, option, facility};
+}
+}
+
+std::optional<XasOpenedLog> xasOpenedLog()
+{
+    return openedLog();
+}
+
+XasLogCapture::XasLogCapture() : from{logEnd()} {}
+
+std::vector<XasLogLine> XasLogCapture::lines() const
+{
+    std::string log(static_cast<std::size_t>(logEnd() - from), '\0');
+    if (::pread(logFd(), log.data(), log.size(), from) != static_cast<ssize_t>(log.size()))
+        throw std::runtime_error{"cannot read the log"};
+    std::vector<XasLogLine> found;
+    for (std::size_t at = 0; at < log.size();) {
+        RecordHead head{};
+        std::memcpy(&head, log.data() + at, sizeof head);
+        found.push_back({head.priority, log.substr(at + sizeof head, head.length)});
+        at += sizeof head + head.length;
+    }
+    return found;
+}
+
+std::vector<XasLogLine> XasLogCapture::take()
+{
+    std::vector<XasLogLine> found = lines();
+    from = logEnd();
+    return found;
+}

@@ -1,0 +1,102 @@
+#include "xms/store.h"
+
+#include "support/files.h"
+#include "support/message.h"
+
+#include <cstdlib>
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+/** The store is the test's directory. */
+class XmsStore : public XasFilesTest {
+  protected:
+    XmsStore() { setenv("XMS_STORE", dir.path().c_str(), 1); }
+    ~XmsStore() override { unsetenv("XMS_STORE"); }
+};
+
+XasMessage hostnameRecord(std::string_view name)
+{
+    return XasMessageBuilder{XMSG_HOSTNAME}.id(7).bytes(120, name).build();
+}
+
+XasMessage filterSet(std::uint8_t number, std::uint32_t action)
+{
+    return XasMessageBuilder{XMSG_IPFILTER_SET}.byte(120, number).word(140, action).build();
+}
+
+} // namespace
+
+TEST_F(XmsStore, ATypeWithoutNameIsNotStored)
+{
+    EXPECT_EQ(xmsStoreApplied(XasMessageBuilder{66}.build()),
+              "a message type without a name cannot be stored");
+    EXPECT_THAT(dir.names(), IsEmpty());
+}
+
+TEST_F(XmsStore, AStoreThatCannotBeWrittenIsNamed)
+{
+    setenv("XMS_STORE", dir.write("file", "no directory").c_str(), 1);
+    EXPECT_THAT(xmsStoreApplied(hostnameRecord("console1")),
+                HasSubstr("cannot write " + dir.path("file") + "/XMSG_HOSTNAME.tmp: "));
+}
+
+TEST_F(XmsStore, ARecordThatCannotBeReplacedStaysAndLeavesNoTemporary)
+{
+    ASSERT_EQ(mkdir((dir.path("XMSG_HOSTNAME")).c_str(), 0755), 0);
+    dir.write("XMSG_HOSTNAME/inside", "");
+    EXPECT_THAT(xmsStoreApplied(hostnameRecord("console1")), HasSubstr("cannot replace "));
+    EXPECT_THAT(dir.names(), ElementsAre("XMSG_HOSTNAME"));
+}
+
+TEST_F(XmsStore, NothingStoredIsNone)
+{
+    EXPECT_FALSE(xmsReadStored(hostnameRecord("console1")));
+}
+
+TEST_F(XmsStore, AFileOfAnotherSizeIsNone)
+{
+    dir.write("XMSG_HOSTNAME", std::string(2487, 'x'));
+    EXPECT_FALSE(xmsReadStored(hostnameRecord("console1")));
+}
+
+TEST_F(XmsStore, ARecordIsOneWholeFileNamedByItsType)
+{
+    const XasMessage record = hostnameRecord("console1");
+    EXPECT_EQ(xmsStoreApplied(record), "");
+    EXPECT_THAT(dir.names(), ElementsAre("XMSG_HOSTNAME"));
+    EXPECT_EQ(dir.read("XMSG_HOSTNAME"), xasMessageBytes(record, 0, 2488));
+    const auto stored = xmsReadStored(XasMessageBuilder{XMSG_HOSTNAME}.build());
+    ASSERT_TRUE(stored);
+    EXPECT_EQ(xasMessageText(*stored, 120), "console1");
+}
+
+TEST_F(XmsStore, ALaterRecordReplacesAnEarlierOne)
+{
+    EXPECT_EQ(xmsStoreApplied(hostnameRecord("console1")), "");
+    EXPECT_EQ(xmsStoreApplied(hostnameRecord("console2")), "");
+    EXPECT_EQ(xasMessageText(*xmsReadStored(hostnameRecord("")), 120), "console2");
+    EXPECT_THAT(dir.names(), ElementsAre("XMSG_HOSTNAME"));
+}
+
+TEST_F(XmsStore, TheDirectoryIsMadeWhenItIsMissing)
+{
+    setenv("XMS_STORE", dir.path("deep/store").c_str(), 1);
+    EXPECT_EQ(xmsStoreApplied(hostnameRecord("console1")), "");
+    EXPECT_TRUE(dir.has("deep/store/XMSG_HOSTNAME"));
+}
+
+TEST_F(XmsStore, FilterSetsAreKeptByNumberAndARemovedSetIsForgotten)
+{
+    EXPECT_EQ(xmsStoreApplied(filterSet(3, 0)), "");
+    EXPECT_EQ(xmsStoreApplied(filterSet(64, 1)), "");
+    EXPECT_THAT(dir.names(), ElementsAre("XMSG_IPFILTER_SET-3", "XMSG_IPFILTER_SET-64"));
+    EXPECT_EQ(xmsStoreApplied(filterSet(3, 2)), "");
+    EXPECT_THAT(dir.names(), ElementsAre("XMSG_IPFILTER_SET-64"));
+    EXPECT_EQ(xmsStoreApplied(filterSet(3, 2)), ""); // once more: nothing to forget
+}

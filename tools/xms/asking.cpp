@@ -1,0 +1,59 @@
+#include "xms/asking.h"
+
+#include "xms/hex.h"
+
+namespace {
+
+XmsJson ask(const XmsDescriptor &server, const XmsJson &command)
+{
+    std::string buffer;
+    xmsSendLine(server, xmsJsonLine(command));
+    return xmsReadAnswer(server, buffer);
+}
+
+} // namespace
+
+XmsJson xmsReadAnswer(const XmsDescriptor &server, std::string &buffer)
+{
+    const auto line = xmsReadLine(server, buffer);
+    if (!line)
+        throw XmsError{XmsExit::noServer, "the server has ended"};
+    XmsJson answer = XmsJson::parse(*line, nullptr, false);
+    if (!answer.is_object())
+        throw XmsError{XmsExit::noServer, "the server's answer cannot be understood"};
+    if (answer.value("result", "") == "error")
+        throw XmsError{XmsExit::noServer, "the server says: " + answer.value("problem", "")};
+    return answer;
+}
+
+XmsOutcome xmsAskToSet(const XmsDescriptor &server, const XasMessage &record, const XmsUserEntry &users,
+                       double timeoutSeconds)
+{
+    const XmsJson answer = ask(server, {{"do", "set"},
+                                        {"record", xmsToHex(record)},
+                                        {"users", xmsToHex(users)},
+                                        {"timeout_ms", static_cast<std::int64_t>(timeoutSeconds * 1000)}});
+    return xmsOutcomeFrom(record.xH.msgtype, answer);
+}
+
+std::optional<XasMessage> xmsAskStored(const XmsDescriptor &server, const XasMessage &request)
+{
+    const XmsJson answer = ask(server, {{"do", "get"}, {"record", xmsToHex(request)}});
+    const auto record = answer.find("record");
+    if (record == answer.end() || !record->is_string())
+        return std::nullopt;
+    return xmsRecordFromHex(record->get<std::string>());
+}
+
+void xmsAskToWatch(const XmsDescriptor &server, std::string &buffer)
+{
+    xmsSendLine(server, xmsJsonLine({{"do", "watch"}}));
+    if (xmsReadAnswer(server, buffer).value("result", "") != "watching")
+        throw XmsError{XmsExit::noServer, "the server's answer cannot be understood"};
+}
+
+XmsTraffic xmsTrafficFrom(const XmsJson &line)
+{
+    return {line.value("time_ms", std::int64_t{0}), line.value("to_daemon", false),
+            xmsFromHex(line.value("bytes", "")).value_or(std::vector<std::byte>{})};
+}

@@ -1,0 +1,29 @@
+/** The asking end of the server's socket: what the commands send and get; the lines are in xms_socket.h. */
+#ifndef XAS_XMS_ASKING_H
+#define XAS_XMS_ASKING_H
+
+#include "wire/message.h"
+#include "xms/outcome.h"
+#include "xms/socket.h"
+#include "xms/users.h"
+
+#include <optional>
+#include <string>
+
+/** The server's next line; its complaints, its end and what cannot be understood are thrown as XmsError. */
+XmsJson xmsReadAnswer(const XmsDescriptor &server, std::string &buffer);
+
+/** Has a setting sent, the list of users behind it when there is one, and waits for what becomes of it. */
+XmsOutcome xmsAskToSet(const XmsDescriptor &server, const XasMessage &record, const XmsUserEntry &users,
+                       double timeoutSeconds);
+
+/** The stored record of the type and request keys of `request`, or none. */
+std::optional<XasMessage> xmsAskStored(const XmsDescriptor &server, const XasMessage &request);
+
+/** Asks for the traffic, and returns once the server tells it; `buffer` may then hold some of it already. */
+void xmsAskToWatch(const XmsDescriptor &server, std::string &buffer);
+
+/** The traffic that a line of the server tells. */
+XmsTraffic xmsTrafficFrom(const XmsJson &line);
+
+#endif

@@ -1,0 +1,44 @@
+#include "xms/setting.h"
+
+#include "xms/error.h"
+
+#include <fstream>
+#include <iostream>
+#include <iterator>
+
+namespace {
+
+std::string readHexFile(const std::string &path)
+{
+    std::ifstream file;
+    if (path != "-")
+        file.open(path);
+    std::istream &input = path == "-" ? std::cin : file;
+    if (!input)
+        throw XmsError{XmsExit::usage, "cannot read " + path};
+    return {std::istreambuf_iterator<char>{input}, {}};
+}
+
+} // namespace
+
+XasValueCheck xmsCheckOf(const XmsSetOptions &set)
+{
+    return set.force ? XasValueCheck::anyThatFits : XasValueCheck::allowed;
+}
+
+XmsSetting xmsSettingFrom(const XmsSetOptions &set)
+{
+    XmsSetting setting{.record = xmsDefaultRecord(xmsTypeFromText(set.type)),
+                       .assignments = xmsParseAssignments(set.assignments),
+                       .users = {}};
+    if (!set.rawFile.empty())
+        xmsSetRawPayload(setting.record, readHexFile(set.rawFile));
+    if (setting.record.xH.msgtype == XMSG_LOCALUSERS)
+        setting.users = xmsTakeUsers(setting.assignments, xmsCheckOf(set));
+    if (set.rawFile.empty())
+        xmsAnnounceUsers(setting.record, setting.users);
+    xmsAssign(setting.record, setting.assignments, xmsCheckOf(set));
+    if (!set.force)
+        xmsRequireMatchingCount(setting.record, setting.users);
+    return setting;
+}

@@ -1,0 +1,33 @@
+/** A setting as the user wrote it, checked and built without the server. */
+#ifndef XAS_XMS_SETTING_H
+#define XAS_XMS_SETTING_H
+
+#include "xms/record.h"
+#include "xms/users.h"
+
+#include <string>
+#include <vector>
+
+struct XmsSetOptions {
+    std::string type;
+    std::vector<std::string> assignments; /**< "field=value" */
+    bool fresh = false;                   /**< start from defaults, not from the stored record */
+    bool force = false;                   /**< take values that the field tables do not allow */
+    double timeoutSeconds = 30;
+    std::string rawFile; /**< hexadecimal payload; "-" is standard input, empty is none */
+};
+
+/** What is to be sent. */
+struct XmsSetting {
+    XasMessage record{};
+    std::vector<XmsAssignment> assignments; /**< those that set the record's own fields */
+    XmsUserEntry users;                     /**< the list behind XMSG_LOCALUSERS */
+};
+
+/** Which values the options let pass. */
+XasValueCheck xmsCheckOf(const XmsSetOptions &set);
+
+/** The setting, as far as it can be built, and checked, without the server. Throws XmsError. */
+XmsSetting xmsSettingFrom(const XmsSetOptions &set);
+
+#endif

@@ -1,8 +1,0 @@
-/** The command line of xms. */
-#ifndef XMS_XMS_CLI_H
-#define XMS_XMS_CLI_H
-
-/** Runs the program; returns its exit status (XmsExit). */
-int xmsMain(int argc, char **argv);
-
-#endif
