@@ -38,7 +38,7 @@ int signedNumber(std::uint32_t value)
 
 } // namespace
 
-void xasClampAuthPositions(XasAuthCfg &cfgAuth)
+void xasClampAuthPositions(XasAuthPayload &cfgAuth)
 {
     for (std::uint8_t *position : {&cfgAuth.local, &cfgAuth.nis, &cfgAuth.ldap, &cfgAuth.radius,
                                    &cfgAuth.securid, &cfgAuth.kerberos, &cfgAuth.tacacs}) {
@@ -47,7 +47,7 @@ void xasClampAuthPositions(XasAuthCfg &cfgAuth)
     }
 }
 
-std::string xasAuthOrderCfgText(const XasAuthCfg &cfgAuth)
+std::string xasAuthOrderCfgText(const XasAuthPayload &cfgAuth)
 {
     return xasFormat("FIRSTRSP=%d\n"
                      "LOCAL=%d\nNIS=%d\nLDAP=%d\nRADIUS=%d\nSECURID=%d\nKERBEROS=%d\nTACACS=%d\n",
@@ -74,7 +74,7 @@ void xasParseAuthOrder(std::string_view text, XasAuthOrder &order)
     });
 }
 
-int xasEditAuthenOrderCfgFile(const char *cfgFileName, XasAuthCfg *cfgAuth, XasReplyStatus *reply)
+int xasEditAuthenOrderCfgFile(const char *cfgFileName, XasAuthPayload *cfgAuth, XasReplyStatus *reply)
 {
     xasAssertGiven(cfgFileName, "cfgFileName");
     xasAssertGiven(cfgAuth, "cfgAuth");

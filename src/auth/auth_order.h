@@ -8,7 +8,7 @@
 #ifndef XAS_AUTH_AUTH_ORDER_H
 #define XAS_AUTH_AUTH_ORDER_H
 
-#include "auth/auth_payload.h"
+#include "auth/auth_message.h"
 #include "core/reply.h"
 
 #include <string>
@@ -27,10 +27,10 @@ struct XasAuthOrder {
 };
 
 /** Sets positions that do not exist to 0. */
-void xasClampAuthPositions(XasAuthCfg &cfgAuth);
+void xasClampAuthPositions(XasAuthPayload &cfgAuth);
 
 /** The file's text for an XMSG_AUTH. */
-std::string xasAuthOrderCfgText(const XasAuthCfg &cfgAuth);
+std::string xasAuthOrderCfgText(const XasAuthPayload &cfgAuth);
 
 /** The file's text as the direct writer has it. */
 std::string xasAuthOrderText(const XasAuthOrder &order);
@@ -40,7 +40,7 @@ std::string xasAuthOrderText(const XasAuthOrder &order);
 void xasParseAuthOrder(std::string_view text, XasAuthOrder &order);
 
 /** Rewrites the file, which must exist; `cfgAuth` is clamped. Returns 0, or 1 with the failure in `reply`. */
-int xasEditAuthenOrderCfgFile(const char *cfgFileName, XasAuthCfg *cfgAuth, XasReplyStatus *reply);
+int xasEditAuthenOrderCfgFile(const char *cfgFileName, XasAuthPayload *cfgAuth, XasReplyStatus *reply);
 
 /** Reads the file. Returns 0, or 1 after logging that it cannot be opened. */
 int xasReadAuthenOrder(XasAuthOrder &order);

@@ -5,7 +5,7 @@
 #ifndef XAS_AUTH_CIFS_H
 #define XAS_AUTH_CIFS_H
 
-#include "auth/cifs_payload.h"
+#include "auth/cifs_message.h"
 #include "core/appmgr.h"
 #include "core/reply.h"
 #include "files/editor.h"

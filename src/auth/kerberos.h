@@ -5,7 +5,7 @@
 #ifndef XAS_AUTH_KERBEROS_H
 #define XAS_AUTH_KERBEROS_H
 
-#include "auth/kerberos_payload.h"
+#include "auth/kerberos_message.h"
 #include "core/appmgr.h"
 #include "core/reply.h"
 

@@ -6,7 +6,7 @@
 #ifndef XAS_AUTH_LDAP_H
 #define XAS_AUTH_LDAP_H
 
-#include "auth/ldap_payload.h"
+#include "auth/ldap_message.h"
 #include "core/appmgr.h"
 #include "core/reply.h"
 

@@ -6,7 +6,7 @@
 #ifndef XAS_AUTH_LOCAL_USERS_H
 #define XAS_AUTH_LOCAL_USERS_H
 
-#include "auth/user_payload.h"
+#include "auth/user_message.h"
 #include "core/shell.h"
 
 #include <string>

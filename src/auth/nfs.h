@@ -5,7 +5,7 @@
 #ifndef XAS_AUTH_NFS_H
 #define XAS_AUTH_NFS_H
 
-#include "auth/nfs_payload.h"
+#include "auth/nfs_message.h"
 #include "core/appmgr.h"
 #include "core/reply.h"
 

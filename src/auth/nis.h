@@ -5,7 +5,7 @@
 #ifndef XAS_AUTH_NIS_H
 #define XAS_AUTH_NIS_H
 
-#include "auth/nis_payload.h"
+#include "auth/nis_message.h"
 #include "core/appmgr.h"
 #include "core/reply.h"
 

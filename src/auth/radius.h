@@ -5,7 +5,7 @@
 #ifndef XAS_AUTH_RADIUS_H
 #define XAS_AUTH_RADIUS_H
 
-#include "auth/radius_payload.h"
+#include "auth/radius_message.h"
 #include "core/appmgr.h"
 #include "core/reply.h"
 

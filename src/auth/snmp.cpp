@@ -25,7 +25,7 @@ std::string keyLine(const char *key, const std::string &value)
     return xasFormatLine("%s  %s\n", key, value.c_str());
 }
 
-const char *securityLevel(const XasSnmpCfg &snmpCfg)
+const char *securityLevel(const XasSnmpPayload &snmpCfg)
 {
     if (snmpCfg.v3security == XAS_SNMP_NOAUTH)
         return "noauth";
@@ -38,7 +38,7 @@ const char *quoteFor(const std::string &phrase)
 }
 
 /** The access line of an SNMPv3 user and the line that creates him. */
-std::string userLines(const char *key, const XasSnmpCfg &snmpCfg, const std::string &user,
+std::string userLines(const char *key, const XasSnmpPayload &snmpCfg, const std::string &user,
                       const std::string &pass, const std::string &phrase)
 {
     const char *passQuote = quoteFor(pass);
@@ -79,7 +79,7 @@ const CommunityKey *findCommunityKey(std::string_view word)
     return nullptr;
 }
 
-std::string communityLine(std::string_view line, const CommunityKey &key, const XasSnmpCfg &snmpCfg,
+std::string communityLine(std::string_view line, const CommunityKey &key, const XasSnmpPayload &snmpCfg,
                           Communities &written)
 {
     if (snmpCfg.community_mode == XAS_SNMP_NO_COMMUNITIES)
@@ -91,7 +91,7 @@ std::string communityLine(std::string_view line, const CommunityKey &key, const 
                                                  : xasFieldString(snmpCfg.rw_community));
 }
 
-std::string editedLine(std::string_view line, const XasSnmpCfg &snmpCfg, Communities &written)
+std::string editedLine(std::string_view line, const XasSnmpPayload &snmpCfg, Communities &written)
 {
     const std::string_view word = xasFirstToken(line, " \t");
     if (word == "syscontact")
@@ -114,7 +114,7 @@ std::string editedLine(std::string_view line, const XasSnmpCfg &snmpCfg, Communi
 }
 
 /** The communities that no line of the file had. */
-std::string missingCommunities(const XasSnmpCfg &snmpCfg, const Communities &written)
+std::string missingCommunities(const XasSnmpPayload &snmpCfg, const Communities &written)
 {
     std::string text;
     if (snmpCfg.community_mode != XAS_SNMP_WRITE_COMMUNITIES)
@@ -137,7 +137,7 @@ std::string trapLines(const XasHostAddr &host)
 
 } // namespace
 
-std::string xasSnmpText(std::string_view oldText, const XasSnmpCfg &snmpCfg)
+std::string xasSnmpText(std::string_view oldText, const XasSnmpPayload &snmpCfg)
 {
     std::string newText;
     Communities written;
@@ -148,7 +148,7 @@ std::string xasSnmpText(std::string_view oldText, const XasSnmpCfg &snmpCfg)
     return newText;
 }
 
-int xasEditSNMPCfgFile(const char *cfgFileName, const XasSnmpCfg *snmpCfg, XasReplyStatus *replyReason)
+int xasEditSNMPCfgFile(const char *cfgFileName, const XasSnmpPayload *snmpCfg, XasReplyStatus *replyReason)
 {
     xasAssertGiven(cfgFileName, "cfgFileName");
     xasAssertGiven(snmpCfg, "snmpCfg");
@@ -165,7 +165,7 @@ int xasUpdateSNMPCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplySt
     xasAssertGiven(msg, "msg");
     xasAssert(XMSG_SNMP == msg->xH.msgtype, "XMSG_SNMP == msg->xH.msgtype");
     xasAssertGiven(cfgFiles, "cfgFiles");
-    const auto snmpCfg = xasReadPayload<XasSnmpCfg>(*msg);
+    const auto snmpCfg = xasReadPayload<XasSnmpPayload>(*msg);
     const std::array<XasFileStep, 1> steps = {{
         {.type = "snmp",
          .missingLog = "Error determining config file for snmp\n",

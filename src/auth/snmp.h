@@ -5,7 +5,7 @@
 #ifndef XAS_AUTH_SNMP_H
 #define XAS_AUTH_SNMP_H
 
-#include "auth/snmp_payload.h"
+#include "auth/snmp_message.h"
 #include "core/appmgr.h"
 #include "core/reply.h"
 
@@ -13,10 +13,10 @@
 #include <string_view>
 
 /** The new text of the file. */
-std::string xasSnmpText(std::string_view oldText, const XasSnmpCfg &snmpCfg);
+std::string xasSnmpText(std::string_view oldText, const XasSnmpPayload &snmpCfg);
 
 /** Edits the file, which must exist. Returns 0, or 1 with the failure in `replyReason`. */
-int xasEditSNMPCfgFile(const char *cfgFileName, const XasSnmpCfg *snmpCfg, XasReplyStatus *replyReason);
+int xasEditSNMPCfgFile(const char *cfgFileName, const XasSnmpPayload *snmpCfg, XasReplyStatus *replyReason);
 
 /** The handler of XMSG_SNMP. Needs the file "snmp". */
 int xasUpdateSNMPCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);

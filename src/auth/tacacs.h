@@ -2,7 +2,7 @@
 #ifndef XAS_AUTH_TACACS_H
 #define XAS_AUTH_TACACS_H
 
-#include "auth/tacacs_payload.h"
+#include "auth/tacacs_message.h"
 #include "core/appmgr.h"
 #include "core/reply.h"
 

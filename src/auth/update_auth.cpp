@@ -21,7 +21,7 @@ int xasUpdateAuthenOrderCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, Xas
         return 1;
     const auto [orderFile, pamFile, nsswitchFile] = paths;
 
-    auto cfgAuth = xasReadPayload<XasAuthCfg>(*msg);
+    auto cfgAuth = xasReadPayload<XasAuthPayload>(*msg);
     int result = xasLogFailure(xasEditAuthenOrderCfgFile(orderFile, &cfgAuth, reply),
                                "Error editing network config file\n");
     xasWritePayload(*msg, cfgAuth);

@@ -5,7 +5,7 @@
 #ifndef XAS_AUTH_USER_PORTS_H
 #define XAS_AUTH_USER_PORTS_H
 
-#include "auth/user_payload.h"
+#include "auth/user_message.h"
 #include "core/reply.h"
 
 #include <string>

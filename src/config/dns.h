@@ -5,7 +5,7 @@
 #ifndef XAS_CONFIG_DNS_H
 #define XAS_CONFIG_DNS_H
 
-#include "config/dns_payload.h"
+#include "config/dns_message.h"
 #include "core/appmgr.h"
 #include "core/reply.h"
 

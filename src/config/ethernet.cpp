@@ -9,7 +9,7 @@
 #include "core/log.h"
 #include "files/config_file.h"
 #include "files/update.h"
-#include "wire/eth_payload.h"
+#include "wire/eth_message.h"
 
 #include <array>
 #include <unistd.h>

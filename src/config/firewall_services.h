@@ -6,7 +6,7 @@
 #ifndef XAS_CONFIG_FIREWALL_SERVICES_H
 #define XAS_CONFIG_FIREWALL_SERVICES_H
 
-#include "config/firewall_payload.h"
+#include "config/firewall_message.h"
 #include "core/appmgr.h"
 #include "core/reply.h"
 #include "files/editor.h"

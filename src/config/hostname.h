@@ -6,7 +6,7 @@
 #ifndef XAS_CONFIG_HOSTNAME_H
 #define XAS_CONFIG_HOSTNAME_H
 
-#include "config/hostname_payload.h"
+#include "config/hostname_message.h"
 #include "core/appmgr.h"
 #include "core/reply.h"
 

@@ -7,7 +7,7 @@
 
 #include "core/reply.h"
 #include "files/editor.h"
-#include "wire/eth_payload.h"
+#include "wire/eth_message.h"
 
 #include <string>
 #include <string_view>

@@ -1,4 +1,5 @@
 #include "config/link_status.h"
+#include "wire/notify_message.h"
 
 #include "config/interface_file.h"
 #include "core/assert.h"

@@ -7,7 +7,7 @@
 #ifndef XAS_CONFIG_LOGROTATE_H
 #define XAS_CONFIG_LOGROTATE_H
 
-#include "config/syslog_payload.h"
+#include "config/syslog_message.h"
 #include "core/reply.h"
 
 #include <string>

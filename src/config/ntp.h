@@ -7,7 +7,7 @@
 #ifndef XAS_CONFIG_NTP_H
 #define XAS_CONFIG_NTP_H
 
-#include "config/ntp_payload.h"
+#include "config/ntp_message.h"
 #include "core/appmgr.h"
 #include "core/reply.h"
 

@@ -6,7 +6,7 @@
 #ifndef XAS_CONFIG_ROUTING_H
 #define XAS_CONFIG_ROUTING_H
 
-#include "config/routing_payload.h"
+#include "config/routing_message.h"
 #include "core/appmgr.h"
 #include "core/reply.h"
 

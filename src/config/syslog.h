@@ -5,7 +5,7 @@
 #ifndef XAS_CONFIG_SYSLOG_H
 #define XAS_CONFIG_SYSLOG_H
 
-#include "config/syslog_payload.h"
+#include "config/syslog_message.h"
 #include "core/reply.h"
 
 #include <string>

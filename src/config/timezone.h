@@ -2,7 +2,7 @@
 #ifndef XAS_CONFIG_TIMEZONE_H
 #define XAS_CONFIG_TIMEZONE_H
 
-#include "config/timezone_payload.h"
+#include "config/timezone_message.h"
 #include "core/appmgr.h"
 #include "core/reply.h"
 

@@ -1,10 +1,11 @@
 #include "core/link_watch.h"
+#include "wire/notify_message.h"
 
 #include "core/log.h"
 #include "core/text.h"
 #include "core/utils.h"
 #include "core/wait.h"
-#include "wire/eth_payload.h"
+#include "wire/eth_message.h"
 
 #include <array>
 #include <cerrno>

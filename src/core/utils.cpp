@@ -7,7 +7,7 @@
 #include "core/text.h"
 #include "core/wait.h"
 #include "platform/config_library.h"
-#include "wire/eth_payload.h"
+#include "wire/eth_message.h"
 
 #include <arpa/inet.h>
 #include <array>

@@ -5,7 +5,7 @@
 #include "core/log.h"
 #include "core/shell.h"
 #include "core/text.h"
-#include "dispatch/ipfilter_payload.h"
+#include "dispatch/ipfilter_message.h"
 #include "dispatch/ipfilter_script.h"
 
 #include <array>

@@ -9,7 +9,7 @@
 
 #include "core/file.h"
 #include "core/shell.h"
-#include "dispatch/ipfilter_payload.h"
+#include "dispatch/ipfilter_message.h"
 
 #include <string>
 

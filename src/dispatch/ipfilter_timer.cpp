@@ -1,4 +1,5 @@
 #include "dispatch/ipfilter_timer.h"
+#include "wire/reply_message.h"
 
 #include "core/assert.h"
 #include "core/file.h"

@@ -1,4 +1,5 @@
 #include "dispatch/process_msg.h"
+#include "wire/reply_message.h"
 
 #include "core/daemon.h"
 #include "core/link_watch.h"

@@ -1,4 +1,5 @@
 #include "dispatch/script_params.h"
+#include "wire/notify_message.h"
 
 #include "core/assert.h"
 #include "core/link_watch.h"

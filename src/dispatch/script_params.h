@@ -12,7 +12,7 @@
 #define XAS_DISPATCH_SCRIPT_PARAMS_H
 
 #include "core/appmgr.h"
-#include "wire/eth_payload.h"
+#include "wire/eth_message.h"
 
 /** The script code of a link mode: '1' to '7' for 0 to 6; -1 after logging for another. */
 int xasGetEthModeCode(std::uint32_t mode);

@@ -7,7 +7,7 @@
 
 #include "core/appmgr.h"
 #include "core/reply.h"
-#include "dispatch/vpn_payload.h"
+#include "dispatch/vpn_message.h"
 
 #include <optional>
 #include <string>

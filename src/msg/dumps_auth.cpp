@@ -1,10 +1,10 @@
 #include "msg/dumps.h"
 
-#include "auth/auth_payload.h"
-#include "auth/kerberos_payload.h"
-#include "auth/ldap_payload.h"
-#include "auth/nis_payload.h"
-#include "auth/radius_payload.h"
+#include "auth/auth_message.h"
+#include "auth/kerberos_message.h"
+#include "auth/ldap_message.h"
+#include "auth/nis_message.h"
+#include "auth/radius_message.h"
 #include "core/text.h"
 #include "core/utils.h"
 #include "msg/enum_names.h"
@@ -22,7 +22,7 @@ std::string radiusServerLine(int number, const XasRadiusServer &server)
 
 std::string msgDumpAuth(const XasMessage &msg)
 {
-    const auto auth = xasReadPayload<XasAuthCfg>(msg);
+    const auto auth = xasReadPayload<XasAuthPayload>(msg);
     return xasFormat("local: %d nis: %d ldap: %d radius: %d securid: %d ", auth.local, auth.nis, auth.ldap,
                      auth.radius, auth.securid) +
            xasFormat("kerberos: %d tacacs: %d\n", auth.kerberos, auth.tacacs);

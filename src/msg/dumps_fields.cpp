@@ -34,28 +34,28 @@ constexpr std::array ENUMERATIONS = {
 
 std::string valueText(std::uint32_t msgtype, std::span<const std::byte> record, const XasMsgFieldAt &where)
 {
-    const auto number = static_cast<std::uint32_t>(xasMsgValueNumber(record, where.place));
+    const auto number = static_cast<std::uint32_t>(msgValueNumber(record, where.place));
     if (where.field->kind == XasFieldKind::flag)
         return msgYesNoName(number);
     const auto *const known = std::ranges::find_if(ENUMERATIONS, [&](const Enumeration &enumeration) {
         return enumeration.msgtype == msgtype && enumeration.field == where.field->name;
     });
-    return known != ENUMERATIONS.end() ? known->name(number) : xasMsgValueText(record, where);
+    return known != ENUMERATIONS.end() ? known->name(number) : msgValueText(record, where);
 }
 
 } // namespace
 
 std::string msgDumpFields(const XasMessage &msg)
 {
-    const XasMsgFields *fields = xasMsgFieldsOf(msg.xH.msgtype);
+    const XasMsgFields *fields = msgFieldsOf(msg.xH.msgtype);
     if (fields == nullptr)
         return {};
     const auto record = std::as_bytes(std::span{&msg, 1});
     const XasMsgGroup *group = nullptr;
     std::size_t element = 0;
     std::string text;
-    for (const XasMsgFieldAt &where : xasMsgListFields(*fields)) {
-        if (!xasMsgIsUsed(record, where))
+    for (const XasMsgFieldAt &where : xasListFields(*fields)) {
+        if (!xasIsUsed(record, where))
             continue;
         const bool isSameLine = where.field->group == group && where.element == element;
         if (!text.empty())

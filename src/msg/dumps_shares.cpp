@@ -1,14 +1,14 @@
 #include "msg/dumps.h"
 
-#include "auth/cifs_payload.h"
-#include "auth/nfs_payload.h"
-#include "auth/snmp_payload.h"
+#include "auth/cifs_message.h"
+#include "auth/nfs_message.h"
+#include "auth/snmp_message.h"
 #include "core/text.h"
 #include "msg/enum_names.h"
 
 std::string msgDumpSnmp(const XasMessage &msg)
 {
-    const auto snmp = xasReadPayload<XasSnmpCfg>(msg);
+    const auto snmp = xasReadPayload<XasSnmpPayload>(msg);
     return xasFormat(
                "ro_community: %s rw_community: %s trap_community: %s v3user: %s v3pass: %s v3phrase: %s\n",
                xasFieldString(snmp.ro_community).c_str(), xasFieldString(snmp.rw_community).c_str(),

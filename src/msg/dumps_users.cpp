@@ -1,6 +1,6 @@
 #include "msg/dumps.h"
 
-#include "auth/user_payload.h"
+#include "auth/user_message.h"
 #include "core/text.h"
 #include "msg/enum_names.h"
 

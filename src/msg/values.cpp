@@ -68,7 +68,7 @@ bool storeUnsigned(const XasValueTarget &to, std::uint64_t number, const XasRang
 bool setNumber(const XasValueTarget &to)
 {
     const auto number = parseNumber<std::uint64_t>(to.text);
-    return number && storeUnsigned(to, *number, xasMsgRange(to.field));
+    return number && storeUnsigned(to, *number, msgRange(to.field));
 }
 
 std::string readNumber(std::span<const std::byte> bytes, const XasMsgField &)
@@ -79,7 +79,7 @@ std::string readNumber(std::span<const std::byte> bytes, const XasMsgField &)
 bool setInteger(const XasValueTarget &to)
 {
     const auto number = parseNumber<std::int32_t>(to.text);
-    const XasRange range = xasMsgRange(to.field);
+    const XasRange range = msgRange(to.field);
     const bool inRange =
         number && *number >= range.lowest && *number <= static_cast<std::int64_t>(range.highest);
     if (!inRange && !(number && to.check == XasValueCheck::anyThatFits))
@@ -191,31 +191,31 @@ std::string hexText(std::uint64_t value)
 
 } // namespace
 
-std::string xasMsgSetValue(std::span<std::byte> record, const XasMsgFieldAt &where, std::string_view text,
-                           XasValueCheck check)
+std::string msgSetValue(std::span<std::byte> record, const XasMsgFieldAt &where, std::string_view text,
+                        XasValueCheck check)
 {
     const std::span<std::byte> bytes = record.subspan(where.place.offset, where.place.width);
     if (rulesOf(*where.field).set({bytes, *where.field, text, check}))
         return {};
-    return "\"" + std::string{text} + "\" will not do, expected: " + xasMsgAllowedText(*where.field);
+    return "\"" + std::string{text} + "\" will not do, expected: " + msgAllowedText(*where.field);
 }
 
-std::string xasMsgValueText(std::span<const std::byte> record, const XasMsgFieldAt &where)
+std::string msgValueText(std::span<const std::byte> record, const XasMsgFieldAt &where)
 {
     return rulesOf(*where.field).read(record.subspan(where.place.offset, where.place.width), *where.field);
 }
 
-std::uint64_t xasMsgValueNumber(std::span<const std::byte> record, XasPlace place)
+std::uint64_t msgValueNumber(std::span<const std::byte> record, XasPlace place)
 {
     return xasValueOf<std::uint64_t>(record.subspan(place.offset, place.width));
 }
 
-void xasMsgStoreNumber(std::span<std::byte> record, XasPlace place, std::uint64_t value)
+void msgStoreNumber(std::span<std::byte> record, XasPlace place, std::uint64_t value)
 {
     xasStoreValue(record.subspan(place.offset, place.width), value);
 }
 
-std::string xasMsgAllowedText(const XasMsgField &field)
+std::string msgAllowedText(const XasMsgField &field)
 {
     const KindRules &rules = rulesOf(field);
     if (!rules.expects.empty())
@@ -226,21 +226,21 @@ std::string xasMsgAllowedText(const XasMsgField &field)
     case XasFieldKind::choice:
         return choiceText(field);
     case XasFieldKind::mask:
-        return "0x0 to " + hexText(xasMsgRange(field).highest);
+        return "0x0 to " + hexText(msgRange(field).highest);
     case XasFieldKind::ipv4:
         return std::string{IPV4_FORM} + (field.none ? ", or none" : "");
     default:
-        return rangeText(xasMsgRange(field));
+        return rangeText(msgRange(field));
     }
 }
 
-std::string xasMsgKindName(const XasMsgField &field)
+std::string msgKindName(const XasMsgField &field)
 {
     const std::string_view name = rulesOf(field).name;
     return name.empty() ? "u" + std::to_string(8 * field.place.width) : std::string{name};
 }
 
-XasRange xasMsgRange(const XasMsgField &field)
+XasRange msgRange(const XasMsgField &field)
 {
     if (field.range)
         return *field.range;
@@ -249,20 +249,20 @@ XasRange xasMsgRange(const XasMsgField &field)
     return {0, largest(field.place.width)};
 }
 
-void xasMsgSetDefaults(std::span<std::byte> record, const XasMsgFields &fields)
+void msgSetDefaults(std::span<std::byte> record, const XasMsgFields &fields)
 {
-    for (const XasMsgFieldAt &where : xasMsgListFields(fields)) {
+    for (const XasMsgFieldAt &where : xasListFields(fields)) {
         if (where.field->group->fixed && !where.field->initial.empty())
-            xasMsgSetValue(record, where, where.field->initial);
+            msgSetValue(record, where, where.field->initial);
     }
 }
 
-void xasMsgSetElementDefaults(std::span<std::byte> record, const XasMsgFields &fields,
-                              const XasMsgGroup &group, std::size_t element)
+void msgSetElementDefaults(std::span<std::byte> record, const XasMsgFields &fields, const XasMsgGroup &group,
+                           std::size_t element)
 {
-    for (const XasMsgFieldAt &where : xasMsgListFields(fields)) {
+    for (const XasMsgFieldAt &where : xasListFields(fields)) {
         const bool isMember = where.field->group == &group && where.element == element;
         if (isMember && !where.field->initial.empty())
-            xasMsgSetValue(record, where, where.field->initial);
+            msgSetValue(record, where, where.field->initial);
     }
 }

@@ -27,32 +27,32 @@ enum class XasValueCheck : std::uint8_t { allowed, anyThatFits };
  * Sets the field at `where` from `text`. Returns the empty text, or what is wrong with the value (naming what
  * is expected); the record is then unchanged.
  */
-std::string xasMsgSetValue(std::span<std::byte> record, const XasMsgFieldAt &where, std::string_view text,
-                           XasValueCheck check = XasValueCheck::allowed);
+std::string msgSetValue(std::span<std::byte> record, const XasMsgFieldAt &where, std::string_view text,
+                        XasValueCheck check = XasValueCheck::allowed);
 
 /** The value of the field at `where` as text. */
-std::string xasMsgValueText(std::span<const std::byte> record, const XasMsgFieldAt &where);
+std::string msgValueText(std::span<const std::byte> record, const XasMsgFieldAt &where);
 
 /** The unsigned value of a number, flag, choice or mask. */
-std::uint64_t xasMsgValueNumber(std::span<const std::byte> record, XasPlace place);
+std::uint64_t msgValueNumber(std::span<const std::byte> record, XasPlace place);
 
 /** Stores an unsigned value; bits beyond the width are lost. */
-void xasMsgStoreNumber(std::span<std::byte> record, XasPlace place, std::uint64_t value);
+void msgStoreNumber(std::span<std::byte> record, XasPlace place, std::uint64_t value);
 
 /** The values that the field takes, for people: "0 to 65535", "bootp, dhcp or static". */
-std::string xasMsgAllowedText(const XasMsgField &field);
+std::string msgAllowedText(const XasMsgField &field);
 
 /** The name of a kind: "text", "number", ..., with the number of bits where the width varies ("u16"). */
-std::string xasMsgKindName(const XasMsgField &field);
+std::string msgKindName(const XasMsgField &field);
 
 /** The numbers that the field takes: its own range, else what its width holds. */
-XasRange xasMsgRange(const XasMsgField &field);
+XasRange msgRange(const XasMsgField &field);
 
 /** Sets every field of the elements in use to its default: all fields outside groups and in fixed groups. */
-void xasMsgSetDefaults(std::span<std::byte> record, const XasMsgFields &fields);
+void msgSetDefaults(std::span<std::byte> record, const XasMsgFields &fields);
 
 /** Sets one element (from 0) of a group to its defaults. */
-void xasMsgSetElementDefaults(std::span<std::byte> record, const XasMsgFields &fields,
-                              const XasMsgGroup &group, std::size_t element);
+void msgSetElementDefaults(std::span<std::byte> record, const XasMsgFields &fields, const XasMsgGroup &group,
+                           std::size_t element);
 
 #endif

@@ -122,30 +122,6 @@ static_assert(offsetof(XasMessage, payload) == XAS_PAYLOAD_OFFSET);
 static_assert(sizeof(XasMessage) == XAS_MESSAGE_SIZE);
 static_assert(std::is_trivially_copyable_v<XasMessage>);
 
-/** The payload of XMSG_ACKNAK. */
-struct XasReplyPayload {
-    std::uint32_t success;  /**< non-zero: the settings were applied */
-    std::uint32_t complete; /**< the daemon always sends 1 */
-    std::uint32_t rcode;    /**< result code, 0 = none */
-    char rstr[500];         /**< reason text */
-};
-
-static_assert(offsetof(XasReplyPayload, rcode) + XAS_PAYLOAD_OFFSET == 128);
-static_assert(offsetof(XasReplyPayload, rstr) + XAS_PAYLOAD_OFFSET == 132);
-
-/** The payload of XMSG_NOTIFY: a link of the appliance went up or down. */
-struct XasNotifyPayload {
-    std::uint32_t code; /**< XAS_LINK_UP or XAS_LINK_DOWN */
-    std::uint32_t reserved[3];
-    char text[XAS_PAYLOAD_SIZE - 16]; /**< begins with the port's display name, "Eth1" or "Eth2" */
-};
-
-static_assert(offsetof(XasNotifyPayload, text) + XAS_PAYLOAD_OFFSET == 136);
-static_assert(sizeof(XasNotifyPayload) == XAS_PAYLOAD_SIZE);
-
-inline constexpr std::uint32_t XAS_LINK_UP = 2;
-inline constexpr std::uint32_t XAS_LINK_DOWN = 3;
-
 /** The payload of `msg`, copied out. */
 template <class Payload>
 Payload xasReadPayload(const XasMessage &msg)

@@ -14,16 +14,16 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr XasAuthCfg SETTINGS = {.local = 1,
-                                 .nis = 2,
-                                 .ldap = 3,
-                                 .radius = 4,
-                                 .securid = 5,
-                                 .kerberos = 6,
-                                 .tacacs = 7,
-                                 .unused = 0,
-                                 .first_responding = 1,
-                                 .start_nis = 0};
+constexpr XasAuthPayload SETTINGS = {.local = 1,
+                                     .nis = 2,
+                                     .ldap = 3,
+                                     .radius = 4,
+                                     .securid = 5,
+                                     .kerberos = 6,
+                                     .tacacs = 7,
+                                     .unused = 0,
+                                     .first_responding = 1,
+                                     .start_nis = 0};
 
 auto valuesOf(const XasAuthOrder &order)
 {
@@ -40,7 +40,7 @@ XasAuthOrder parsed(std::string_view text)
 
 class AuthOrderFile : public XasFilesTest {
   protected:
-    XasAuthCfg cfgAuth = SETTINGS;
+    XasAuthPayload cfgAuth = SETTINGS;
     XasLogCapture log;
     XasReplyStatus reply;
 };

@@ -48,7 +48,7 @@ class SharesFullDisk : public testing::Test {
 
 TEST_F(SharesFullDisk, LeavesTheAgentsFileWithItsModeAndGivesNoReason)
 {
-    const XasSnmpCfg snmpCfg{};
+    const XasSnmpPayload snmpCfg{};
     EXPECT_EQ(xasEditSNMPCfgFile(path.c_str(), &snmpCfg, &reply), 1);
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to SNMP config file\n")));

@@ -124,7 +124,7 @@ class SnmpProgram : public XasFilesTest {
         return answer.find("Timeout: No Response") != std::string::npos;
     }
 
-    XasSnmpCfg snmpCfg{};
+    XasSnmpPayload snmpCfg{};
 };
 
 /** Level, hash and cipher of the users. */

@@ -47,9 +47,9 @@ constexpr const char *LIFELIKE = "##############################################
                                  "view   systemonly  included   .1.3.6.1.2.1.1\n"
                                  "extend    test1   /bin/echo  Hello, world!\n";
 
-XasSnmpCfg settings()
+XasSnmpPayload settings()
 {
-    XasSnmpCfg snmpCfg{};
+    XasSnmpPayload snmpCfg{};
     for (XasHostAddr &host : snmpCfg.trap_hosts)
         host = xasNamedHost("");
     xasSetFieldText(snmpCfg.syslocation, "Rack 4, row B");
@@ -67,15 +67,15 @@ XasSnmpCfg settings()
 }
 
 /** The settings that leave the communities as they are, so that only what a test is about changes. */
-XasSnmpCfg keeping()
+XasSnmpPayload keeping()
 {
-    XasSnmpCfg snmpCfg = settings();
+    XasSnmpPayload snmpCfg = settings();
     snmpCfg.community_mode = 2;
     return snmpCfg;
 }
 
 /** What becomes of one line when the communities that the file has not are not added. */
-std::string lineText(const std::string &line, const XasSnmpCfg &snmpCfg = keeping())
+std::string lineText(const std::string &line, const XasSnmpPayload &snmpCfg = keeping())
 {
     return xasSnmpText(line + "\n", snmpCfg);
 }
@@ -90,7 +90,7 @@ class SnmpFile : public XasFilesTest {
         EXPECT_EQ(reply.rstr, reason);
     }
 
-    XasSnmpCfg snmpCfg = keeping();
+    XasSnmpPayload snmpCfg = keeping();
     std::string path = dir.path("snmpd.conf");
     XasLogCapture log;
     XasReplyStatus reply;
@@ -116,7 +116,7 @@ TEST(SnmpText, OfAnEmptyFileHasTheTwoCommunities)
 TEST(SnmpText, OfAnEmptyFileStaysEmptyInEveryOtherMode)
 {
     for (const std::uint32_t mode : {1U, 2U, 3U, 0xFFFFFFFFU}) {
-        XasSnmpCfg snmpCfg = settings();
+        XasSnmpPayload snmpCfg = settings();
         snmpCfg.community_mode = mode;
         EXPECT_EQ(xasSnmpText("", snmpCfg), "") << mode;
     }
@@ -124,7 +124,7 @@ TEST(SnmpText, OfAnEmptyFileStaysEmptyInEveryOtherMode)
 
 TEST(SnmpText, ReplacesAWholeFile)
 {
-    XasSnmpCfg snmpCfg = settings();
+    XasSnmpPayload snmpCfg = settings();
     snmpCfg.v3security = 2;
     snmpCfg.v3auth = 1;
     snmpCfg.v3encrypt = 1;
@@ -165,7 +165,7 @@ TEST(SnmpText, ReplacesAWholeFile)
 
 TEST(SnmpText, TakesAllCommunitiesOutOfAWholeFile)
 {
-    XasSnmpCfg snmpCfg = settings();
+    XasSnmpPayload snmpCfg = settings();
     snmpCfg.community_mode = 1;
     EXPECT_EQ(xasSnmpText(LIFELIKE, snmpCfg), "###########################################################\n"
                                               "# snmpd.conf: the agent of the console server\n"
@@ -209,7 +209,7 @@ TEST(SnmpText, ReplacesContactAndLocationOnTheirOwnLines)
 
 TEST(SnmpText, WritesAnEmptyContactAndLocationToo)
 {
-    XasSnmpCfg snmpCfg{};
+    XasSnmpPayload snmpCfg{};
     snmpCfg.community_mode = 2;
     for (XasHostAddr &host : snmpCfg.trap_hosts)
         host = xasNamedHost("");
@@ -236,7 +236,7 @@ TEST(SnmpText, NamesEachSecurityLevelAndTakesOthersForAuthentication)
     const std::array<std::pair<std::uint32_t, const char *>, 6> levels = {
         {{0, "noauth"}, {1, "auth"}, {2, "priv"}, {3, "auth"}, {4, "auth"}, {0xFFFFFFFF, "auth"}}};
     for (const auto &[level, name] : levels) {
-        XasSnmpCfg snmpCfg = keeping();
+        XasSnmpPayload snmpCfg = keeping();
         snmpCfg.v3security = level;
         EXPECT_EQ(lineText("rouser x", snmpCfg),
                   "rouser  monitor " + std::string{name} +
@@ -250,7 +250,7 @@ TEST(SnmpText, NamesEachSecurityLevelAndTakesOthersForAuthentication)
 TEST(SnmpText, UsesShaForOneAndMd5ForEveryOtherAuthentication)
 {
     for (const std::uint32_t auth : {0U, 1U, 2U, 3U, 0x101U, 0xFFFFFFFFU}) {
-        XasSnmpCfg snmpCfg = keeping();
+        XasSnmpPayload snmpCfg = keeping();
         snmpCfg.v3auth = auth;
         EXPECT_EQ(lineText("rouser x", snmpCfg), "rouser  monitor noauth\ncreateUser monitor " +
                                                      std::string{auth == 1 ? "SHA" : "MD5"} +
@@ -262,7 +262,7 @@ TEST(SnmpText, UsesShaForOneAndMd5ForEveryOtherAuthentication)
 TEST(SnmpText, UsesAesForOneAndDesForEveryOtherEncryption)
 {
     for (const std::uint32_t encrypt : {0U, 1U, 2U, 3U, 0x101U, 0xFFFFFFFFU}) {
-        XasSnmpCfg snmpCfg = keeping();
+        XasSnmpPayload snmpCfg = keeping();
         snmpCfg.v3encrypt = encrypt;
         EXPECT_EQ(lineText("rwuser x", snmpCfg),
                   "rwuser  manager noauth\ncreateUser manager MD5 managerpass " +
@@ -288,7 +288,7 @@ TEST(SnmpText, QuotesEachPassPhraseThatHasABlankAndNoOther)
         {"tab\tbed", "quo\"te", "tab\tbed DES quo\"te"},
     };
     for (const Case &c : CASES) {
-        XasSnmpCfg snmpCfg = keeping();
+        XasSnmpPayload snmpCfg = keeping();
         xasSetFieldText(snmpCfg.v3pass, c.pass);
         xasSetFieldText(snmpCfg.v3phrase, c.phrase);
         xasSetFieldText(snmpCfg.v3rwpass, c.pass);
@@ -302,7 +302,7 @@ TEST(SnmpText, QuotesEachPassPhraseThatHasABlankAndNoOther)
 
 TEST(SnmpText, ReadsTextsThatFillTheirFieldUpToTheEndOfTheField)
 {
-    XasSnmpCfg snmpCfg = settings();
+    XasSnmpPayload snmpCfg = settings();
     const auto fill = [](XasSnmpText &text, char with) {
         std::ranges::fill(text, with);
     };
@@ -334,7 +334,7 @@ TEST_P(SnmpCommunities, AreRewrittenInModeZeroDroppedInModeOneAndKeptInEveryOthe
     for (const char *rest : {"", " public", "\tpublic default", "  public  10.0.0.0/8 .1.3"}) {
         const std::string line = GetParam().keyword + std::string{rest};
         const std::string indented = " \t" + line;
-        XasSnmpCfg snmpCfg = settings();
+        XasSnmpPayload snmpCfg = settings();
         EXPECT_THAT(xasSnmpText(line + "\n", snmpCfg), testing::StartsWith(GetParam().written)) << line;
         EXPECT_THAT(xasSnmpText(indented + "\n", snmpCfg), testing::StartsWith(GetParam().written)) << line;
         snmpCfg.community_mode = 1;
@@ -374,7 +374,7 @@ TEST(SnmpText, DropsOldTrapDestinationsAndWritesThoseThatAreGiven)
     constexpr const char *OLD = "trapsink a\n trap2sink b public\n\ttrapsink\nview all included .1\n";
     EXPECT_EQ(xasSnmpText(OLD, keeping()), "view all included .1\n");
 
-    XasSnmpCfg snmpCfg = keeping();
+    XasSnmpPayload snmpCfg = keeping();
     snmpCfg.trap_hosts[0] = xasNamedHost("traps.example.org");
     EXPECT_EQ(xasSnmpText(OLD, snmpCfg),
               "view all included .1\ntrapsink traps.example.org\ntrap2sink traps.example.org\n");
@@ -386,14 +386,14 @@ TEST(SnmpText, DropsOldTrapDestinationsAndWritesThoseThatAreGiven)
 
 TEST(SnmpText, TakesAHostRecordOfZeroesForAnAddress)
 {
-    XasSnmpCfg snmpCfg = keeping();
+    XasSnmpPayload snmpCfg = keeping();
     snmpCfg.trap_hosts[1] = {};
     EXPECT_EQ(xasSnmpText("", snmpCfg), "trapsink 0.0.0.0\ntrap2sink 0.0.0.0\n");
 }
 
 TEST(SnmpText, ReadsATrapHostsNameThatFillsItsFieldUpToTheEndOfTheField)
 {
-    XasSnmpCfg snmpCfg = keeping();
+    XasSnmpPayload snmpCfg = keeping();
     const std::string name(68, 'n');
     snmpCfg.trap_hosts[0] = xasNamedHost(name);
     EXPECT_EQ(xasSnmpText("", snmpCfg), "trapsink " + name + "\ntrap2sink " + name + "\n");
@@ -401,7 +401,7 @@ TEST(SnmpText, ReadsATrapHostsNameThatFillsItsFieldUpToTheEndOfTheField)
 
 TEST(SnmpText, AppendsTheCommunitiesBeforeTheTrapDestinations)
 {
-    XasSnmpCfg snmpCfg = settings();
+    XasSnmpPayload snmpCfg = settings();
     snmpCfg.trap_hosts[0] = xasHostWithAddress("10.0.0.9");
     EXPECT_EQ(xasSnmpText("rouser x\n", snmpCfg), "rouser  monitor noauth\n"
                                                   "createUser monitor MD5 monitorpass DES monitorphrase\n"
@@ -438,7 +438,7 @@ TEST(SnmpText, TakesALongLineInPiecesOf511Bytes)
 
 TEST(SnmpText, DoesNotChangeWhenItIsMadeTwice)
 {
-    XasSnmpCfg snmpCfg = settings();
+    XasSnmpPayload snmpCfg = settings();
     snmpCfg.trap_hosts[0] = xasNamedHost("traps.example.org");
     const std::string once = xasSnmpText(LIFELIKE, snmpCfg);
     EXPECT_EQ(xasSnmpText(once, snmpCfg), once);

@@ -1,5 +1,5 @@
 // Local users through the built daemon: the list in its second queue record, whole, failed and missing.
-#include "auth/user_payload.h"
+#include "auth/user_message.h"
 #include "support/daemon.h"
 
 #include <csignal>

@@ -8,8 +8,8 @@ namespace {
 
 XasMsgFieldAt at(std::uint32_t msgtype, std::string_view name)
 {
-    const XasMsgFields *fields = xasMsgFieldsOf(msgtype);
-    auto where = fields == nullptr ? std::nullopt : xasMsgFindField(*fields, name);
+    const XasMsgFields *fields = msgFieldsOf(msgtype);
+    auto where = fields == nullptr ? std::nullopt : xasFindField(*fields, name);
     if (!where)
         throw std::out_of_range{std::string{name}};
     return *std::move(where);
@@ -27,19 +27,19 @@ std::string numberOf(std::uint32_t msgtype, std::string_view name, std::string_v
 {
     XasMessage record{};
     const XasMsgFieldAt where = at(msgtype, name);
-    if (!xasMsgSetValue(std::as_writable_bytes(std::span{&record, 1}), where, text).empty())
+    if (!msgSetValue(std::as_writable_bytes(std::span{&record, 1}), where, text).empty())
         return "refused";
-    return std::to_string(xasMsgValueNumber(std::as_bytes(std::span{&record, 1}), where.place));
+    return std::to_string(msgValueNumber(std::as_bytes(std::span{&record, 1}), where.place));
 }
 
 } // namespace
 
 TEST(IpFilterFields, TheRecordHasRoomFor65Rules)
 {
-    const XasMsgFields &set = *xasMsgFieldsOf(XMSG_IPFILTER_SET);
-    EXPECT_FALSE(xasMsgFindField(set, "rule0.ip"));
-    EXPECT_FALSE(xasMsgFindField(set, "rule66.ip"));
-    EXPECT_TRUE(xasMsgFindField(set, "rule65.target"));
+    const XasMsgFields &set = *msgFieldsOf(XMSG_IPFILTER_SET);
+    EXPECT_FALSE(xasFindField(set, "rule0.ip"));
+    EXPECT_FALSE(xasFindField(set, "rule66.ip"));
+    EXPECT_TRUE(xasFindField(set, "rule65.target"));
     EXPECT_EQ(numberOf(XMSG_IPFILTER_SET, "num_rules", "65"), "65");
     EXPECT_EQ(numberOf(XMSG_IPFILTER_SET, "num_rules", "66"), "refused");
 }
@@ -89,12 +89,12 @@ TEST(IpFilterFields, ANewRuleMeansOneAddressAndAllPackets)
 {
     XasMessage record{};
     const auto bytes = std::as_writable_bytes(std::span{&record, 1});
-    const XasMsgFields &set = *xasMsgFieldsOf(XMSG_IPFILTER_SET);
-    xasMsgSetElementDefaults(bytes, set, *at(XMSG_IPFILTER_SET, "rule3.ip").field->group, 2);
-    EXPECT_EQ(xasMsgValueText(bytes, at(XMSG_IPFILTER_SET, "rule3.range_end")), "none");
-    EXPECT_EQ(xasMsgValueText(bytes, at(XMSG_IPFILTER_SET, "rule3.masklength")), "32");
-    EXPECT_EQ(xasMsgValueText(bytes, at(XMSG_IPFILTER_SET, "rule3.protocol")), "all");
-    EXPECT_EQ(xasMsgValueText(bytes, at(XMSG_IPFILTER_SET, "rule3.target")), "accept");
+    const XasMsgFields &set = *msgFieldsOf(XMSG_IPFILTER_SET);
+    msgSetElementDefaults(bytes, set, *at(XMSG_IPFILTER_SET, "rule3.ip").field->group, 2);
+    EXPECT_EQ(msgValueText(bytes, at(XMSG_IPFILTER_SET, "rule3.range_end")), "none");
+    EXPECT_EQ(msgValueText(bytes, at(XMSG_IPFILTER_SET, "rule3.masklength")), "32");
+    EXPECT_EQ(msgValueText(bytes, at(XMSG_IPFILTER_SET, "rule3.protocol")), "all");
+    EXPECT_EQ(msgValueText(bytes, at(XMSG_IPFILTER_SET, "rule3.target")), "accept");
 }
 
 TEST(VpnFields, HaveTheirPlaces)

@@ -6,8 +6,8 @@
 
 TEST(NfsFields, ThereAreThreeMounts)
 {
-    EXPECT_FALSE(xasMsgFindField(*xasMsgFieldsOf(XMSG_NFS), "mount0.rem_dir"));
-    EXPECT_FALSE(xasMsgFindField(*xasMsgFieldsOf(XMSG_NFS), "mount4.rem_dir"));
+    EXPECT_FALSE(xasFindField(*msgFieldsOf(XMSG_NFS), "mount0.rem_dir"));
+    EXPECT_FALSE(xasFindField(*msgFieldsOf(XMSG_NFS), "mount4.rem_dir"));
 }
 
 TEST(NfsFields, StandWhereTheHandlerReadsThem)
@@ -46,11 +46,11 @@ TEST(NfsFields, AMountThatIsNamedIsMountedReadOnly)
 {
     XasMessage record{};
     const auto bytes = std::as_writable_bytes(std::span{&record, 1});
-    const XasMsgFields &nfs = *xasMsgFieldsOf(XMSG_NFS);
-    const XasMsgFieldAt mount = *xasMsgFindField(nfs, "mount2.mount");
-    xasMsgSetElementDefaults(bytes, nfs, *mount.field->group, 1);
-    EXPECT_EQ(xasMsgValueText(bytes, mount), "yes");
-    EXPECT_EQ(xasMsgValueText(bytes, *xasMsgFindField(nfs, "mount2.read_write")), "no");
-    EXPECT_EQ(xasMsgValueText(bytes, *xasMsgFindField(nfs, "mount1.mount")), "no");
-    EXPECT_EQ(xasMsgValueText(bytes, *xasMsgFindField(nfs, "mount3.mount")), "no");
+    const XasMsgFields &nfs = *msgFieldsOf(XMSG_NFS);
+    const XasMsgFieldAt mount = *xasFindField(nfs, "mount2.mount");
+    msgSetElementDefaults(bytes, nfs, *mount.field->group, 1);
+    EXPECT_EQ(msgValueText(bytes, mount), "yes");
+    EXPECT_EQ(msgValueText(bytes, *xasFindField(nfs, "mount2.read_write")), "no");
+    EXPECT_EQ(msgValueText(bytes, *xasFindField(nfs, "mount1.mount")), "no");
+    EXPECT_EQ(msgValueText(bytes, *xasFindField(nfs, "mount3.mount")), "no");
 }

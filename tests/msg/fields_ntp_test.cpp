@@ -21,7 +21,7 @@ TEST(NtpFields, HaveNoServersUnlessTheyAreSet)
 {
     XasMessage record{};
     const auto bytes = std::as_writable_bytes(std::span{&record, 1});
-    xasMsgSetDefaults(bytes, *xasMsgFieldsOf(XMSG_NTP));
+    msgSetDefaults(bytes, *msgFieldsOf(XMSG_NTP));
     for (const std::size_t offset : {132U, 208U, 284U, 360U})
-        EXPECT_EQ(xasMsgValueNumber(bytes, {offset, 4}), 1U) << offset; // a name, which is empty
+        EXPECT_EQ(msgValueNumber(bytes, {offset, 4}), 1U) << offset; // a name, which is empty
 }

@@ -11,8 +11,8 @@ namespace {
 
 XasMsgFieldAt at(std::uint32_t msgtype, std::string_view name)
 {
-    const XasMsgFields *fields = xasMsgFieldsOf(msgtype);
-    auto where = fields == nullptr ? std::nullopt : xasMsgFindField(*fields, name);
+    const XasMsgFields *fields = msgFieldsOf(msgtype);
+    auto where = fields == nullptr ? std::nullopt : xasFindField(*fields, name);
     if (!where)
         throw std::out_of_range{std::string{name}};
     return *std::move(where);
@@ -34,18 +34,18 @@ std::span<std::byte> bytesOf(XasMessage &record)
 
 TEST(MsgFields, ATypeThatIsNotDescribedHasNone)
 {
-    EXPECT_EQ(xasMsgFieldsOf(0), nullptr);
-    EXPECT_EQ(xasMsgFieldsOf(XMSG_SSH), nullptr);
-    EXPECT_EQ(xasMsgFieldsOf(66), nullptr);
-    EXPECT_EQ(xasMsgFieldsOf(4000000000U), nullptr);
+    EXPECT_EQ(msgFieldsOf(0), nullptr);
+    EXPECT_EQ(msgFieldsOf(XMSG_SSH), nullptr);
+    EXPECT_EQ(msgFieldsOf(66), nullptr);
+    EXPECT_EQ(msgFieldsOf(4000000000U), nullptr);
 }
 
 TEST(MsgFields, AnUnknownNameIsNotFound)
 {
-    const XasMsgFields &eth = *xasMsgFieldsOf(XMSG_ETH);
+    const XasMsgFields &eth = *msgFieldsOf(XMSG_ETH);
     for (const char *name :
          {"", "eth", "eth1", "eth0.ip", "eth3.ip", "eth1.ip ", "ETH1.ip", "ip", "eth1..ip"})
-        EXPECT_FALSE(xasMsgFindField(eth, name)) << name;
+        EXPECT_FALSE(xasFindField(eth, name)) << name;
 }
 
 TEST(MsgFields, TheHostNameStandsBeforeTheDomainThatEndsTheRecord)
@@ -108,28 +108,28 @@ TEST(MsgFields, EventsAndCommandsAndAnswersHaveTheirPlaces)
     expectPlace(XMSG_ACKNAK, "complete", 124, 4);
     expectPlace(XMSG_ACKNAK, "rcode", 128, 4);
     expectPlace(XMSG_ACKNAK, "rstr", 132, 500);
-    EXPECT_TRUE(xasMsgFieldsOf(XMSG_USERLIST)->fields.empty());
+    EXPECT_TRUE(msgFieldsOf(XMSG_USERLIST)->fields.empty());
 }
 
 TEST(MsgFields, OnlySettingsAreStoredAndOnlyEventsAndAnswersAreNeverAnswered)
 {
     for (const std::uint32_t msgtype : {XMSG_ETH, XMSG_HOSTNAME, XMSG_DNS}) {
-        EXPECT_TRUE(xasMsgFieldsOf(msgtype)->stored) << msgtype;
-        EXPECT_TRUE(xasMsgFieldsOf(msgtype)->answered) << msgtype;
+        EXPECT_TRUE(msgFieldsOf(msgtype)->stored) << msgtype;
+        EXPECT_TRUE(msgFieldsOf(msgtype)->answered) << msgtype;
     }
     for (const std::uint32_t msgtype : {XMSG_APPLICATION, XMSG_USERLIST}) {
-        EXPECT_FALSE(xasMsgFieldsOf(msgtype)->stored) << msgtype;
-        EXPECT_TRUE(xasMsgFieldsOf(msgtype)->answered) << msgtype;
+        EXPECT_FALSE(msgFieldsOf(msgtype)->stored) << msgtype;
+        EXPECT_TRUE(msgFieldsOf(msgtype)->answered) << msgtype;
     }
     for (const std::uint32_t msgtype : {XMSG_NOTIFY, XMSG_NAT_NOTIFY, XMSG_ACKNAK}) {
-        EXPECT_FALSE(xasMsgFieldsOf(msgtype)->stored) << msgtype;
-        EXPECT_FALSE(xasMsgFieldsOf(msgtype)->answered) << msgtype;
+        EXPECT_FALSE(msgFieldsOf(msgtype)->stored) << msgtype;
+        EXPECT_FALSE(msgFieldsOf(msgtype)->answered) << msgtype;
     }
 }
 
 TEST(MsgFields, TheListSpreadsGroupsInTheOrderOfTheRecord)
 {
-    const auto list = xasMsgListFields(*xasMsgFieldsOf(XMSG_ETH));
+    const auto list = xasListFields(*msgFieldsOf(XMSG_ETH));
     ASSERT_EQ(list.size(), 2U * 9U + 14U);
     EXPECT_EQ(list[0].name, "eth1.marker");
     EXPECT_EQ(list[8].name, "eth1.mtu");
@@ -141,13 +141,13 @@ TEST(MsgFields, TheListSpreadsGroupsInTheOrderOfTheRecord)
 TEST(MsgFields, EveryDescribedTypeHasANameAMeaningAndFieldsThatFit)
 {
     for (std::uint32_t msgtype = 0; msgtype <= 100; ++msgtype) {
-        const XasMsgFields *fields = xasMsgFieldsOf(msgtype);
+        const XasMsgFields *fields = msgFieldsOf(msgtype);
         if (fields == nullptr)
             continue;
         EXPECT_FALSE(xasMsgTypeName(msgtype).empty()) << msgtype;
         EXPECT_FALSE(fields->meaning.empty()) << msgtype;
         std::set<std::string> names;
-        for (const XasMsgFieldAt &where : xasMsgListFields(*fields)) {
+        for (const XasMsgFieldAt &where : xasListFields(*fields)) {
             EXPECT_TRUE(names.insert(where.name).second) << where.name;
             EXPECT_LE(where.place.offset + where.place.width, XAS_MESSAGE_SIZE) << where.name;
             EXPECT_FALSE(where.field->meaning.empty()) << where.name;
@@ -158,15 +158,15 @@ TEST(MsgFields, EveryDescribedTypeHasANameAMeaningAndFieldsThatFit)
 TEST(MsgFields, EveryDefaultIsAValueThatItsFieldTakes)
 {
     for (std::uint32_t msgtype = 0; msgtype <= 100; ++msgtype) {
-        const XasMsgFields *fields = xasMsgFieldsOf(msgtype);
+        const XasMsgFields *fields = msgFieldsOf(msgtype);
         if (fields == nullptr)
             continue;
         XasMessage record{};
-        for (const XasMsgFieldAt &where : xasMsgListFields(*fields)) {
+        for (const XasMsgFieldAt &where : xasListFields(*fields)) {
             if (where.field->initial.empty())
                 continue;
-            EXPECT_EQ(xasMsgSetValue(bytesOf(record), where, where.field->initial), "") << where.name;
-            EXPECT_EQ(xasMsgValueText(bytesOf(record), where), where.field->initial) << where.name;
+            EXPECT_EQ(msgSetValue(bytesOf(record), where, where.field->initial), "") << where.name;
+            EXPECT_EQ(msgValueText(bytesOf(record), where), where.field->initial) << where.name;
         }
     }
 }
@@ -204,7 +204,7 @@ TEST(MsgFields, AGroupOfSingleValuesIsNamedByItsNumbersAlone)
     static constexpr XasMsgField FIELDS[] = {
         {.place = {120, 4}, .kind = XasFieldKind::ipv4, .meaning = "a slave", .group = &SLAVES}};
     static_assert(xasMsgFieldsAreSound(FIELDS));
-    const auto list = xasMsgListFields({.fields = FIELDS});
+    const auto list = xasListFields({.fields = FIELDS});
     ASSERT_EQ(list.size(), 3U);
     EXPECT_EQ(list[2].name, "slave3");
     EXPECT_EQ(list[2].place.offset, 128U);
@@ -221,8 +221,8 @@ TEST(MsgFields, AnAllZeroElementIsUnusedUnlessItsGroupIsFixed)
     const XasMsgFields fields = {.fields = FIELDS};
     XasMessage record{};
     bytesOf(record)[128] = std::byte{1}; // the first byte of a2, in front of a2.x
-    EXPECT_FALSE(xasMsgIsUsed(bytesOf(record), *xasMsgFindField(fields, "a1.x")));
-    EXPECT_TRUE(xasMsgIsUsed(bytesOf(record), *xasMsgFindField(fields, "a2.x")));
-    EXPECT_TRUE(xasMsgIsUsed(bytesOf(record), *xasMsgFindField(fields, "b1.x")));
-    EXPECT_TRUE(xasMsgIsUsed(bytesOf(record), *xasMsgFindField(fields, "y")));
+    EXPECT_FALSE(xasIsUsed(bytesOf(record), *xasFindField(fields, "a1.x")));
+    EXPECT_TRUE(xasIsUsed(bytesOf(record), *xasFindField(fields, "a2.x")));
+    EXPECT_TRUE(xasIsUsed(bytesOf(record), *xasFindField(fields, "b1.x")));
+    EXPECT_TRUE(xasIsUsed(bytesOf(record), *xasFindField(fields, "y")));
 }

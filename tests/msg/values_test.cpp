@@ -19,10 +19,10 @@ class MsgValues : public testing::Test {
     std::string set(const XasMsgField &field, std::string_view text,
                     XasValueCheck check = XasValueCheck::allowed)
     {
-        return xasMsgSetValue(block, at(field), text, check);
+        return msgSetValue(block, at(field), text, check);
     }
 
-    std::string read(const XasMsgField &field) const { return xasMsgValueText(block, at(field)); }
+    std::string read(const XasMsgField &field) const { return msgValueText(block, at(field)); }
 
     /** The field's bytes, and a check that no other byte has changed. */
     std::string bytes(const XasMsgField &field) const
@@ -303,11 +303,11 @@ TEST_F(MsgValues, WhatIsNeitherHostNameNorAddressIsRefusedUnlessForced)
 
 TEST_F(MsgValues, KindsAreNamedWithTheirBits)
 {
-    EXPECT_EQ(xasMsgKindName(field(number, 1)), "u8");
-    EXPECT_EQ(xasMsgKindName(field(number, 8)), "u64");
-    EXPECT_EQ(xasMsgKindName(field(integer, 4)), "i32");
-    EXPECT_EQ(xasMsgKindName(field(text, 9)), "text");
-    EXPECT_EQ(xasMsgKindName(field(hostAddr, 76)), "host");
+    EXPECT_EQ(msgKindName(field(number, 1)), "u8");
+    EXPECT_EQ(msgKindName(field(number, 8)), "u64");
+    EXPECT_EQ(msgKindName(field(integer, 4)), "i32");
+    EXPECT_EQ(msgKindName(field(text, 9)), "text");
+    EXPECT_EQ(msgKindName(field(hostAddr, 76)), "host");
 }
 
 TEST_F(MsgValues, DefaultsFillTheFieldsOutsideGroupsAndInFixedOnes)
@@ -320,12 +320,12 @@ TEST_F(MsgValues, DefaultsFillTheFieldsOutsideGroupsAndInFixedOnes)
         {.name = "y", .place = {24, 4}, .meaning = "y", .initial = "9"}};
     const XasMsgFields fields = {.fields = FIELDS};
     block.assign(128, std::byte{0});
-    xasMsgSetDefaults(block, fields);
-    EXPECT_TRUE(xasMsgIsZero(block, {8, 8}));
-    EXPECT_EQ(xasMsgValueNumber(block, {16, 4}), 8U);
-    EXPECT_EQ(xasMsgValueNumber(block, {20, 4}), 8U);
-    EXPECT_EQ(xasMsgValueNumber(block, {24, 4}), 9U);
-    xasMsgSetElementDefaults(block, fields, LOOSE, 1);
-    EXPECT_EQ(xasMsgValueNumber(block, {8, 4}), 0U);
-    EXPECT_EQ(xasMsgValueNumber(block, {12, 4}), 7U);
+    msgSetDefaults(block, fields);
+    EXPECT_TRUE(xasIsZero(block, {8, 8}));
+    EXPECT_EQ(msgValueNumber(block, {16, 4}), 8U);
+    EXPECT_EQ(msgValueNumber(block, {20, 4}), 8U);
+    EXPECT_EQ(msgValueNumber(block, {24, 4}), 9U);
+    msgSetElementDefaults(block, fields, LOOSE, 1);
+    EXPECT_EQ(msgValueNumber(block, {8, 4}), 0U);
+    EXPECT_EQ(msgValueNumber(block, {12, 4}), 7U);
 }

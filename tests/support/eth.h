@@ -2,7 +2,7 @@
 #ifndef XAS_TEST_SUPPORT_ETH_H
 #define XAS_TEST_SUPPORT_ETH_H
 
-#include "wire/eth_payload.h"
+#include "wire/eth_message.h"
 
 #include <arpa/inet.h>
 #include <array>

@@ -2,7 +2,7 @@
 #ifndef XAS_TEST_SUPPORT_IPFILTER_H
 #define XAS_TEST_SUPPORT_IPFILTER_H
 
-#include "dispatch/ipfilter_payload.h"
+#include "dispatch/ipfilter_message.h"
 #include "support/eth.h"
 #include "support/message.h"
 

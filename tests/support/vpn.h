@@ -2,7 +2,7 @@
 #ifndef XAS_TEST_SUPPORT_VPN_H
 #define XAS_TEST_SUPPORT_VPN_H
 
-#include "dispatch/vpn_payload.h"
+#include "dispatch/vpn_message.h"
 #include "support/eth.h"
 #include "support/message.h"
 

@@ -1,4 +1,6 @@
 #include "wire/message.h"
+#include "wire/notify_message.h"
+#include "wire/reply_message.h"
 
 #include "support/message.h"
 

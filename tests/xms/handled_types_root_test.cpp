@@ -33,9 +33,9 @@ class XmsHandledTypes : public XmsServeTest {
     void get(std::uint32_t msgtype)
     {
         const std::string type = xasMsgShortName(msgtype);
-        const bool isStored = xasMsgFieldsOf(msgtype)->stored;
+        const bool isStored = msgFieldsOf(msgtype)->stored;
         EXPECT_EQ(run({"get", type}), isStored ? 0 : 1) << type;
-        for (const XasMsgFieldAt &where : xasMsgListFields(*xasMsgFieldsOf(msgtype))) {
+        for (const XasMsgFieldAt &where : xasListFields(*msgFieldsOf(msgtype))) {
             const bool isShown = isStored && where.field->group->fixed;
             const std::regex line{"(^|\n)  " + where.name + "( |\n)"};
             EXPECT_EQ(std::regex_search(dir.read("out"), line), isShown) << type << " " << where.name;
@@ -57,7 +57,7 @@ TEST_F(XmsHandledTypes, CanBeDescribedSetWatchedAndGot)
     EXPECT_EQ(xasDispatchRows().size(), 26U);
     for (const XasDispatchRow &row : xasDispatchRows()) {
         const std::string type = xasMsgShortName(row.msgtype);
-        ASSERT_NE(xasMsgFieldsOf(row.msgtype), nullptr) << type;
+        ASSERT_NE(msgFieldsOf(row.msgtype), nullptr) << type;
         EXPECT_EQ(run({"describe", type}), 0) << type;
         EXPECT_THAT(dir.read("out"), Not(HasSubstr("not described"))) << type;
         set(row.msgtype);

@@ -50,7 +50,7 @@ XmsExit xmsGetCommand(const XmsOptions &options, const std::string &type,
     const auto stored = xmsAskStored(xmsConnect(options.socket), request);
     if (!stored)
         throw XmsError{XmsExit::refused, "nothing is stored for " + xasMsgLongName(request.xH.msgtype)};
-    const bool isDescribed = xasMsgFieldsOf(stored->xH.msgtype) != nullptr;
+    const bool isDescribed = msgFieldsOf(stored->xH.msgtype) != nullptr;
     if (options.json)
         print(
             xmsJsonLine({{"type", xasMsgShortName(stored->xH.msgtype)}, {"fields", xmsFieldsJson(*stored)}}));

@@ -29,7 +29,7 @@ std::string defaultText(const XasMsgFieldAt &where)
 {
     static constexpr std::array<std::byte, XAS_MESSAGE_SIZE> ZERO{};
     const XasMsgField &field = *where.field;
-    return field.initial.empty() ? xasMsgValueText(ZERO, where) : std::string{field.initial};
+    return field.initial.empty() ? msgValueText(ZERO, where) : std::string{field.initial};
 }
 
 std::string choiceText(const XasMsgField &field)
@@ -48,11 +48,11 @@ std::string valuesText(const XasMsgField &field)
     case XasFieldKind::choice:
         return choiceText(field);
     case XasFieldKind::text:
-        return xasMsgAllowedText(field);
+        return msgAllowedText(field);
     case XasFieldKind::number:
     case XasFieldKind::integer:
     case XasFieldKind::mask:
-        return field.range ? xasMsgAllowedText(field) : "";
+        return field.range ? msgAllowedText(field) : "";
     case XasFieldKind::flag:
         return {};
     case XasFieldKind::ipv4:
@@ -79,7 +79,7 @@ std::vector<std::string> fieldRow(const XasMsgField &field)
     return {openName(field),
             std::to_string(field.place.offset),
             std::to_string(field.place.width),
-            xasMsgKindName(field),
+            msgKindName(field),
             initial.empty() ? "-" : initial,
             std::string{field.meaning} + (values.empty() ? "" : " (" + values + ")")};
 }
@@ -90,10 +90,10 @@ XmsJson fieldJson(const XasMsgFieldAt &where)
     XmsJson json = {{"name", where.name},
                     {"offset", where.place.offset},
                     {"width", where.place.width},
-                    {"kind", xasMsgKindName(field)},
+                    {"kind", msgKindName(field)},
                     {"default", defaultText(where)},
                     {"meaning", field.meaning},
-                    {"expects", xasMsgAllowedText(field)}};
+                    {"expects", msgAllowedText(field)}};
     for (const XasValueName &value : field.names)
         json["values"].push_back({{"value", value.value}, {"name", value.name}});
     return json;
@@ -101,7 +101,7 @@ XmsJson fieldJson(const XasMsgFieldAt &where)
 
 XmsJson typeJson(std::uint32_t msgtype)
 {
-    const XasMsgFields *fields = xasMsgFieldsOf(msgtype);
+    const XasMsgFields *fields = msgFieldsOf(msgtype);
     XmsJson json = {{"number", msgtype},
                     {"type", xasMsgShortName(msgtype)},
                     {"name", xasMsgLongName(msgtype)},
@@ -158,11 +158,11 @@ std::string xmsTypesText()
 {
     std::vector<std::vector<std::string>> rows = {{"no", "type", "application", "fields", "meaning"}};
     for (const std::uint32_t msgtype : namedTypes()) {
-        const XasMsgFields *fields = xasMsgFieldsOf(msgtype);
+        const XasMsgFields *fields = msgFieldsOf(msgtype);
         const std::string application = xmsApplicationText(msgtype);
         rows.push_back({std::to_string(msgtype), xasMsgShortName(msgtype),
                         application.empty() ? "-" : application,
-                        fields == nullptr ? "-" : std::to_string(xasMsgListFields(*fields).size()),
+                        fields == nullptr ? "-" : std::to_string(xasListFields(*fields).size()),
                         fields == nullptr ? "" : std::string{fields->meaning}});
     }
     return xmsAligned(rows) + TYPES_NOTE;
@@ -178,7 +178,7 @@ XmsJson xmsTypesJson()
 
 std::string xmsDescribeText(std::uint32_t msgtype, XmsPaint paint)
 {
-    const XasMsgFields *fields = xasMsgFieldsOf(msgtype);
+    const XasMsgFields *fields = msgFieldsOf(msgtype);
     const std::string title = xmsPainted(paint, XmsInk::strong, xasMsgLongName(msgtype));
     const std::string number = " (" + std::to_string(msgtype) + ")";
     if (fields == nullptr)
@@ -200,8 +200,8 @@ XmsJson xmsDescribeJson(std::uint32_t msgtype)
 {
     XmsJson json = typeJson(msgtype);
     json["fields"] = XmsJson::array();
-    if (const XasMsgFields *fields = xasMsgFieldsOf(msgtype)) {
-        for (const XasMsgFieldAt &where : xasMsgListFields(*fields))
+    if (const XasMsgFields *fields = msgFieldsOf(msgtype)) {
+        for (const XasMsgFieldAt &where : xasListFields(*fields))
             json["fields"].push_back(fieldJson(where));
     }
     return json;

@@ -1,6 +1,7 @@
 #include "xms/markdown.h"
 
-#include "msg/fields_subjects.h"
+#include "auth/user_message.h"
+#include "msg/fields.h"
 #include "msg/type_names.h"
 #include "wire/message_names.h"
 #include "xms/describe.h"
@@ -111,7 +112,7 @@ std::string typesSection()
     for (std::uint32_t msgtype = XMSG_ETH; msgtype <= XMSG_ERROR; ++msgtype) {
         if (xasMsgTypeName(msgtype).empty())
             continue;
-        const XasMsgFields *fields = xasMsgFieldsOf(msgtype);
+        const XasMsgFields *fields = msgFieldsOf(msgtype);
         std::vector<std::string> row = {std::to_string(msgtype), "`" + xasMsgLongName(msgtype) + "`",
                                         xmsApplicationText(msgtype), ""};
         if (fields != nullptr) {
@@ -157,10 +158,10 @@ std::string xmsMarkdown()
 {
     std::string text = ABOUT + headerSection() + typesSection() + KINDS;
     for (std::uint32_t msgtype = XMSG_ETH; msgtype <= XMSG_ERROR; ++msgtype) {
-        if (const XasMsgFields *fields = xasMsgFieldsOf(msgtype))
+        if (const XasMsgFields *fields = msgFieldsOf(msgtype))
             text += typeSection(*fields);
         if (msgtype == XMSG_LOCALUSERS)
-            text += USERS + fieldsTable(XAS_LISTED_USER_FIELDS);
+            text += USERS + fieldsTable(XAS_LISTED_USER_MESSAGE);
     }
     return text;
 }

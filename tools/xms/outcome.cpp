@@ -1,4 +1,5 @@
 #include "xms/outcome.h"
+#include "wire/reply_message.h"
 
 #include "msg/type_names.h"
 #include "xms/hex.h"

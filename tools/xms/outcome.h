@@ -3,6 +3,7 @@
 #define XAS_XMS_OUTCOME_H
 
 #include "wire/message.h"
+#include "wire/reply_message.h"
 #include "xms/error.h"
 #include "xms/show.h"
 

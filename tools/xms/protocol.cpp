@@ -1,6 +1,7 @@
 #include "xms/protocol.h"
+#include "wire/reply_message.h"
 
-#include "config/firewall_payload.h"
+#include "config/firewall_message.h"
 #include "msg/fields.h"
 
 #include <algorithm>
@@ -38,13 +39,13 @@ XmsArrival xmsArrivalOf(const XasMessage &record)
 
 bool xmsIsAnswered(std::uint32_t msgtype)
 {
-    const XasMsgFields *fields = xasMsgFieldsOf(msgtype);
+    const XasMsgFields *fields = msgFieldsOf(msgtype);
     return fields == nullptr || fields->answered;
 }
 
 bool xmsIsKept(std::uint32_t msgtype)
 {
-    const XasMsgFields *fields = xasMsgFieldsOf(msgtype);
+    const XasMsgFields *fields = msgFieldsOf(msgtype);
     return fields == nullptr || fields->stored;
 }
 

@@ -36,7 +36,7 @@ std::string comparable(std::string_view text)
 
 const XasMsgFields &fieldsToSet(std::uint32_t msgtype)
 {
-    const XasMsgFields *fields = xasMsgFieldsOf(msgtype);
+    const XasMsgFields *fields = msgFieldsOf(msgtype);
     if (fields == nullptr || fields->fields.empty())
         complain(xasMsgLongName(msgtype) + " has no fields to set by name");
     return *fields;
@@ -44,10 +44,10 @@ const XasMsgFields &fieldsToSet(std::uint32_t msgtype)
 
 XasMsgFieldAt findField(const XasMsgFields &fields, const std::string &name)
 {
-    if (auto where = xasMsgFindField(fields, name))
+    if (auto where = xasFindField(fields, name))
         return *std::move(where);
     std::vector<std::string> known;
-    for (const XasMsgFieldAt &where : xasMsgListFields(fields))
+    for (const XasMsgFieldAt &where : xasListFields(fields))
         known.push_back(where.name);
     const std::string type = xasMsgShortName(fields.msgtype);
     complain(type + " has no field \"" + name + "\"" + xmsDidYouMean(name, known) + "; xms describe " + type +
@@ -58,7 +58,7 @@ XasMsgFieldAt findField(const XasMsgFields &fields, const std::string &name)
 std::size_t usedElements(std::span<const std::byte> bytes, const XasMsgGroup &group)
 {
     std::size_t used = group.count();
-    while (used > 0 && xasMsgIsZero(bytes, xasMsgElementPlace(group, used - 1)))
+    while (used > 0 && xasIsZero(bytes, xasElementPlace(group, used - 1)))
         --used;
     return used;
 }
@@ -73,7 +73,7 @@ void updateCounts(std::span<std::byte> bytes, const XasMsgFields &fields,
         const bool isNamed =
             std::ranges::find(assignments, field.name, &XmsAssignment::name) != assignments.end();
         if (field.counts != nullptr && isTouched && !isNamed)
-            xasMsgStoreNumber(bytes, field.place, usedElements(bytes, *field.counts));
+            msgStoreNumber(bytes, field.place, usedElements(bytes, *field.counts));
     }
 }
 
@@ -103,8 +103,8 @@ XasMessage xmsDefaultRecord(std::uint32_t msgtype)
 {
     XasMessage record{};
     record.xH.msgtype = msgtype;
-    if (const XasMsgFields *fields = xasMsgFieldsOf(msgtype))
-        xasMsgSetDefaults(std::as_writable_bytes(std::span{&record, 1}), *fields);
+    if (const XasMsgFields *fields = msgFieldsOf(msgtype))
+        msgSetDefaults(std::as_writable_bytes(std::span{&record, 1}), *fields);
     return record;
 }
 
@@ -114,9 +114,9 @@ void xmsAssignIn(std::span<std::byte> block, const XasMsgFields &fields,
     std::vector<const XasMsgGroup *> touched;
     for (const XmsAssignment &assignment : assignments) {
         const XasMsgFieldAt where = findField(fields, assignment.name);
-        if (!xasMsgIsUsed(block, where))
-            xasMsgSetElementDefaults(block, fields, *where.field->group, where.element);
-        const std::string complaint = xasMsgSetValue(block, where, assignment.value, check);
+        if (!xasIsUsed(block, where))
+            msgSetElementDefaults(block, fields, *where.field->group, where.element);
+        const std::string complaint = msgSetValue(block, where, assignment.value, check);
         if (!complaint.empty())
             complain(assignment.name + ": " + complaint);
         touched.push_back(where.field->group);

@@ -1,4 +1,5 @@
 #include "xms/recording.h"
+#include "wire/reply_message.h"
 
 #include "msg/type_names.h"
 #include "xms/error.h"

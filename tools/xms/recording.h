@@ -16,6 +16,7 @@
 #ifndef XAS_XMS_RECORDING_H
 #define XAS_XMS_RECORDING_H
 
+#include "wire/reply_message.h"
 #include "xms/show.h"
 #include "xms/users.h"
 

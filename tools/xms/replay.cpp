@@ -1,4 +1,5 @@
 #include "xms/replay.h"
+#include "wire/reply_message.h"
 
 #include "xms/asking.h"
 #include "xms/recording.h"

@@ -1,4 +1,5 @@
 #include "xms/serve.h"
+#include "wire/reply_message.h"
 
 #include "msg/type_names.h"
 #include "xms/clients.h"

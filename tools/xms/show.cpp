@@ -1,4 +1,5 @@
 #include "xms/show.h"
+#include "wire/reply_message.h"
 
 #include "msg/print.h"
 #include "msg/type_names.h"
@@ -21,10 +22,10 @@ std::span<const std::byte> bytesOf(const XasMessage &record)
 /** The fields that are in use; none for a type that is not described. */
 std::vector<XasMsgFieldAt> usedFields(const XasMessage &record)
 {
-    const XasMsgFields *fields = xasMsgFieldsOf(record.xH.msgtype);
+    const XasMsgFields *fields = msgFieldsOf(record.xH.msgtype);
     std::vector<XasMsgFieldAt> list =
-        fields == nullptr ? std::vector<XasMsgFieldAt>{} : xasMsgListFields(*fields);
-    std::erase_if(list, [&](const XasMsgFieldAt &where) { return !xasMsgIsUsed(bytesOf(record), where); });
+        fields == nullptr ? std::vector<XasMsgFieldAt>{} : xasListFields(*fields);
+    std::erase_if(list, [&](const XasMsgFieldAt &where) { return !xasIsUsed(bytesOf(record), where); });
     return list;
 }
 
@@ -74,13 +75,13 @@ XmsJson valueJson(std::span<const std::byte> bytes, const XasMsgFieldAt &where)
 {
     switch (where.field->kind) {
     case XasFieldKind::flag:
-        return xasMsgValueNumber(bytes, where.place) != 0;
+        return msgValueNumber(bytes, where.place) != 0;
     case XasFieldKind::number:
-        return xasMsgValueNumber(bytes, where.place);
+        return msgValueNumber(bytes, where.place);
     case XasFieldKind::integer:
-        return static_cast<std::int32_t>(xasMsgValueNumber(bytes, where.place));
+        return static_cast<std::int32_t>(msgValueNumber(bytes, where.place));
     default:
-        return xasMsgValueText(bytes, where);
+        return msgValueText(bytes, where);
     }
 }
 
@@ -130,9 +131,9 @@ std::string xmsFieldsLine(const XasMessage &record)
     const auto bytes = bytesOf(record);
     std::string line;
     for (const XasMsgFieldAt &where : usedFields(record)) {
-        if (xasMsgIsZero(bytes, where.place))
+        if (xasIsZero(bytes, where.place))
             continue;
-        line += (line.empty() ? "" : " ") + where.name + "=" + xmsQuoted(xasMsgValueText(bytes, where));
+        line += (line.empty() ? "" : " ") + where.name + "=" + xmsQuoted(msgValueText(bytes, where));
     }
     return line;
 }
@@ -141,7 +142,7 @@ std::string xmsFieldsTable(const XasMessage &record)
 {
     std::vector<std::vector<std::string>> rows;
     for (const XasMsgFieldAt &where : usedFields(record))
-        rows.push_back({where.name, xmsEscaped(xasMsgValueText(bytesOf(record), where))});
+        rows.push_back({where.name, xmsEscaped(msgValueText(bytesOf(record), where))});
     return xmsAligned(rows);
 }
 

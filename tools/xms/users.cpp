@@ -1,7 +1,7 @@
 #include "xms/users.h"
 
-#include "auth/user_payload.h"
-#include "msg/fields_subjects.h"
+#include "auth/user_message.h"
+#include "msg/fields.h"
 #include "xms/error.h"
 #include "xms/show.h"
 
@@ -77,7 +77,7 @@ XmsUserEntry xmsTakeUsers(std::vector<XmsAssignment> &assignments, XasValueCheck
         if (!where)
             return false;
         entry.resize(std::max(entry.size(), entrySize(where->user + 1)));
-        xmsAssignIn(blockOf(std::span{entry}, where->user), XAS_LISTED_USER_FIELDS,
+        xmsAssignIn(blockOf(std::span{entry}, where->user), XAS_LISTED_USER_MESSAGE,
                     {{where->field, assignment.value}}, check);
         return true;
     });

@@ -1,0 +1,60 @@
+/** The payload of XMSG_ROUTING: static routes and RIP. IPv4 addresses are in network byte order. */
+#ifndef XAS_CONFIG_ROUTING_MESSAGE_H
+#define XAS_CONFIG_ROUTING_MESSAGE_H
+
+#include "wire/field.h"
+
+struct XasRoute {
+    std::uint32_t destination;
+    std::uint32_t mask;
+    std::uint32_t gateway;
+};
+
+inline constexpr std::size_t XAS_ROUTES = 64;
+
+struct XasRoutingPayload {
+    std::uint32_t start; /**< non-zero, as also `static_enabled`: the routing daemons are started */
+    std::uint32_t static_enabled;
+    std::uint32_t rip_enabled;
+    std::uint32_t rip_version; /**< 0 = version 1, 1 = version 2, other = both */
+    std::uint32_t num_routes;  /**< says how many routes are used; all 64 are written */
+    XasRoute routes[XAS_ROUTES];
+};
+
+namespace xasRoutingFields {
+
+using enum XasFieldKind;
+
+inline constexpr XasMsgGroup ROUTES = {.name = "route",
+                                       .place = XAS_PLACE(XasRoutingPayload, routes),
+                                       .stride = sizeof(XasRoute),
+                                       .meaning = "static routes"};
+
+inline constexpr XasValueName RIP_VERSIONS[] = {{0, "v1"}, {1, "v2"}, {2, "both"}};
+
+inline constexpr XasMsgField FIELDS[] = {
+    XAS_FIELD(XasRoutingPayload, start, flag,
+              "start the routing daemons; static routing starts them too, RIP alone does not"),
+    XAS_FIELD(XasRoutingPayload, static_enabled, flag, "static routes are used"),
+    XAS_FIELD(XasRoutingPayload, rip_enabled, flag, "RIP is spoken on both ports"),
+    XAS_FIELD(XasRoutingPayload, rip_version, choice, "the version of RIP that is sent and received")
+        .of(RIP_VERSIONS)
+        .byDefault("v2"),
+    XAS_FIELD(XasRoutingPayload, num_routes, number, "how many static routes there are")
+        .within(0, XAS_ROUTES)
+        .counting(ROUTES),
+    xasField("destination", XAS_PLACE(XasRoutingPayload, routes[0].destination), ipv4,
+             "network or host to reach")
+        .in(ROUTES),
+    xasField("mask", XAS_PLACE(XasRoutingPayload, routes[0].mask), ipv4, "its netmask").in(ROUTES),
+    xasField("gateway", XAS_PLACE(XasRoutingPayload, routes[0].gateway), ipv4, "the router that leads there")
+        .in(ROUTES),
+};
+static_assert(xasFieldsAreSound<XasRoutingPayload>(FIELDS));
+
+} // namespace xasRoutingFields
+
+inline constexpr XasMsgFields XAS_ROUTING_MESSAGE = {
+    .msgtype = XMSG_ROUTING, .meaning = "static routes and RIP", .fields = xasRoutingFields::FIELDS};
+
+#endif

@@ -1,0 +1,74 @@
+#include "wire/field.h"
+
+#include <algorithm>
+
+namespace {
+
+std::string fullName(const XasMsgField &field, std::size_t element)
+{
+    if (!field.isRepeated())
+        return std::string{field.name};
+    const std::string prefix = std::string{field.group->name} + std::to_string(element + 1);
+    return field.name.empty() ? prefix : prefix + "." + std::string{field.name};
+}
+
+XasMsgFieldAt fieldAt(const XasMsgField &field, std::size_t element)
+{
+    const std::size_t shift = element * field.group->stride;
+    return {fullName(field, element), &field, {field.place.offset + shift, field.place.width}, element};
+}
+
+/** Appends the fields of one group, element after element; they stand together in the table. */
+void appendGroup(std::span<const XasMsgField> members, std::vector<XasMsgFieldAt> &list)
+{
+    for (std::size_t element = 0; element < members.front().group->count(); ++element) {
+        for (const XasMsgField &field : members)
+            list.push_back(fieldAt(field, element));
+    }
+}
+
+} // namespace
+
+std::vector<XasMsgFieldAt> xasListFields(const XasMsgFields &fields)
+{
+    std::vector<XasMsgFieldAt> list;
+    auto field = fields.fields.begin();
+    while (field != fields.fields.end()) {
+        const auto isOther = [&](const XasMsgField &other) {
+            return other.group != field->group;
+        };
+        const auto next = field->isRepeated() ? std::find_if(field, fields.fields.end(), isOther) : field + 1;
+        if (field->isRepeated())
+            appendGroup({field, next}, list);
+        else
+            list.push_back(fieldAt(*field, 0));
+        field = next;
+    }
+    return list;
+}
+
+std::optional<XasMsgFieldAt> xasFindField(const XasMsgFields &fields, std::string_view name)
+{
+    for (XasMsgFieldAt &where : xasListFields(fields)) {
+        if (where.name == name)
+            return std::move(where);
+    }
+    return std::nullopt;
+}
+
+XasPlace xasElementPlace(const XasMsgGroup &group, std::size_t element)
+{
+    return {group.place.offset + element * group.stride, group.stride};
+}
+
+bool xasIsZero(std::span<const std::byte> record, XasPlace place)
+{
+    return std::ranges::all_of(record.subspan(place.offset, place.width),
+                               [](std::byte byte) { return byte == std::byte{0}; });
+}
+
+bool xasIsUsed(std::span<const std::byte> record, const XasMsgFieldAt &where)
+{
+    const XasMsgGroup &group = *where.field->group;
+    return group.fixed || !xasIsZero(record, xasElementPlace(group, where.element));
+}

@@ -1,0 +1,273 @@
+/**
+ * How a message is described: beside each payload struct stands one constexpr table of its fields, with the
+ * name, place, width and kind of each, what it means, the values that make sense, the default, and what a
+ * text may hold. Everything that knows a field's name or place has it from there: the message tool, the
+ * reference of all messages, the dumps and the tests' messages.
+ *
+ * Places and widths come from the struct itself through XAS_FIELD and XAS_PLACE; the table is proved against
+ * the struct at compile time (xasFieldsAreSound): it describes every byte of it, in order, but for padding
+ * and for what is named as unused. Offsets count from the start of a record; a block that accompanies a
+ * message in a second queue entry can be described in the same way.
+ */
+#ifndef XAS_WIRE_FIELD_H
+#define XAS_WIRE_FIELD_H
+
+#include "wire/message.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/** How the bytes of a field are to be read; msg/values.h gives the text form of each. */
+enum class XasFieldKind : std::uint8_t {
+    text,      /**< characters up to a NUL or the end of the field */
+    number,    /**< unsigned, 1, 2, 4 or 8 bytes */
+    integer,   /**< signed, 4 bytes */
+    flag,      /**< 0 = no, anything else = yes; 1, 2 or 4 bytes */
+    choice,    /**< unsigned, 1, 2 or 4 bytes, whose values have names */
+    mask,      /**< unsigned bits, shown in hexadecimal; 1, 2, 4 or 8 bytes */
+    ipv4,      /**< 4 bytes in network order */
+    ipv6,      /**< 16 bytes; all zero = none */
+    sockaddr6, /**< sockaddr_in6, 28 bytes; address all zero = none */
+    ipAddr,    /**< XasIpAddr; all zero = none */
+    hostAddr,  /**< XasHostAddr; an empty name = none */
+};
+inline constexpr std::size_t XAS_FIELD_KINDS = 11;
+
+/** What a text may hold, so that it cannot break the file or the command that it goes into. */
+enum class XasTextRule : std::uint8_t {
+    line,     /**< anything but control characters */
+    word,     /**< a plain word: letters, digits and _-.,:/@%+=, not beginning with "-"; or nothing */
+    host,     /**< a plain word with a letter or a digit in it; or nothing */
+    option,   /**< a line that does not begin with "-" */
+    secret,   /**< a line without blank, tab and "#" */
+    pamValue, /**< a secret without "[" and "]" */
+    quoted,   /**< a line without a double quote */
+    column,   /**< a line without ":" */
+    path,     /**< a line without a ".." component */
+    sequence, /**< anything but line feed and carriage return */
+};
+
+/** Where a field or a group stands: bytes from the start of the record, and how many of them. */
+struct XasPlace {
+    std::size_t offset = 0;
+    std::size_t width = 0;
+};
+
+/** The place of a payload struct's member, as in XAS_PLACE(XasEthPayload, ports[0].ip). */
+#define XAS_PLACE(Payload, member)                                                                           \
+    XasPlace                                                                                                 \
+    {                                                                                                        \
+        XAS_PAYLOAD_OFFSET + offsetof(Payload, member), sizeof(Payload::member)                              \
+    }
+
+/** One value of a choice and its name. */
+struct XasValueName {
+    std::uint32_t value;
+    std::string_view name;
+};
+
+/** The numbers that make sense, both ends included. */
+struct XasRange {
+    std::int64_t lowest;
+    std::uint64_t highest;
+};
+
+/** A sub-record that is repeated: "eth" with two elements gives eth1 and eth2. */
+struct XasMsgGroup {
+    std::string_view name = {};
+    XasPlace place = {}; /**< the whole array */
+    std::size_t stride;  /**< bytes from one element to the next */
+    bool fixed = false; /**< every element is always in use; otherwise an all-zero element is an unused one */
+    std::string_view meaning = {};
+    constexpr std::size_t count() const { return place.width / stride; }
+    constexpr std::size_t end() const { return place.offset + place.width; }
+};
+
+/** Of a field that is not repeated. (Not a null pointer: g++ does not take a comparison with one for a
+ * constant expression when it builds with UndefinedBehaviorSanitizer.) */
+inline constexpr XasMsgGroup XAS_NO_GROUP = {.stride = 0, .fixed = true};
+
+/** One field. A member of a group is described at its place in the group's first element. The functions give
+ * the same field with one thing more said about it. */
+struct XasMsgField {
+    std::string_view name = {}; /**< empty for a group whose elements are single values: "slave1" */
+    XasPlace place = {};
+    XasFieldKind kind = XasFieldKind::number;
+    std::string_view meaning = {};
+    std::span<const XasValueName> names = {}; /**< of a choice */
+    std::optional<XasRange> range = {};   /**< narrower than the width; of a choice: numbers without name */
+    bool none = false;                    /**< of an IPv4 address: 255.255.255.255 means none */
+    XasTextRule rule = XasTextRule::line; /**< of a text; the name in a host record is a word */
+    std::string_view initial = {};        /**< the default as text; empty: all zero */
+    const XasMsgGroup *group = &XAS_NO_GROUP; /**< the group that it is repeated in */
+    const XasMsgGroup *counts = nullptr;      /**< it holds the number of used elements of that group */
+
+    constexpr bool isRepeated() const { return group->stride != 0; }
+
+    constexpr XasMsgField of(std::span<const XasValueName> values) const
+    {
+        XasMsgField field = *this;
+        field.names = values;
+        return field;
+    }
+    constexpr XasMsgField within(std::int64_t lowest, std::uint64_t highest) const
+    {
+        XasMsgField field = *this;
+        field.range = XasRange{lowest, highest};
+        return field;
+    }
+    constexpr XasMsgField orNone() const
+    {
+        XasMsgField field = *this;
+        field.none = true;
+        return field;
+    }
+    constexpr XasMsgField holding(XasTextRule text) const
+    {
+        XasMsgField field = *this;
+        field.rule = text;
+        return field;
+    }
+    constexpr XasMsgField byDefault(std::string_view text) const
+    {
+        XasMsgField field = *this;
+        field.initial = text;
+        return field;
+    }
+    constexpr XasMsgField in(const XasMsgGroup &repeated) const
+    {
+        XasMsgField field = *this;
+        field.group = &repeated;
+        return field;
+    }
+    constexpr XasMsgField counting(const XasMsgGroup &elements) const
+    {
+        XasMsgField field = *this;
+        field.counts = &elements;
+        return field;
+    }
+};
+
+/** A field called `name`. */
+constexpr XasMsgField xasField(std::string_view name, XasPlace place, XasFieldKind kind,
+                               std::string_view meaning)
+{
+    return {.name = name, .place = place, .kind = kind, .meaning = meaning};
+}
+
+/** A field called as the payload struct's member, as in XAS_FIELD(XasDnsPayload, dns1, ipAddr, "..."). */
+#define XAS_FIELD(Payload, member, kind, meaning)                                                            \
+    xasField(#member, XAS_PLACE(Payload, member), XasFieldKind::kind, meaning)
+
+/** Everything about one message type. */
+struct XasMsgFields {
+    std::uint32_t msgtype = 0;
+    std::string_view meaning = {};
+    std::span<const XasMsgField> fields = {};
+    bool stored = true;   /**< a setting that the configuration server keeps; false for events and commands */
+    bool answered = true; /**< the daemon acknowledges it */
+};
+
+/** A field of one element: the field's full name ("eth2.ip") and its own place. */
+struct XasMsgFieldAt {
+    std::string name;
+    const XasMsgField *field;
+    XasPlace place;
+    std::size_t element; /**< of its group, from 0 */
+};
+
+/** Every field with groups spread out: eth1.marker ... eth1.mtu, eth2.marker ..., in the order of the record.
+ */
+std::vector<XasMsgFieldAt> xasListFields(const XasMsgFields &fields);
+
+/** The field called `name` ("hostname", "eth2.ip"), or none. */
+std::optional<XasMsgFieldAt> xasFindField(const XasMsgFields &fields, std::string_view name);
+
+/** The bytes of one element (from 0) of a group. */
+XasPlace xasElementPlace(const XasMsgGroup &group, std::size_t element);
+
+/** True when every byte of `place` is zero. */
+bool xasIsZero(std::span<const std::byte> record, XasPlace place);
+
+/** True when the element that the field belongs to is in use; always true outside groups and in fixed ones.
+ */
+bool xasIsUsed(std::span<const std::byte> record, const XasMsgFieldAt &where);
+
+/** True when `width` bytes can hold a field of `kind`. */
+constexpr bool xasWidthFits(XasFieldKind kind, std::size_t width)
+{
+    const bool word = width == 1 || width == 2 || width == 4;
+    switch (kind) {
+    case XasFieldKind::text:
+        return width > 1;
+    case XasFieldKind::flag:
+    case XasFieldKind::choice:
+        return word;
+    case XasFieldKind::number:
+    case XasFieldKind::mask:
+        return word || width == 8;
+    case XasFieldKind::integer:
+    case XasFieldKind::ipv4:
+        return width == 4;
+    case XasFieldKind::ipv6:
+        return width == 16;
+    case XasFieldKind::sockaddr6:
+        return width == 28;
+    case XasFieldKind::ipAddr:
+        return width == 20;
+    case XasFieldKind::hostAddr:
+        return width == 76;
+    }
+    return false;
+}
+
+/** True for a field that says of itself what it must: its width fits its kind, a choice has names. */
+constexpr bool xasFieldIsSound(const XasMsgField &field)
+{
+    const bool isChoice = field.kind == XasFieldKind::choice;
+    return xasWidthFits(field.kind, field.place.width) && (field.isRepeated() || !field.name.empty()) &&
+           !field.meaning.empty() && isChoice == !field.names.empty();
+}
+
+/** Compilers pad members to at most this alignment. */
+inline constexpr std::size_t XAS_ALIGNMENT_MAX = 8;
+
+/**
+ * For static_assert beside a table of Payload's fields: each is sound, they ascend without overlap, and
+ * nothing of the struct is left out but padding and the places in `unused`.
+ */
+template <class Payload>
+constexpr bool xasFieldsAreSound(std::span<const XasMsgField> fields,
+                                 std::initializer_list<XasPlace> unused = {})
+{
+    std::size_t end = XAS_PAYLOAD_OFFSET;
+    const auto reaches = [&](std::size_t offset) {
+        for (const XasPlace &place : unused) {
+            if (place.offset >= end && place.offset < end + XAS_ALIGNMENT_MAX && place.offset < offset)
+                end = place.offset + place.width;
+        }
+        return offset >= end && offset < end + XAS_ALIGNMENT_MAX;
+    };
+    const XasMsgGroup *group = &XAS_NO_GROUP;
+    for (const XasMsgField &field : fields) {
+        if (field.group != group && group->stride != 0)
+            end = group->end();
+        group = field.group;
+        if (!xasFieldIsSound(field) || !reaches(field.place.offset))
+            return false;
+        end = field.place.offset + field.place.width;
+        if (group->stride != 0 && end > group->place.offset + group->stride)
+            return false;
+    }
+    if (group->stride != 0)
+        end = group->end();
+    return reaches(XAS_PAYLOAD_OFFSET + sizeof(Payload)) && end <= XAS_MESSAGE_SIZE;
+}
+
+#endif
