@@ -93,7 +93,7 @@ void hostsTextOfManyLines(benchmark::State &state)
     for (long line = 0; line < state.range(0); ++line)
         text += "192.168.10.1\tgateway.example.org gateway\n";
     for ([[maybe_unused]] const auto iteration : state)
-        benchmark::DoNotOptimize(xasHostsText(text, "console1.example.org"));
+        benchmark::DoNotOptimize(xasHostsText(text, {.hostname = "console1", .domain = "example.org"}));
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(hostsTextOfManyLines)->Range(10, 100000)->Unit(benchmark::kMicrosecond);

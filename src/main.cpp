@@ -10,6 +10,7 @@
 #include "core/wait.h"
 #include "dispatch/ipfilter_timer.h"
 #include "dispatch/process_msg.h"
+#include "dispatch/setting_steps.h"
 
 #include <cstdlib>
 #include <unistd.h>

@@ -1,9 +1,8 @@
 #include "auth/auth_order.h"
 
-#include "core/assert.h"
 #include "core/log.h"
 #include "core/text.h"
-#include "files/editor.h"
+#include "files/config_file.h"
 #include "files/generated_file.h"
 
 #include <array>
@@ -11,12 +10,6 @@
 namespace {
 
 constexpr const char *ORDER_FILE = "/etc/sysconfig/r58authconfig";
-
-constexpr XasEditTexts TEXTS{
-    .openReason = "Error opening sysconfig/r58authconfig config file",
-    .writeLog = nullptr,
-    .saveReason = "Error saving new r58authconfig config file",
-};
 
 struct OrderKey {
     std::string_view key;
@@ -38,21 +31,21 @@ int signedNumber(std::uint32_t value)
 
 } // namespace
 
-void xasClampAuthPositions(XasAuthPayload &cfgAuth)
+void xasClampAuthPositions(XasAuthPayload &auth)
 {
-    for (std::uint8_t *position : {&cfgAuth.local, &cfgAuth.nis, &cfgAuth.ldap, &cfgAuth.radius,
-                                   &cfgAuth.securid, &cfgAuth.kerberos, &cfgAuth.tacacs}) {
+    for (std::uint8_t *position :
+         {&auth.local, &auth.nis, &auth.ldap, &auth.radius, &auth.securid, &auth.kerberos, &auth.tacacs}) {
         if (*position > XAS_AUTH_POSITIONS)
             *position = 0;
     }
 }
 
-std::string xasAuthOrderCfgText(const XasAuthPayload &cfgAuth)
+std::string xasAuthOrderCfgText(const XasAuthPayload &auth)
 {
     return xasFormat("FIRSTRSP=%d\n"
                      "LOCAL=%d\nNIS=%d\nLDAP=%d\nRADIUS=%d\nSECURID=%d\nKERBEROS=%d\nTACACS=%d\n",
-                     cfgAuth.first_responding != 0 ? 1 : 0, cfgAuth.local, cfgAuth.nis, cfgAuth.ldap,
-                     cfgAuth.radius, cfgAuth.securid, cfgAuth.kerberos, cfgAuth.tacacs);
+                     auth.first_responding != 0 ? 1 : 0, auth.local, auth.nis, auth.ldap, auth.radius,
+                     auth.securid, auth.kerberos, auth.tacacs);
 }
 
 std::string xasAuthOrderText(const XasAuthOrder &order)
@@ -74,19 +67,19 @@ void xasParseAuthOrder(std::string_view text, XasAuthOrder &order)
     });
 }
 
-int xasEditAuthenOrderCfgFile(const char *cfgFileName, XasAuthPayload *cfgAuth, XasReplyStatus *reply)
+int xasEditAuthenOrderCfgFile(const char *cfgFileName, XasAuthPayload *auth, XasReplyStatus *reply)
 {
     xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(cfgAuth, "cfgAuth");
-    return xasEditFile(cfgFileName, TEXTS, reply, [&](std::string_view /*oldText*/) {
-        xasClampAuthPositions(*cfgAuth);
-        return xasAuthOrderCfgText(*cfgAuth);
+    xasAssertGiven(auth, "cfgAuth");
+    return xasEditFile(cfgFileName, XAS_AUTH_ORDER_TEXTS, reply, [&](std::string_view /*oldText*/) {
+        xasClampAuthPositions(*auth);
+        return XasNewText{xasAuthOrderCfgText(*auth)};
     });
 }
 
 int xasReadAuthenOrder(XasAuthOrder &order)
 {
-    const XasFile file = xasOpenFile(ORDER_FILE, "r");
+    const XasFile file = xasOpenFile(ORDER_FILE);
     if (!file) {
         xasLogError("Error opening config file \"%s\"\n", ORDER_FILE);
         return 1;
@@ -97,15 +90,5 @@ int xasReadAuthenOrder(XasAuthOrder &order)
 
 int xasWriteAuthenOrder(const XasAuthOrder &order)
 {
-    XasFile file = xasOpenGeneratedFile(ORDER_FILE, XasFileAccess::kept);
-    if (!file) {
-        xasLogError("Error opening config file \"%s\"\n", ORDER_FILE);
-        return 1;
-    }
-    const bool written = xasWriteGenerated(file.get(), xasAuthOrderText(order));
-    if (!xasCloseGenerated(std::move(file)) || !written) {
-        xasLogError("Error printing line to file\n");
-        return 1;
-    }
-    return 0;
+    return xasGenerateFile(ORDER_FILE, xasAuthOrderText(order), XasFileAccess::kept);
 }

@@ -9,7 +9,7 @@
 #define XAS_AUTH_AUTH_ORDER_H
 
 #include "auth/auth_message.h"
-#include "core/reply.h"
+#include "files/editor.h"
 
 #include <string>
 #include <string_view>
@@ -27,10 +27,10 @@ struct XasAuthOrder {
 };
 
 /** Sets positions that do not exist to 0. */
-void xasClampAuthPositions(XasAuthPayload &cfgAuth);
+void xasClampAuthPositions(XasAuthPayload &auth);
 
 /** The file's text for an XMSG_AUTH. */
-std::string xasAuthOrderCfgText(const XasAuthPayload &cfgAuth);
+std::string xasAuthOrderCfgText(const XasAuthPayload &auth);
 
 /** The file's text as the direct writer has it. */
 std::string xasAuthOrderText(const XasAuthOrder &order);
@@ -39,8 +39,13 @@ std::string xasAuthOrderText(const XasAuthOrder &order);
  * counts. */
 void xasParseAuthOrder(std::string_view text, XasAuthOrder &order);
 
-/** Rewrites the file, which must exist; `cfgAuth` is clamped. Returns 0, or 1 with the failure in `reply`. */
-int xasEditAuthenOrderCfgFile(const char *cfgFileName, XasAuthPayload *cfgAuth, XasReplyStatus *reply);
+/** What that says when it fails. */
+inline constexpr XasEditTexts XAS_AUTH_ORDER_TEXTS{
+    .openReason = "Error opening sysconfig/r58authconfig config file",
+    .saveReason = "Error saving new r58authconfig config file"};
+
+/** Rewrites the file, which must exist; `auth` is clamped. Returns 0, or 1 with the failure in `reply`. */
+int xasEditAuthenOrderCfgFile(const char *cfgFileName, XasAuthPayload *auth, XasReplyStatus *reply);
 
 /** Reads the file. Returns 0, or 1 after logging that it cannot be opened. */
 int xasReadAuthenOrder(XasAuthOrder &order);

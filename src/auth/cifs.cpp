@@ -1,7 +1,5 @@
 #include "auth/cifs.h"
 
-#include "auth/auth_steps.h"
-#include "core/assert.h"
 #include "core/log.h"
 #include "core/text.h"
 #include "core/utils.h"
@@ -11,25 +9,6 @@
 namespace {
 
 constexpr std::uint32_t INVALID_PASSWORD = 1;
-
-/** The open failure names another file; the message is the system's own. */
-constexpr XasEditTexts SMB_TEXTS{
-    .openReason = "Error opening Ethernet config file",
-    .writeLog = "Error printing line to SMB config file\n",
-    .saveReason = "Error saving new SMB/CIFS config file",
-};
-
-constexpr XasEditTexts SMBPASSWD_TEXTS{
-    .openReason = "Error opening samba/smbpasswd config file",
-    .writeLog = nullptr,
-    .saveReason = "Error saving new smbpasswd config file",
-    .secrecy = XasSecrecy::secret,
-};
-
-constexpr std::array NEEDED_FILES = {
-    XasNeededFile{"smb", "Error determining SMB fstab config file\n"},
-    XasNeededFile{"smbpasswd", "Error determining smbpasswd config file\n"},
-};
 
 std::string keyOf(std::string_view line)
 {
@@ -94,40 +73,41 @@ XasNewText xasSmbPassText(std::string_view oldText, const XasCifsPayload &cifs, 
     return newText;
 }
 
-int xasEditSMBCfgFile(const char *cfgFileName, const XasCifsPayload *cifs, XasReplyStatus *reply)
-{
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(cifs, "cifs");
-    return xasEditFile(cfgFileName, SMB_TEXTS, reply,
-                       [&](std::string_view oldText) { return xasSmbText(oldText, *cifs); });
-}
+/** The open failure names another file; the message is the system's own. */
+constexpr XasEditor<XasCifsPayload> xasEditSMBCfgFile{
+    .argument = "cifs",
+    .texts = {.openReason = "Error opening Ethernet config file",
+              .writeLog = "Error printing line to SMB config file\n",
+              .saveReason = "Error saving new SMB/CIFS config file"},
+    .text = xasMadeBy<xasSmbText>};
 
-int xasEditSMBPassCfgFile(const char *cfgFileName, const XasCifsPayload *cfgSmbPassCfg, XasReplyStatus *reply)
-{
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(cfgSmbPassCfg, "cfgSmbPassCfg");
-    return xasEditFile(cfgFileName, SMBPASSWD_TEXTS, reply, [&](std::string_view oldText) {
-        return xasSmbPassText(oldText, *cfgSmbPassCfg, reply);
-    });
-}
+constexpr XasEditor<XasCifsPayload> xasEditSMBPassCfgFile{
+    .argument = "cfgSmbPassCfg",
+    .texts = {.openReason = "Error opening samba/smbpasswd config file",
+              .saveReason = "Error saving new smbpasswd config file",
+              .secrecy = XasSecrecy::secret},
+    .text = xasMadeBy<xasSmbPassText>};
 
-int xasUpdateSambaCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
-{
-    xasAssertGiven(msg, "msg");
-    xasAssert(XMSG_CIFS == msg->xH.msgtype, "XMSG_CIFS == msg->xH.msgtype");
-    xasAssertGiven(cfgFiles, "cfgFiles");
-    std::array<const char *, NEEDED_FILES.size()> paths{};
-    if (!xasFindNeededFiles(*cfgFiles, NEEDED_FILES, paths))
-        return 1;
-    const auto [smb, smbpasswd] = paths;
-    const auto cifs = xasReadPayload<XasCifsPayload>(*msg);
-    if (cifs.enabled == 0)
-        return 0;
-    int result = xasLogFailure(xasEditSMBCfgFile(smb, &cifs, reply), "Error editing SMB config file\n");
-    if (result != 0)
-        return result;
-    result = xasLogFailure(xasEditSMBPassCfgFile(smbpasswd, &cifs, reply), "Error editing smbpasswd file\n");
-    if (result != 0)
-        xasRestoreCfgFile(smb);
-    return result;
-}
+namespace {
+
+constexpr XasFileRow FILES[] = {
+    {.type = "smb",
+     .edit = xasEditedBy<xasEditSMBCfgFile>,
+     .missingLog = "Error determining SMB fstab config file\n",
+     .editLog = "Error editing SMB config file\n"},
+    {.type = "smbpasswd",
+     .edit = xasEditedBy<xasEditSMBPassCfgFile>,
+     .missingLog = "Error determining smbpasswd config file\n",
+     .editLog = "Error editing smbpasswd file\n"},
+};
+
+} // namespace
+
+constexpr XasFilesUpdate xasUpdateSambaCfg{.msgtype = XMSG_CIFS,
+                                           .files = FILES,
+                                           .lookUp = XasLookUp::together,
+                                           .settled = [](const XasMessage &msg) -> std::optional<int> {
+                                               if (xasReadPayload<XasCifsPayload>(msg).enabled != 0)
+                                                   return std::nullopt;
+                                               return 0;
+                                           }};

@@ -6,9 +6,7 @@
 #define XAS_AUTH_CIFS_H
 
 #include "auth/cifs_message.h"
-#include "core/appmgr.h"
-#include "core/reply.h"
-#include "files/editor.h"
+#include "files/update.h"
 
 #include <string>
 #include <string_view>
@@ -20,12 +18,11 @@ std::string xasSmbText(std::string_view oldText, const XasCifsPayload &cifs);
  */
 XasNewText xasSmbPassText(std::string_view oldText, const XasCifsPayload &cifs, XasReplyStatus *reply);
 
-/** The editors: each returns 0, or 1 with the failure in `reply`. The files must exist. */
-int xasEditSMBCfgFile(const char *cfgFileName, const XasCifsPayload *cifs, XasReplyStatus *reply);
-int xasEditSMBPassCfgFile(const char *cfgFileName, const XasCifsPayload *cfgSmbPassCfg,
-                          XasReplyStatus *reply);
+/** The editors. The files must exist. */
+extern const XasEditor<XasCifsPayload> xasEditSMBCfgFile;
+extern const XasEditor<XasCifsPayload> xasEditSMBPassCfgFile;
 
-/** The handler of XMSG_CIFS. Needs the files "smb" and "smbpasswd"; touches neither when sharing is off. */
-int xasUpdateSambaCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+/** The handler of XMSG_CIFS; touches neither file when sharing is off. */
+extern const XasFilesUpdate xasUpdateSambaCfg;
 
 #endif

@@ -1,50 +1,19 @@
 #include "auth/kerberos.h"
 
-#include "auth/auth_steps.h"
 #include "auth/nsswitch.h"
 #include "auth/sys_auth.h"
-#include "core/assert.h"
 #include "core/text.h"
-#include "files/editor.h"
-#include "files/template.h"
 #include "platform/config_library.h"
 
-#include <unistd.h>
+#include <array>
 
-namespace {
-
-constexpr XasTemplateTexts KRB5_TEXTS{
-    .templateReason = "Error opening krb5.conf.tempalte file for read",
-    .openReason = "Error opening krb5.conf file for write",
-    .writeReason = "Error writing to krb5.conf file",
-};
-
-constexpr XasEditTexts HOSTS_TEXTS{
-    .openReason = "Error opening /etc/hosts file",
-    .writeLog = nullptr,
-    .saveReason = "Error saving new /etc/hosts file",
-};
-
-/** Gives the key distribution centre its line, when both its name and its address are given. */
-int addKdcToHosts(const char *hostsFile, const XasKerberosPayload &cfgKerberos, XasReplyStatus *reply)
-{
-    const std::string kdc = xasFieldString(cfgKerberos.kdc);
-    const char *address = xmlIPv4Or6ToStr(&cfgKerberos.kdc_ip);
-    if (kdc.empty() || address == nullptr || *address == '\0')
-        return 0;
-    return xasLogFailedPath(xasAddLinetoHostsFile(hostsFile, address, kdc.c_str(), kdc.c_str(), reply),
-                            hostsFile);
-}
-
-} // namespace
-
-std::string xasKerberosText(std::string templateText, const XasKerberosPayload &cfgKerberos)
+std::string xasKerberosText(std::string templateText, const XasKerberosPayload &kerberos)
 {
     const std::array replacements = {
-        XasReplacement{"$(REALM)", xasFieldString(cfgKerberos.realm)},
-        XasReplacement{"$(KDC_FQDN)", xasFieldString(cfgKerberos.kdc)},
-        XasReplacement{"$(KDC_PORT)", xasFormat("%d", cfgKerberos.kdc_port)},
-        XasReplacement{"$(USE_LDAP)", xasFormat("%d", static_cast<int>(cfgKerberos.use_ldap))},
+        XasReplacement{"$(REALM)", xasFieldString(kerberos.realm)},
+        XasReplacement{"$(KDC_FQDN)", xasFieldString(kerberos.kdc)},
+        XasReplacement{"$(KDC_PORT)", xasFormat("%d", kerberos.kdc_port)},
+        XasReplacement{"$(USE_LDAP)", xasFormat("%d", static_cast<int>(kerberos.use_ldap))},
     };
     return xasExpandPlaceholders(std::move(templateText), replacements);
 }
@@ -60,20 +29,52 @@ std::string xasHostsTextWithLine(std::string_view oldText, const char *address, 
     return newText + xasFormat("%s    %s  %s\n", address, canonicalName, alias);
 }
 
-int xasEditKerberosCfgFile(const char *cfgTemplateFileName, const char *cfgFileName,
-                           const XasKerberosPayload *cfgKerberos, XasReplyStatus *reply)
+constexpr XasTemplateEditor<XasKerberosPayload> xasEditKerberosCfgFile{
+    .argument = "cfgKerberos",
+    .texts = {.templateReason = "Error opening krb5.conf.tempalte file for read",
+              .file = {.openReason = "Error opening krb5.conf file for write",
+                       .saveReason = "Error writing to krb5.conf file"}},
+    .isWanted = [](const XasKerberosPayload &kerberos) { return kerberos.enabled != 0; },
+    .expand = xasKerberosText};
+
+namespace {
+
+constexpr XasEditTexts HOSTS_TEXTS{.openReason = "Error opening /etc/hosts file",
+                                   .saveReason = "Error saving new /etc/hosts file"};
+
+/** Gives the key distribution centre its line, when both its name and its address are given. */
+int addKdcToHosts(const XasEditCall &call)
 {
-    xasAssertGiven(cfgTemplateFileName, "cfgTemplateFileName");
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(cfgKerberos, "cfgKerberos");
-    if (cfgKerberos->enabled == 0) {
-        ::unlink(cfgFileName);
+    const auto kerberos = xasReadPayload<XasKerberosPayload>(call.msg);
+    const std::string kdc = xasFieldString(kerberos.kdc);
+    const char *address = xmlIPv4Or6ToStr(&kerberos.kdc_ip);
+    if (kdc.empty() || address == nullptr || *address == '\0')
         return 0;
-    }
-    return xasGenerateFromTemplate(
-        cfgTemplateFileName, cfgFileName, KRB5_TEXTS, reply,
-        [&](std::string text) { return xasKerberosText(std::move(text), *cfgKerberos); });
+    return xasAddLinetoHostsFile(call.path, address, kdc.c_str(), kdc.c_str(), call.reply);
 }
+
+constexpr XasFileRow FILES[] = {
+    {.type = "krb5tmpl", .missingLog = "Error determining kerberos config template file\n"},
+    {.type = "krb5",
+     .edit = xasExpandedBy<xasEditKerberosCfgFile, "krb5tmpl">,
+     .missingLog = "Error determining kerberos config file\n",
+     .editLog = "Error editing %s\n"},
+    {.type = "nsswitch",
+     .edit = XAS_NSSWITCH_EDIT,
+     .missingLog = "Error determining nsswitch.conf config file\n",
+     .editLog = "Error editing %s\n"},
+    {.type = "system-auth",
+     .edit = xasRefreshedBy<XasKerberosPayload, xasEditKerberosSysAuthCfgFile>,
+     .missingLog = "Error determining system-auth config file\n",
+     .editLog = "Error editing pam.d/system-auth config file\n",
+     .editedLast = true},
+    {.type = "hosts",
+     .edit = {addKdcToHosts, &HOSTS_TEXTS},
+     .missingLog = "Error determining system hosts file\n",
+     .editLog = "Error editing %s\n"},
+};
+
+} // namespace
 
 int xasAddLinetoHostsFile(const char *cfgFileName, const char *address, const char *canonicalName,
                           const char *alias, XasReplyStatus *reply)
@@ -83,33 +84,9 @@ int xasAddLinetoHostsFile(const char *cfgFileName, const char *address, const ch
     xasAssertGiven(alias, "alias");
     xasAssertGiven(address, "address");
     return xasEditFile(cfgFileName, HOSTS_TEXTS, reply, [&](std::string_view oldText) {
-        return xasHostsTextWithLine(oldText, address, canonicalName, alias);
+        return XasNewText{xasHostsTextWithLine(oldText, address, canonicalName, alias)};
     });
 }
 
-int xasUpdateKerberosCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
-{
-    xasAssertGiven(msg, "msg");
-    xasAssert(XMSG_KERBEROS == msg->xH.msgtype, "XMSG_KERBEROS == msg->xH.msgtype");
-    xasAssertGiven(cfgFiles, "cfgFiles");
-    constexpr std::array FILES = {
-        XasNeededFile{"krb5tmpl", "Error determining kerberos config template file\n"},
-        XasNeededFile{"krb5", "Error determining kerberos config file\n"},
-        XasNeededFile{"nsswitch", "Error determining nsswitch.conf config file\n"},
-        XasNeededFile{"system-auth", "Error determining system-auth config file\n"},
-        XasNeededFile{"hosts", "Error determining system hosts file\n"},
-    };
-    std::array<const char *, FILES.size()> paths{};
-    if (!xasFindNeededFiles(*cfgFiles, FILES, paths))
-        return 1;
-    const auto [templateFile, krb5File, nsswitchFile, pamFile, hostsFile] = paths;
-
-    const auto cfgKerberos = xasReadPayload<XasKerberosPayload>(*msg);
-    int result =
-        xasLogFailedPath(xasEditKerberosCfgFile(templateFile, krb5File, &cfgKerberos, reply), krb5File);
-    result =
-        xasLastFailure(result, xasLogFailedPath(xasEditNsswitchCfgFile(nsswitchFile, reply), nsswitchFile));
-    result = xasLastFailure(result, addKdcToHosts(hostsFile, cfgKerberos, reply));
-    return xasLastFailure(result, xasLogFailure(xasEditKerberosSysAuthCfgFile(pamFile, &cfgKerberos),
-                                                "Error editing pam.d/system-auth config file\n"));
-}
+constexpr XasFilesUpdate xasUpdateKerberosCfg{
+    .msgtype = XMSG_KERBEROS, .files = FILES, .onFailure = XasOnFailure::goOn, .lookUp = XasLookUp::together};

@@ -6,14 +6,13 @@
 #define XAS_AUTH_KERBEROS_H
 
 #include "auth/kerberos_message.h"
-#include "core/appmgr.h"
-#include "core/reply.h"
+#include "files/template.h"
 
 #include <string>
 #include <string_view>
 
 /** The template with its placeholders replaced. */
-std::string xasKerberosText(std::string templateText, const XasKerberosPayload &cfgKerberos);
+std::string xasKerberosText(std::string templateText, const XasKerberosPayload &kerberos);
 
 /**
  * The hosts file with a line for a host at its end. Every other line that holds `canonicalName` anywhere, but
@@ -22,17 +21,14 @@ std::string xasKerberosText(std::string templateText, const XasKerberosPayload &
 std::string xasHostsTextWithLine(std::string_view oldText, const char *address, const char *canonicalName,
                                  const char *alias);
 
-/** Writes the client's file, or removes it when disabled. Returns 0, or 1 with the failure, if it has a
- * reason, in `reply`. */
-int xasEditKerberosCfgFile(const char *cfgTemplateFileName, const char *cfgFileName,
-                           const XasKerberosPayload *cfgKerberos, XasReplyStatus *reply);
+/** Writes the client's file, or removes it when disabled. */
+extern const XasTemplateEditor<XasKerberosPayload> xasEditKerberosCfgFile;
 
 /** Edits the hosts file, which must exist. Returns 0, or 1 with the failure in `reply`. */
 int xasAddLinetoHostsFile(const char *cfgFileName, const char *address, const char *canonicalName,
                           const char *alias, XasReplyStatus *reply);
 
-/** The handler of XMSG_KERBEROS. Needs the files "krb5tmpl", "krb5", "nsswitch", "system-auth" and "hosts".
- */
-int xasUpdateKerberosCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+/** The handler of XMSG_KERBEROS. */
+extern const XasFilesUpdate xasUpdateKerberosCfg;
 
 #endif

@@ -1,31 +1,12 @@
 #include "auth/ldap.h"
 
-#include "auth/auth_steps.h"
 #include "auth/ldap_tls.h"
 #include "auth/nsswitch.h"
 #include "auth/sys_auth.h"
-#include "core/assert.h"
 #include "core/text.h"
 #include "core/utils.h"
-#include "files/editor.h"
-#include "files/template.h"
-
-#include <unistd.h>
 
 namespace {
-
-constexpr XasEditTexts OPENLDAP_TEXTS{
-    .openReason = "Error opening openldap/ldap.conf config file",
-    .writeLog = nullptr,
-    .saveReason = "Error saving new openldap config file",
-};
-
-constexpr XasTemplateTexts LDAP_TEXTS{
-    .templateReason = "Error opening ldap.conf.tempalte file for read",
-    .openReason = "Error opening ldap.conf file for write",
-    .writeReason = "Error writing to ldap.conf file",
-    .access = XasFileAccess::owner,
-};
 
 constexpr const char *COMMENT = "#";
 
@@ -39,50 +20,50 @@ void replaceOptional(std::string &text, const char *mark, const char *placeholde
 
 } // namespace
 
-std::string xasOpenLdapText(std::string_view oldText, const XasLdapPayload &cfgLDAP)
+std::string xasOpenLdapText(std::string_view oldText, const XasLdapPayload &ldap)
 {
     std::string newText;
     xasForEachLine(oldText, [&](std::string_view line) {
         if (!line.starts_with("HOST") && !line.starts_with("BASE"))
             newText += line;
     });
-    if (cfgLDAP.enabled != 0) {
-        newText += xasFormatLine("HOST %s \n", xasHostToStr(cfgLDAP.server).c_str());
-        newText += xasFormatLine("BASE %s \n", xasFieldString(cfgLDAP.base).c_str());
+    if (ldap.enabled != 0) {
+        newText += xasFormatLine("HOST %s \n", xasHostToStr(ldap.server).c_str());
+        newText += xasFormatLine("BASE %s \n", xasFieldString(ldap.base).c_str());
     }
     return newText;
 }
 
-std::string xasLdapTemplateText(std::string templateText, const XasLdapPayload &cfgLDAP)
+std::string xasLdapTemplateText(std::string templateText, const XasLdapPayload &ldap)
 {
     std::string text = std::move(templateText);
-    const std::string hosts = xasHostToStr(cfgLDAP.server) + " " + xasHostToStr(cfgLDAP.server2);
-    const std::string port = cfgLDAP.port != 0 ? xasFormat("%d", static_cast<int>(cfgLDAP.port)) : "";
+    const std::string hosts = xasHostToStr(ldap.server) + " " + xasHostToStr(ldap.server2);
+    const std::string port = ldap.port != 0 ? xasFormat("%d", static_cast<int>(ldap.port)) : "";
     xasReplaceString(text, "$(HOST)", hosts.c_str());
-    xasReplaceString(text, "$(BASE)", xasFieldString(cfgLDAP.base).c_str());
-    replaceOptional(text, "$(NO_BINDDN)", "$(BINDDN)", xasFieldString(cfgLDAP.bind_name));
-    replaceOptional(text, "$(NO_BINDPW)", "$(BINDPW)", xasFieldString(cfgLDAP.bind_passwd));
+    xasReplaceString(text, "$(BASE)", xasFieldString(ldap.base).c_str());
+    replaceOptional(text, "$(NO_BINDDN)", "$(BINDDN)", xasFieldString(ldap.bind_name));
+    replaceOptional(text, "$(NO_BINDPW)", "$(BINDPW)", xasFieldString(ldap.bind_passwd));
     replaceOptional(text, "$(NO_LDAP_PORT)", "$(LDAP_PORT)", port);
-    xasReplaceString(text, "$(ISMS)", cfgLDAP.ad_support != 0 ? nullptr : COMMENT);
+    xasReplaceString(text, "$(ISMS)", ldap.ad_support != 0 ? nullptr : COMMENT);
     xasReplaceString(text, "$(ENCRYPT)", COMMENT);
     return text;
 }
 
-std::string xasLdapBindText(const XasLdapPayload &cfgLDAP)
+std::string xasLdapBindText(const XasLdapPayload &ldap)
 {
     std::string text;
-    if (cfgLDAP.bind_with_login != 0)
+    if (ldap.bind_with_login != 0)
         text += "\n# Non-standard option: insert current login into bind name\nbind_with_login yes\n";
-    if (cfgLDAP.encrypt == 1)
-        text += xasFormat("\nssl %s\n", cfgLDAP.port == XAS_LDAPS_PORT ? "on" : "start_tls");
+    if (ldap.encrypt == 1)
+        text += xasFormat("\nssl %s\n", ldap.port == XAS_LDAPS_PORT ? "on" : "start_tls");
     return text;
 }
 
-std::string xasLdapMapText(const XasLdapPayload &cfgLDAP)
+std::string xasLdapMapText(const XasLdapPayload &ldap)
 {
-    const std::string uid = xasFieldString(cfgLDAP.map_uid);
-    const std::string group = xasFieldString(cfgLDAP.map_posix_group);
-    const std::string member = xasFieldString(cfgLDAP.map_member);
+    const std::string uid = xasFieldString(ldap.map_uid);
+    const std::string group = xasFieldString(ldap.map_posix_group);
+    const std::string member = xasFieldString(ldap.map_member);
     std::string text;
     if (!uid.empty())
         text += xasFormat("\nnss_map_attribute uid %s\n", uid.c_str());
@@ -90,58 +71,53 @@ std::string xasLdapMapText(const XasLdapPayload &cfgLDAP)
         text += xasFormat("\nnss_map_objectclass posixGroup %s\n", group.c_str());
     if (!member.empty())
         text += xasFormat("\nnss_map_attribute %s %s\n",
-                          cfgLDAP.map_member_type == 1 ? "memberUID" : "uniqueMember", member.c_str());
+                          ldap.map_member_type == 1 ? "memberUID" : "uniqueMember", member.c_str());
     return text;
 }
 
-int xasEditOpenLdapCfgFile(const char *cfgFileName, const XasLdapPayload *cfgLDAP, XasReplyStatus *reply)
-{
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(cfgLDAP, "cfgLDAP");
-    return xasEditFile(cfgFileName, OPENLDAP_TEXTS, reply,
-                       [&](std::string_view oldText) { return xasOpenLdapText(oldText, *cfgLDAP); });
-}
+constexpr XasEditor<XasLdapPayload> xasEditOpenLdapCfgFile{
+    .argument = "cfgLDAP",
+    .texts = {.openReason = "Error opening openldap/ldap.conf config file",
+              .saveReason = "Error saving new openldap config file"},
+    .text = xasMadeBy<xasOpenLdapText>};
 
-int xasEditLdapCfgFileBC(const char *cfgTemplateFileName, const char *cfgFileName,
-                         const XasLdapPayload *cfgLDAP, XasReplyStatus *reply)
-{
-    xasAssertGiven(cfgTemplateFileName, "cfgTemplateFileName");
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(cfgLDAP, "cfgLDAP");
-    if (cfgLDAP->enabled == 0) {
-        ::unlink(cfgFileName);
-        return 0;
-    }
-    return xasGenerateFromTemplate(
-        cfgTemplateFileName, cfgFileName, LDAP_TEXTS, reply,
-        [&](std::string text) { return xasLdapTemplateText(std::move(text), *cfgLDAP); },
-        [&] { return xasLdapBindText(*cfgLDAP) + xasLdapTlsText() + xasLdapMapText(*cfgLDAP); });
-}
+constexpr XasTemplateEditor<XasLdapPayload> xasEditLdapCfgFileBC{
+    .argument = "cfgLDAP",
+    .texts = {.templateReason = "Error opening ldap.conf.tempalte file for read",
+              .file = {.openReason = "Error opening ldap.conf file for write",
+                       .saveReason = "Error writing to ldap.conf file",
+                       .secrecy = XasSecrecy::secret}},
+    .isWanted = [](const XasLdapPayload &ldap) { return ldap.enabled != 0; },
+    .expand = xasLdapTemplateText,
+    .tail =
+        [](const XasLdapPayload &ldap) {
+            return xasLdapBindText(ldap) + xasLdapTlsText() + xasLdapMapText(ldap);
+        }};
 
-int xasUpdateLdapCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
-{
-    xasAssertGiven(msg, "msg");
-    xasAssert(XMSG_LDAP == msg->xH.msgtype, "XMSG_LDAP == msg->xH.msgtype");
-    xasAssertGiven(cfgFiles, "cfgFiles");
-    constexpr std::array FILES = {
-        XasNeededFile{"openldap", "Error determining openldap config file\n"},
-        XasNeededFile{"ldap", "Error determining ldap config file\n"},
-        XasNeededFile{"ldaptmpl", "Error determining ldap config template file\n"},
-        XasNeededFile{"nsswitch", "Error determining nsswitch.conf config file\n"},
-        XasNeededFile{"system-auth", "Error determining ldap SysAuth config file\n"},
-    };
-    std::array<const char *, FILES.size()> paths{};
-    if (!xasFindNeededFiles(*cfgFiles, FILES, paths))
-        return 1;
-    const auto [openLdapFile, ldapFile, templateFile, nsswitchFile, pamFile] = paths;
+namespace {
 
-    const auto cfgLDAP = xasReadPayload<XasLdapPayload>(*msg);
-    int result = xasLogFailure(xasEditOpenLdapCfgFile(openLdapFile, &cfgLDAP, reply),
-                               "Error editing openldap config file\n");
-    result =
-        xasLastFailure(result, xasLogFailure(xasEditLdapCfgFileBC(templateFile, ldapFile, &cfgLDAP, reply),
-                                             "Error editing ldap config file\n"));
-    xasLogFailure(xasEditLdapSysAuthCfgFile(pamFile, &cfgLDAP), "Error editing nsswitch.conf config file\n");
-    return xasLastFailure(result, xasLogFailure(xasEditNsswitchCfgFile(nsswitchFile, reply),
-                                                "Error editing nsswitch.conf config file\n"));
-}
+constexpr XasFileRow FILES[] = {
+    {.type = "openldap",
+     .edit = xasEditedBy<xasEditOpenLdapCfgFile>,
+     .missingLog = "Error determining openldap config file\n",
+     .editLog = "Error editing openldap config file\n"},
+    {.type = "ldap",
+     .edit = xasExpandedBy<xasEditLdapCfgFileBC, "ldaptmpl">,
+     .missingLog = "Error determining ldap config file\n",
+     .editLog = "Error editing ldap config file\n"},
+    {.type = "ldaptmpl", .missingLog = "Error determining ldap config template file\n"},
+    {.type = "nsswitch",
+     .edit = XAS_NSSWITCH_EDIT,
+     .missingLog = "Error determining nsswitch.conf config file\n",
+     .editLog = "Error editing nsswitch.conf config file\n",
+     .editedLast = true},
+    {.type = "system-auth",
+     .edit = xasRefreshedBy<XasLdapPayload, xasEditLdapSysAuthCfgFile>,
+     .missingLog = "Error determining ldap SysAuth config file\n",
+     .editLog = "Error editing nsswitch.conf config file\n"},
+};
+
+} // namespace
+
+constexpr XasFilesUpdate xasUpdateLdapCfg{
+    .msgtype = XMSG_LDAP, .files = FILES, .onFailure = XasOnFailure::goOn, .lookUp = XasLookUp::together};

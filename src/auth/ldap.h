@@ -7,33 +7,30 @@
 #define XAS_AUTH_LDAP_H
 
 #include "auth/ldap_message.h"
-#include "core/appmgr.h"
-#include "core/reply.h"
+#include "files/template.h"
 
 #include <string>
 #include <string_view>
 
 /** The directory tools' file: our lines replaced by new ones at the end, or only removed when disabled. */
-std::string xasOpenLdapText(std::string_view oldText, const XasLdapPayload &cfgLDAP);
+std::string xasOpenLdapText(std::string_view oldText, const XasLdapPayload &ldap);
 
 /** The template with its placeholders replaced. A setting that is not given has its line commented out. */
-std::string xasLdapTemplateText(std::string templateText, const XasLdapPayload &cfgLDAP);
+std::string xasLdapTemplateText(std::string templateText, const XasLdapPayload &ldap);
 
 /** What stands behind it, up to the TLS material. */
-std::string xasLdapBindText(const XasLdapPayload &cfgLDAP);
+std::string xasLdapBindText(const XasLdapPayload &ldap);
 
 /** What stands behind the TLS material. */
-std::string xasLdapMapText(const XasLdapPayload &cfgLDAP);
+std::string xasLdapMapText(const XasLdapPayload &ldap);
 
-/** Edits the directory tools' file, which must exist. Returns 0, or 1 with the failure in `reply`. */
-int xasEditOpenLdapCfgFile(const char *cfgFileName, const XasLdapPayload *cfgLDAP, XasReplyStatus *reply);
+/** Edits the directory tools' file, which must exist. */
+extern const XasEditor<XasLdapPayload> xasEditOpenLdapCfgFile;
 
-/** Writes the client file, or removes it when disabled. Returns 0, or 1 with the failure, if it has a
- * reason, in `reply`. */
-int xasEditLdapCfgFileBC(const char *cfgTemplateFileName, const char *cfgFileName,
-                         const XasLdapPayload *cfgLDAP, XasReplyStatus *reply);
+/** Writes the client file, or removes it when disabled. */
+extern const XasTemplateEditor<XasLdapPayload> xasEditLdapCfgFileBC;
 
-/** The handler of XMSG_LDAP. Needs the files "openldap", "ldap", "ldaptmpl", "nsswitch" and "system-auth". */
-int xasUpdateLdapCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+/** The handler of XMSG_LDAP. */
+extern const XasFilesUpdate xasUpdateLdapCfg;
 
 #endif

@@ -143,7 +143,7 @@ int xasAddLocalUserToList(std::string_view login)
 
 int xasDeleteLocalUsers(std::string_view login)
 {
-    XasFile list = xasOpenFile(USER_LIST, "r");
+    XasFile list = xasOpenFile(USER_LIST);
     if (!list)
         return -1;
     XasFile newList = xasOpenGeneratedFile(NEW_USER_LIST, XasFileAccess::everybody);

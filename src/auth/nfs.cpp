@@ -1,11 +1,8 @@
 #include "auth/nfs.h"
 
-#include "auth/auth_steps.h"
-#include "core/assert.h"
 #include "core/log.h"
 #include "core/text.h"
 #include "core/utils.h"
-#include "files/editor.h"
 
 #include <algorithm>
 #include <array>
@@ -13,24 +10,6 @@
 namespace {
 
 constexpr const char *MOUNT_ROOT = "/var/nfsmounts";
-
-constexpr XasEditTexts SERVERS_TEXTS{
-    .openReason = "Error opening NFS servers file",
-    .writeLog = "Error printing line to NFS servers file\n",
-    .saveReason = "Error saving new NFS servers file",
-    .writeReason = "Error writing to NFS servers file",
-};
-
-constexpr XasEditTexts FSTAB_TEXTS{
-    .openReason = "Error opening NFS config file",
-    .writeLog = "Error printing line to NFS config file\n",
-    .saveReason = "Error saving new NFS config file",
-};
-
-constexpr std::array NEEDED_FILES = {
-    XasNeededFile{"nfsServers", "Error determining NFS servers file\n"},
-    XasNeededFile{"fstab", "Error determining NFS fstab config file\n"},
-};
 
 /** The address of the host before the first ":"; none, with a warning, when there is no such. */
 std::uint32_t serverAddress(std::string_view remote)
@@ -62,13 +41,15 @@ std::string shareLine(const XasNfsShare &share)
                      options.c_str(), "0 0");
 }
 
+constexpr XasReason REASONS[] = {{XAS_RCODE_TOO_LONG, "NFS entry exceeds memory limmits"}};
+
 /** False, with log and reply, for a line that is too long. */
 bool fits(const std::string &line, XasReplyStatus *reply)
 {
     if (line.size() <= XAS_NFS_LINE_MAX)
         return true;
     xasLogError("NFS entry exceeds memory limits");
-    xasSetReply(*reply, XAS_RCODE_TOO_LONG, "NFS entry exceeds memory limmits");
+    xasSetReply(*reply, REASONS[0]);
     return false;
 }
 
@@ -127,30 +108,53 @@ std::string xasFstabText(std::string_view oldText, const XasNfsShares &shares, X
     return newText;
 }
 
-int xasEditNFSServersFile(const char *cfgFileName, const XasNfsServers &servers, XasReplyStatus *reply)
+constexpr XasEditor<XasNfsServers> xasEditNFSServersFile{
+    .argument = "servers",
+    .texts = {.openReason = "Error opening NFS servers file",
+              .writeLog = "Error printing line to NFS servers file\n",
+              .saveReason = "Error saving new NFS servers file",
+              .writeReason = "Error writing to NFS servers file"},
+    .text = xasMadeBy<xasNfsServersText>};
+
+constexpr XasEditor<XasNfsShares> xasEditNFSCfgFile{
+    .argument = "shares",
+    .texts = {.openReason = "Error opening NFS config file",
+              .writeLog = "Error printing line to NFS config file\n",
+              .saveReason = "Error saving new NFS config file"},
+    .text = xasMadeBy<xasFstabText>};
+
+namespace {
+
+/** What they are written from is found out once for both, before the first. */
+constexpr XasFileRow FILES[] = {
+    {.type = "nfsServers",
+     .edit = {nullptr, &xasEditNFSServersFile.texts},
+     .missingLog = "Error determining NFS servers file\n",
+     .editLog = "Error editing NFS servers file\n"},
+    {.type = "fstab",
+     .edit = {nullptr, &xasEditNFSCfgFile.texts},
+     .missingLog = "Error determining NFS fstab config file\n",
+     .editLog = "Error editing NFS fstab config file\n"},
+};
+
+int failed(const XasFileRow &row)
 {
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    return xasEditFile(cfgFileName, SERVERS_TEXTS, reply,
-                       [&](std::string_view /*oldText*/) { return xasNfsServersText(servers); });
+    xasLogError("%s", row.editLog);
+    return 1;
 }
 
-int xasEditNFSCfgFile(const char *cfgFileName, const XasNfsShares &shares, XasReplyStatus *reply)
-{
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    return xasEditFile(cfgFileName, FSTAB_TEXTS, reply,
-                       [&](std::string_view oldText) { return xasFstabText(oldText, shares, reply); });
-}
+} // namespace
+
+constexpr XasFilesUpdate xasNfsFiles{.msgtype = XMSG_NFS,
+                                     .files = FILES,
+                                     .onFailure = XasOnFailure::goOn,
+                                     .lookUp = XasLookUp::together,
+                                     .reasons = REASONS};
 
 int xasUpdateNFSCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
 {
-    xasAssertGiven(msg, "msg");
-    xasAssert(XMSG_NFS == msg->xH.msgtype, "XMSG_NFS == msg->xH.msgtype");
-    xasAssertGiven(cfgFiles, "cfgFiles");
-    std::array<const char *, NEEDED_FILES.size()> paths{};
-    if (!xasFindNeededFiles(*cfgFiles, NEEDED_FILES, paths))
+    if (xasNfsFiles(msg, cfgFiles, reply) != 0)
         return 1;
-    const auto [serversFile, fstab] = paths;
-
     const auto payload = xasReadPayload<XasNfsPayload>(*msg);
     XasNfsShares shares;
     XasNfsServers servers{};
@@ -159,8 +163,8 @@ int xasUpdateNFSCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplySta
         if (prepareShare(shares[i], servers[i]) != 0)
             return 1;
     }
-    if (xasLogFailure(xasEditNFSServersFile(serversFile, servers, reply),
-                      "Error editing NFS servers file\n") != 0)
-        return 1;
-    return xasLogFailure(xasEditNFSCfgFile(fstab, shares, reply), "Error editing NFS fstab config file\n");
+    if (xasEditNFSServersFile(xasGetCfgFilePath("nfsServers", *cfgFiles), &servers, reply) != 0)
+        return failed(FILES[0]);
+    return xasEditNFSCfgFile(xasGetCfgFilePath("fstab", *cfgFiles), &shares, reply) != 0 ? failed(FILES[1])
+                                                                                         : 0;
 }

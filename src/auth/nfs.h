@@ -6,8 +6,7 @@
 #define XAS_AUTH_NFS_H
 
 #include "auth/nfs_message.h"
-#include "core/appmgr.h"
-#include "core/reply.h"
+#include "files/update.h"
 
 #include <array>
 #include <string>
@@ -37,11 +36,14 @@ std::string xasNfsServersText(const XasNfsServers &servers);
  */
 std::string xasFstabText(std::string_view oldText, const XasNfsShares &shares, XasReplyStatus *reply);
 
-/** The editors: each returns 0, or 1 with the failure in `reply`. The files must exist. */
-int xasEditNFSServersFile(const char *cfgFileName, const XasNfsServers &servers, XasReplyStatus *reply);
-int xasEditNFSCfgFile(const char *cfgFileName, const XasNfsShares &shares, XasReplyStatus *reply);
+/** The editors. The files must exist. */
+extern const XasEditor<XasNfsServers> xasEditNFSServersFile;
+extern const XasEditor<XasNfsShares> xasEditNFSCfgFile;
 
-/** The handler of XMSG_NFS. Needs the files "nfsServers" and "fstab". */
+/** Its files; running them only looks them up. */
+extern const XasFilesUpdate xasNfsFiles;
+
+/** The handler of XMSG_NFS. A failed file ends it; nothing is rolled back. */
 int xasUpdateNFSCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
 
 #endif

@@ -1,35 +1,14 @@
 #include "auth/nis.h"
 
-#include "auth/auth_steps.h"
 #include "auth/nsswitch.h"
 #include "auth/sys_auth.h"
-#include "core/assert.h"
 #include "core/child.h"
 #include "core/text.h"
 #include "core/utils.h"
-#include "files/editor.h"
 
 #include <unistd.h>
 
 namespace {
-
-constexpr XasEditTexts YP_TEXTS{
-    .openReason = "Error opening yp.conf config file",
-    .writeLog = nullptr,
-    .saveReason = "Error saving new yp.conf config file",
-};
-
-/** The save's reason names another file; it is the system's own. */
-constexpr XasEditTexts NETWORK_TEXTS{
-    .openReason = "Error opening sysconfig/network config file",
-    .writeLog = nullptr,
-    .saveReason = "Error saving new firewall config file",
-};
-
-std::string domainOf(const XasNisPayload &cfgNIS)
-{
-    return xasFieldString(cfgNIS.domain);
-}
 
 /** Starts the program that sets the running domain name. */
 void startDomainName(const std::string &domain)
@@ -42,14 +21,14 @@ void startDomainName(const std::string &domain)
 
 } // namespace
 
-std::string xasYpText(const XasNisPayload &cfgNIS)
+std::string xasYpText(const XasNisPayload &nis)
 {
-    const std::string domain = domainOf(cfgNIS);
+    const std::string domain = xasFieldString(nis.domain);
     std::string text = "# /etc/yp.conf - ypbind configuration file\n";
-    text += xasFormatLine("domain %s server %s \n", domain.c_str(), xasHostToStr(cfgNIS.master).c_str());
-    if (cfgNIS.broadcast != 0)
+    text += xasFormatLine("domain %s server %s \n", domain.c_str(), xasHostToStr(nis.master).c_str());
+    if (nis.broadcast != 0)
         text += xasFormatLine("domain %s broadcast\n", domain.c_str());
-    for (const XasHostAddr &slave : cfgNIS.slaves) {
+    for (const XasHostAddr &slave : nis.slaves) {
         if (xasIsHostGiven(slave))
             text += xasFormatLine("ypserver %s \n", xasHostToStr(slave).c_str());
     }
@@ -69,51 +48,57 @@ std::string xasNisNetworkText(std::string_view oldText, std::string_view domain)
     return newText;
 }
 
-int xasEditYpCfgFile(const char *cfgFileName, const XasNisPayload *cfgNIS, XasReplyStatus *reply)
-{
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(cfgNIS, "cfgNIS");
-    return xasEditFile(cfgFileName, YP_TEXTS, reply,
-                       [&](std::string_view /*oldText*/) { return xasYpText(*cfgNIS); });
-}
+constexpr XasEditor<XasNisPayload> xasEditYpCfgFile{
+    .argument = "cfgNIS",
+    .texts = {.openReason = "Error opening yp.conf config file",
+              .saveReason = "Error saving new yp.conf config file"},
+    .text = xasMadeBy<xasYpText>};
 
-int xasEditNetworkCfgFile(const char *cfgFileName, const XasNisPayload *cfgNIS, XasReplyStatus *reply)
+namespace {
+
+/** The save's reason names another file; it is the system's own. */
+constexpr XasEditTexts NETWORK_TEXTS{.openReason = "Error opening sysconfig/network config file",
+                                     .saveReason = "Error saving new firewall config file"};
+
+constexpr XasFileRow FILES[] = {
+    {.type = "yp",
+     .edit = xasEditedBy<xasEditYpCfgFile>,
+     .missingLog = "Error determining yp.conf config file\n",
+     .editLog = "Error editing yp.conf config file\n"},
+    {.type = "network",
+     .edit = {[](const XasEditCall &call) {
+                  const auto nis = xasReadPayload<XasNisPayload>(call.msg);
+                  return xasEditNetworkCfgFile(call.path, &nis, call.reply);
+              },
+              &NETWORK_TEXTS},
+     .missingLog = "Error determining network config file\n",
+     .editLog = "Error editing network config file\n"},
+    {.type = "system-auth",
+     .edit = xasRefreshedBy<XasNisPayload, xasEditNisSysAuthCfgFile>,
+     .missingLog = "Error determining system-auth config file\n",
+     .editLog = "Error editing system-auth config file\n"},
+    {.type = "nsswitch",
+     .edit = XAS_NSSWITCH_EDIT,
+     .missingLog = "Error determining nsswitch.conf config file\n",
+     .editLog = "Error editing nsswitch.conf config file\n"},
+};
+
+} // namespace
+
+int xasEditNetworkCfgFile(const char *cfgFileName, const XasNisPayload *nis, XasReplyStatus *reply)
 {
     xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(cfgNIS, "cfgNIS");
-    const std::string domain = domainOf(*cfgNIS);
+    xasAssertGiven(nis, "cfgNIS");
+    const std::string domain = xasFieldString(nis->domain);
     bool opened = false;
     const int result = xasEditFile(cfgFileName, NETWORK_TEXTS, reply, [&](std::string_view oldText) {
         opened = true;
-        return xasNisNetworkText(oldText, domain);
+        return XasNewText{xasNisNetworkText(oldText, domain)};
     });
     if (opened && !domain.empty())
         startDomainName(domain);
     return result;
 }
 
-int xasUpdateNisCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
-{
-    xasAssertGiven(msg, "msg");
-    xasAssert(XMSG_NIS == msg->xH.msgtype, "XMSG_NIS == msg->xH.msgtype");
-    xasAssertGiven(cfgFiles, "cfgFiles");
-    constexpr std::array FILES = {
-        XasNeededFile{"yp", "Error determining yp.conf config file\n"},
-        XasNeededFile{"network", "Error determining network config file\n"},
-        XasNeededFile{"system-auth", "Error determining system-auth config file\n"},
-        XasNeededFile{"nsswitch", "Error determining nsswitch.conf config file\n"},
-    };
-    std::array<const char *, FILES.size()> paths{};
-    if (!xasFindNeededFiles(*cfgFiles, FILES, paths))
-        return 1;
-    const auto [ypFile, networkFile, pamFile, nsswitchFile] = paths;
-
-    const auto cfgNIS = xasReadPayload<XasNisPayload>(*msg);
-    int result =
-        xasLogFailure(xasEditYpCfgFile(ypFile, &cfgNIS, reply), "Error editing yp.conf config file\n");
-    result = xasLastFailure(result, xasLogFailure(xasEditNetworkCfgFile(networkFile, &cfgNIS, reply),
-                                                  "Error editing network config file\n"));
-    xasLogFailure(xasEditNisSysAuthCfgFile(pamFile, &cfgNIS), "Error editing system-auth config file\n");
-    return xasLastFailure(result, xasLogFailure(xasEditNsswitchCfgFile(nsswitchFile, reply),
-                                                "Error editing nsswitch.conf config file\n"));
-}
+constexpr XasFilesUpdate xasUpdateNisCfg{
+    .msgtype = XMSG_NIS, .files = FILES, .onFailure = XasOnFailure::goOn, .lookUp = XasLookUp::together};

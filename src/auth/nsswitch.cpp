@@ -1,20 +1,11 @@
 #include "auth/nsswitch.h"
 
-#include "core/assert.h"
 #include "core/text.h"
-#include "files/editor.h"
 
 #include <algorithm>
 #include <array>
 
 namespace {
-
-/** Both reasons name other files; they are the system's own. */
-constexpr XasEditTexts TEXTS{
-    .openReason = "Error opening pam.d/system-auth config file",
-    .writeLog = nullptr,
-    .saveReason = "Error saving new firewall config file",
-};
 
 struct Database {
     std::string_view key;
@@ -73,12 +64,15 @@ std::string xasNsswitchText(std::string_view oldText, const XasAuthOrder &order)
     return newText;
 }
 
+constexpr XasEditTexts XAS_NSSWITCH_TEXTS{.openReason = "Error opening pam.d/system-auth config file",
+                                          .saveReason = "Error saving new firewall config file"};
+
 int xasEditNsswitchCfgFile(const char *cfgFileName, XasReplyStatus *reply)
 {
     xasAssertGiven(cfgFileName, "cfgFileName");
     XasAuthOrder order{};
     xasReadAuthenOrder(order);
-    xasEditFile(cfgFileName, TEXTS, reply,
-                [&](std::string_view oldText) { return xasNsswitchText(oldText, order); });
+    xasEditFile(cfgFileName, XAS_NSSWITCH_TEXTS, reply,
+                [&](std::string_view oldText) { return XasNewText{xasNsswitchText(oldText, order)}; });
     return 0;
 }

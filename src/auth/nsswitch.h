@@ -7,7 +7,7 @@
 #define XAS_AUTH_NSSWITCH_H
 
 #include "auth/auth_order.h"
-#include "core/reply.h"
+#include "files/update.h"
 
 #include <string>
 #include <string_view>
@@ -21,7 +21,15 @@ std::string xasNsswitchSources(const XasAuthOrder &order, bool isPasswd);
 /** The whole new text. */
 std::string xasNsswitchText(std::string_view oldText, const XasAuthOrder &order);
 
+/** The reasons of failures; both name other files. */
+extern const XasEditTexts XAS_NSSWITCH_TEXTS;
+
 /** Rewrites the file, which must exist. Always returns 0; a failure is only in `reply`. */
 int xasEditNsswitchCfgFile(const char *cfgFileName, XasReplyStatus *reply);
+
+/** The same as the edit of a row. */
+inline constexpr XasFileEdit XAS_NSSWITCH_EDIT{
+    [](const XasEditCall &call) { return xasEditNsswitchCfgFile(call.path, call.reply); },
+    &XAS_NSSWITCH_TEXTS};
 
 #endif

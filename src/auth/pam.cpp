@@ -1,13 +1,11 @@
 #include "auth/pam.h"
 
 #include "core/assert.h"
-#include "core/log.h"
 #include "core/text.h"
 #include "files/generated_file.h"
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
 namespace {
 
@@ -159,17 +157,7 @@ int xasWritePamSystemAuthFile(const XasAuthOrder &order, const char *path, const
     xasAssertGiven(moduleData, "moduleData");
     const std::string text = xasPamSystemAuthText(order, *moduleData);
     const bool isSecret = carriesSecret(text, *moduleData);
-    XasFile file = xasOpenGeneratedFile(path, isSecret ? XasFileAccess::owner : XasFileAccess::everybody);
-    if (!file) {
-        xasLogError("Error opening config file \"%s\"\n", path);
-        return 1;
-    }
-    const bool written = xasWriteGenerated(file.get(), text);
-    if (!xasCloseGenerated(std::move(file)) || !written) {
-        xasLogError("Error printing line to file\n");
-        return 1;
-    }
-    return 0;
+    return xasGenerateFile(path, text, isSecret ? XasFileAccess::owner : XasFileAccess::everybody);
 }
 
 int xasBuildPamSystemAuth(const char *path, const XasPamModuleData *moduleData)
@@ -203,7 +191,7 @@ int xasGetConfData(const char *cfgFileName, const char *tag, std::string *value)
     xasAssertGiven(cfgFileName, "cfgFileName");
     xasAssertGiven(tag, "tag");
     xasAssertGiven(value, "value");
-    const XasFile file = xasOpenFile(cfgFileName, "r");
+    const XasFile file = xasOpenFile(cfgFileName);
     return file && xasFindConfData(xasReadAll(file.get()), tag, *value) ? 0 : 1;
 }
 

@@ -1,21 +1,11 @@
 #include "auth/radius.h"
 
-#include "auth/auth_steps.h"
 #include "auth/nsswitch.h"
 #include "auth/sys_auth.h"
-#include "core/assert.h"
 #include "core/text.h"
 #include "core/utils.h"
-#include "files/editor.h"
 
 namespace {
-
-constexpr XasEditTexts TEXTS{
-    .openReason = "Error opening /etc/raddb/server file",
-    .writeLog = nullptr,
-    .saveReason = "Error saving new /etc/raddb/server file",
-    .secrecy = XasSecrecy::secret,
-};
 
 constexpr std::string_view NO_ADDRESS = "<invalid>";
 
@@ -48,47 +38,45 @@ std::string secondLine(const XasRadiusServer &server, std::uint8_t timeout)
 
 } // namespace
 
-std::string xasRadiusText(std::string_view oldText, const XasRadiusPayload &cfgRadius)
+std::string xasRadiusText(std::string_view oldText, const XasRadiusPayload &radius)
 {
     std::string newText;
     xasForEachLine(oldText, [&](std::string_view line) {
         if (line.starts_with('#'))
             newText += line;
     });
-    if (cfgRadius.enabled != 0) {
-        newText += firstLine(cfgRadius.server1, cfgRadius.timeout);
-        newText += secondLine(cfgRadius.server2, cfgRadius.timeout);
+    if (radius.enabled != 0) {
+        newText += firstLine(radius.server1, radius.timeout);
+        newText += secondLine(radius.server2, radius.timeout);
     }
     return newText;
 }
 
-int xasEditRadiusCfgFile(const char *cfgFileName, const XasRadiusPayload *cfgRadius, XasReplyStatus *reply)
-{
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(cfgRadius, "cfgRadius");
-    return xasEditFile(cfgFileName, TEXTS, reply,
-                       [&](std::string_view oldText) { return xasRadiusText(oldText, *cfgRadius); });
-}
+constexpr XasEditor<XasRadiusPayload> xasEditRadiusCfgFile{
+    .argument = "cfgRadius",
+    .texts = {.openReason = "Error opening /etc/raddb/server file",
+              .saveReason = "Error saving new /etc/raddb/server file",
+              .secrecy = XasSecrecy::secret},
+    .text = xasMadeBy<xasRadiusText>};
 
-int xasUpdateRadiusCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
-{
-    xasAssertGiven(msg, "msg");
-    xasAssert(XMSG_RADIUS == msg->xH.msgtype, "XMSG_RADIUS == msg->xH.msgtype");
-    xasAssertGiven(cfgFiles, "cfgFiles");
-    constexpr std::array FILES = {
-        XasNeededFile{"radius", "Error determining openldap config file\n"},
-        XasNeededFile{"nsswitch", "Error determining nsswitch.conf config file\n"},
-        XasNeededFile{"system-auth", "Error determining system-auth config file\n"},
-    };
-    std::array<const char *, FILES.size()> paths{};
-    if (!xasFindNeededFiles(*cfgFiles, FILES, paths))
-        return 1;
-    const auto [radiusFile, nsswitchFile, pamFile] = paths;
+namespace {
 
-    const auto cfgRadius = xasReadPayload<XasRadiusPayload>(*msg);
-    const int result = xasLogFailure(xasEditRadiusCfgFile(radiusFile, &cfgRadius, reply),
-                                     "Error editing ldap config file\n");
-    xasLogFailure(xasEditNsswitchCfgFile(nsswitchFile, reply), "Error editing nsswitch.conf config file\n");
-    return xasLastFailure(result, xasLogFailure(xasEditRadiusSysAuthCfgFile(pamFile, &cfgRadius),
-                                                "Error editing pam.d/system-auth config file\n"));
-}
+constexpr XasFileRow FILES[] = {
+    {.type = "radius",
+     .edit = xasEditedBy<xasEditRadiusCfgFile>,
+     .missingLog = "Error determining openldap config file\n",
+     .editLog = "Error editing ldap config file\n"},
+    {.type = "nsswitch",
+     .edit = XAS_NSSWITCH_EDIT,
+     .missingLog = "Error determining nsswitch.conf config file\n",
+     .editLog = "Error editing nsswitch.conf config file\n"},
+    {.type = "system-auth",
+     .edit = xasRefreshedBy<XasRadiusPayload, xasEditRadiusSysAuthCfgFile>,
+     .missingLog = "Error determining system-auth config file\n",
+     .editLog = "Error editing pam.d/system-auth config file\n"},
+};
+
+} // namespace
+
+constexpr XasFilesUpdate xasUpdateRadiusCfg{
+    .msgtype = XMSG_RADIUS, .files = FILES, .onFailure = XasOnFailure::goOn, .lookUp = XasLookUp::together};

@@ -6,8 +6,7 @@
 #define XAS_AUTH_RADIUS_H
 
 #include "auth/radius_message.h"
-#include "core/appmgr.h"
-#include "core/reply.h"
+#include "files/update.h"
 
 #include <string>
 #include <string_view>
@@ -16,12 +15,12 @@
  * The comment lines of the old text and, when enabled, the servers. The first is always written, the second
  * unless it is an empty name. The number of blanks differs by server and by kind of address.
  */
-std::string xasRadiusText(std::string_view oldText, const XasRadiusPayload &cfgRadius);
+std::string xasRadiusText(std::string_view oldText, const XasRadiusPayload &radius);
 
-/** Rewrites the file, which must exist. Returns 0, or 1 with the failure in `reply`. */
-int xasEditRadiusCfgFile(const char *cfgFileName, const XasRadiusPayload *cfgRadius, XasReplyStatus *reply);
+/** Rewrites the file, which must exist. */
+extern const XasEditor<XasRadiusPayload> xasEditRadiusCfgFile;
 
-/** The handler of XMSG_RADIUS. Needs the files "radius", "nsswitch" and "system-auth". */
-int xasUpdateRadiusCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+/** The handler of XMSG_RADIUS. */
+extern const XasFilesUpdate xasUpdateRadiusCfg;
 
 #endif

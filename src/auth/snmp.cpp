@@ -1,9 +1,6 @@
 #include "auth/snmp.h"
 
-#include "core/assert.h"
 #include "core/text.h"
-#include "files/editor.h"
-#include "files/update.h"
 #include "platform/config_library.h"
 
 #include <array>
@@ -13,23 +10,16 @@ namespace {
 
 constexpr mode_t SECRET_MODE = 0600;
 
-constexpr XasEditTexts TEXTS{
-    .openReason = "Error opening SNMP config file",
-    .writeLog = "Error printing line to SNMP config file\n",
-    .saveReason = "Error saving new SNMP config file",
-    .secrecy = XasSecrecy::secret,
-};
-
 std::string keyLine(const char *key, const std::string &value)
 {
     return xasFormatLine("%s  %s\n", key, value.c_str());
 }
 
-const char *securityLevel(const XasSnmpPayload &snmpCfg)
+const char *securityLevel(const XasSnmpPayload &snmp)
 {
-    if (snmpCfg.v3security == XAS_SNMP_NOAUTH)
+    if (snmp.v3security == XAS_SNMP_NOAUTH)
         return "noauth";
-    return snmpCfg.v3security == XAS_SNMP_PRIV ? "priv" : "auth";
+    return snmp.v3security == XAS_SNMP_PRIV ? "priv" : "auth";
 }
 
 const char *quoteFor(const std::string &phrase)
@@ -38,15 +28,15 @@ const char *quoteFor(const std::string &phrase)
 }
 
 /** The access line of an SNMPv3 user and the line that creates him. */
-std::string userLines(const char *key, const XasSnmpPayload &snmpCfg, const std::string &user,
+std::string userLines(const char *key, const XasSnmpPayload &snmp, const std::string &user,
                       const std::string &pass, const std::string &phrase)
 {
     const char *passQuote = quoteFor(pass);
     const char *phraseQuote = quoteFor(phrase);
-    return xasFormatLine("%s  %s %s\n", key, user.c_str(), securityLevel(snmpCfg)) +
+    return xasFormatLine("%s  %s %s\n", key, user.c_str(), securityLevel(snmp)) +
            xasFormatLine("%s %s %s %s%s%s %s %s%s%s\n", "createUser", user.c_str(),
-                         snmpCfg.v3auth == 1 ? "SHA" : "MD5", passQuote, pass.c_str(), passQuote,
-                         snmpCfg.v3encrypt == 1 ? "AES" : "DES", phraseQuote, phrase.c_str(), phraseQuote);
+                         snmp.v3auth == 1 ? "SHA" : "MD5", passQuote, pass.c_str(), passQuote,
+                         snmp.v3encrypt == 1 ? "AES" : "DES", phraseQuote, phrase.c_str(), phraseQuote);
 }
 
 /** What has been written of the communities. */
@@ -79,50 +69,50 @@ const CommunityKey *findCommunityKey(std::string_view word)
     return nullptr;
 }
 
-std::string communityLine(std::string_view line, const CommunityKey &key, const XasSnmpPayload &snmpCfg,
+std::string communityLine(std::string_view line, const CommunityKey &key, const XasSnmpPayload &snmp,
                           Communities &written)
 {
-    if (snmpCfg.community_mode == XAS_SNMP_NO_COMMUNITIES)
+    if (snmp.community_mode == XAS_SNMP_NO_COMMUNITIES)
         return {};
-    if (snmpCfg.community_mode != XAS_SNMP_WRITE_COMMUNITIES)
+    if (snmp.community_mode != XAS_SNMP_WRITE_COMMUNITIES)
         return std::string{line};
     (key.isReadOnly ? written.readOnly : written.readWrite) = true;
-    return keyLine(key.writtenAs, key.isReadOnly ? xasFieldString(snmpCfg.ro_community)
-                                                 : xasFieldString(snmpCfg.rw_community));
+    return keyLine(key.writtenAs,
+                   key.isReadOnly ? xasFieldString(snmp.ro_community) : xasFieldString(snmp.rw_community));
 }
 
-std::string editedLine(std::string_view line, const XasSnmpPayload &snmpCfg, Communities &written)
+std::string editedLine(std::string_view line, const XasSnmpPayload &snmp, Communities &written)
 {
     const std::string_view word = xasFirstToken(line, " \t");
     if (word == "syscontact")
-        return keyLine("syscontact", xasFieldString(snmpCfg.syscontact));
+        return keyLine("syscontact", xasFieldString(snmp.syscontact));
     if (word == "syslocation")
-        return keyLine("syslocation", xasFieldString(snmpCfg.syslocation));
+        return keyLine("syslocation", xasFieldString(snmp.syslocation));
     if (word == "rouser")
-        return userLines("rouser", snmpCfg, xasFieldString(snmpCfg.v3user), xasFieldString(snmpCfg.v3pass),
-                         xasFieldString(snmpCfg.v3phrase));
+        return userLines("rouser", snmp, xasFieldString(snmp.v3user), xasFieldString(snmp.v3pass),
+                         xasFieldString(snmp.v3phrase));
     if (word == "rwuser")
-        return userLines("rwuser", snmpCfg, xasFieldString(snmpCfg.v3rwuser),
-                         xasFieldString(snmpCfg.v3rwpass), xasFieldString(snmpCfg.v3rwphrase));
+        return userLines("rwuser", snmp, xasFieldString(snmp.v3rwuser), xasFieldString(snmp.v3rwpass),
+                         xasFieldString(snmp.v3rwphrase));
     if (word == "trapcommunity")
-        return keyLine("trapcommunity", xasFieldString(snmpCfg.trap_community));
+        return keyLine("trapcommunity", xasFieldString(snmp.trap_community));
     if (word == "trapsink" || word == "trap2sink" || word == "createUser")
         return {};
     if (const CommunityKey *key = findCommunityKey(word))
-        return communityLine(line, *key, snmpCfg, written);
+        return communityLine(line, *key, snmp, written);
     return std::string{line};
 }
 
 /** The communities that no line of the file had. */
-std::string missingCommunities(const XasSnmpPayload &snmpCfg, const Communities &written)
+std::string missingCommunities(const XasSnmpPayload &snmp, const Communities &written)
 {
     std::string text;
-    if (snmpCfg.community_mode != XAS_SNMP_WRITE_COMMUNITIES)
+    if (snmp.community_mode != XAS_SNMP_WRITE_COMMUNITIES)
         return text;
     if (!written.readOnly)
-        text += keyLine("rocommunity", xasFieldString(snmpCfg.ro_community));
+        text += keyLine("rocommunity", xasFieldString(snmp.ro_community));
     if (!written.readWrite)
-        text += keyLine("rwcommunity", xasFieldString(snmpCfg.rw_community));
+        text += keyLine("rwcommunity", xasFieldString(snmp.rw_community));
     return text;
 }
 
@@ -137,43 +127,53 @@ std::string trapLines(const XasHostAddr &host)
 
 } // namespace
 
-std::string xasSnmpText(std::string_view oldText, const XasSnmpPayload &snmpCfg)
+std::string xasSnmpText(std::string_view oldText, const XasSnmpPayload &snmp)
 {
     std::string newText;
     Communities written;
-    xasForEachLine(oldText, [&](std::string_view line) { newText += editedLine(line, snmpCfg, written); });
-    newText += missingCommunities(snmpCfg, written);
-    for (const XasHostAddr &host : snmpCfg.trap_hosts)
+    xasForEachLine(oldText, [&](std::string_view line) { newText += editedLine(line, snmp, written); });
+    newText += missingCommunities(snmp, written);
+    for (const XasHostAddr &host : snmp.trap_hosts)
         newText += trapLines(host);
     return newText;
 }
 
-int xasEditSNMPCfgFile(const char *cfgFileName, const XasSnmpPayload *snmpCfg, XasReplyStatus *replyReason)
+namespace {
+
+constexpr XasEditTexts TEXTS{.openReason = "Error opening SNMP config file",
+                             .writeLog = "Error printing line to SNMP config file\n",
+                             .saveReason = "Error saving new SNMP config file",
+                             .secrecy = XasSecrecy::secret};
+
+} // namespace
+
+int xasEditSNMPCfgFile(const char *cfgFileName, const XasSnmpPayload *snmp, XasReplyStatus *replyReason)
 {
     xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(snmpCfg, "snmpCfg");
+    xasAssertGiven(snmp, "snmpCfg");
     xasAssertGiven(replyReason, "replyReason");
-    const int result = xasEditFile(cfgFileName, TEXTS, replyReason,
-                                   [&](std::string_view oldText) { return xasSnmpText(oldText, *snmpCfg); });
+    const int result = xasEditFile(cfgFileName, TEXTS, replyReason, [&](std::string_view oldText) {
+        return XasNewText{xasSnmpText(oldText, *snmp)};
+    });
     if (result != 0 && replyReason->rcode == XAS_RCODE_SAVE)
         ::chmod(cfgFileName, SECRET_MODE); // the old content stays, with secrets of its own
     return result;
 }
 
-int xasUpdateSNMPCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
-{
-    xasAssertGiven(msg, "msg");
-    xasAssert(XMSG_SNMP == msg->xH.msgtype, "XMSG_SNMP == msg->xH.msgtype");
-    xasAssertGiven(cfgFiles, "cfgFiles");
-    const auto snmpCfg = xasReadPayload<XasSnmpPayload>(*msg);
-    const std::array<XasFileStep, 1> steps = {{
-        {.type = "snmp",
-         .missingLog = "Error determining config file for snmp\n",
-         .missingReason = "Error determining snmp config file",
-         .editLog = "Error editing SNMP config file\n",
-         .edit = [&](const char *path) { return xasEditSNMPCfgFile(path, &snmpCfg, reply); },
-         .restoreIfMissing = {},
-         .restoreIfEditFails = {}},
-    }};
-    return xasRunFileSteps(*cfgFiles, reply, steps);
-}
+namespace {
+
+constexpr XasFileRow FILES[] = {
+    {.type = "snmp",
+     .edit = {[](const XasEditCall &call) {
+                  const auto snmp = xasReadPayload<XasSnmpPayload>(call.msg);
+                  return xasEditSNMPCfgFile(call.path, &snmp, call.reply);
+              },
+              &TEXTS},
+     .missingLog = "Error determining config file for snmp\n",
+     .missingReason = "Error determining snmp config file",
+     .editLog = "Error editing SNMP config file\n"},
+};
+
+} // namespace
+
+constexpr XasFilesUpdate xasUpdateSNMPCfg{.msgtype = XMSG_SNMP, .files = FILES};

@@ -6,19 +6,18 @@
 #define XAS_AUTH_SNMP_H
 
 #include "auth/snmp_message.h"
-#include "core/appmgr.h"
-#include "core/reply.h"
+#include "files/update.h"
 
 #include <string>
 #include <string_view>
 
 /** The new text of the file. */
-std::string xasSnmpText(std::string_view oldText, const XasSnmpPayload &snmpCfg);
+std::string xasSnmpText(std::string_view oldText, const XasSnmpPayload &snmp);
 
 /** Edits the file, which must exist. Returns 0, or 1 with the failure in `replyReason`. */
-int xasEditSNMPCfgFile(const char *cfgFileName, const XasSnmpPayload *snmpCfg, XasReplyStatus *replyReason);
+int xasEditSNMPCfgFile(const char *cfgFileName, const XasSnmpPayload *snmp, XasReplyStatus *replyReason);
 
-/** The handler of XMSG_SNMP. Needs the file "snmp". */
-int xasUpdateSNMPCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+/** The handler of XMSG_SNMP. */
+extern const XasFilesUpdate xasUpdateSNMPCfg;
 
 #endif

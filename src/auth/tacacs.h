@@ -3,20 +3,17 @@
 #define XAS_AUTH_TACACS_H
 
 #include "auth/tacacs_message.h"
-#include "core/appmgr.h"
-#include "core/reply.h"
+#include "files/template.h"
 
 #include <string>
 
 /** The template with its placeholders replaced. An IPv6 address stands in square brackets. */
-std::string xasTacacsText(std::string templateText, const XasTacacsPayload &cfgTacacs);
+std::string xasTacacsText(std::string templateText, const XasTacacsPayload &tacacs);
 
-/** Writes the file, enabled or not. Returns 0, or 1 with the failure, if it has a reason, in `reply`. */
-int xasEditTacacsCfgFile(const char *cfgTemplateFileName, const char *cfgFileName,
-                         const XasTacacsPayload *cfgTacacs, XasReplyStatus *reply);
+/** Writes the file, enabled or not. */
+extern const XasTemplateEditor<XasTacacsPayload> xasEditTacacsCfgFile;
 
-/** The handler of XMSG_TACACS. Needs "tacplustmpl" and "tacplus" and, once they are done, "nsswitch" and
- * "system-auth". */
-int xasUpdateTacacsCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+/** The handler of XMSG_TACACS. */
+extern const XasFilesUpdate xasUpdateTacacsCfg;
 
 #endif

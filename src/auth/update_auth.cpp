@@ -1,32 +1,38 @@
 #include "auth/update_auth.h"
 
 #include "auth/auth_order.h"
-#include "auth/auth_steps.h"
 #include "auth/nsswitch.h"
 #include "auth/sys_auth.h"
-#include "core/assert.h"
 
-int xasUpdateAuthenOrderCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
+namespace {
+
+/** The positions as written go back into the message, which says which application is started. */
+int editOrder(const XasEditCall &call)
 {
-    xasAssertGiven(msg, "msg");
-    xasAssert(XMSG_AUTH == msg->xH.msgtype, "XMSG_AUTH == msg->xH.msgtype");
-    xasAssertGiven(cfgFiles, "cfgFiles");
-    constexpr std::array FILES = {
-        XasNeededFile{"authentication", "Error determining r58 authentication config file\n"},
-        XasNeededFile{"system-auth", "Error determining Auth Order 1 system-auth config file\n"},
-        XasNeededFile{"nsswitch", "Error determining nsswitch.conf config file\n"},
-    };
-    std::array<const char *, FILES.size()> paths{};
-    if (!xasFindNeededFiles(*cfgFiles, FILES, paths))
-        return 1;
-    const auto [orderFile, pamFile, nsswitchFile] = paths;
-
-    auto cfgAuth = xasReadPayload<XasAuthPayload>(*msg);
-    int result = xasLogFailure(xasEditAuthenOrderCfgFile(orderFile, &cfgAuth, reply),
-                               "Error editing network config file\n");
-    xasWritePayload(*msg, cfgAuth);
-    result = xasLastFailure(result, xasLogFailure(xasEditSysAuthCfgFile(pamFile, reply),
-                                                  "Error editing Auth Order 2 system-auth config file\n"));
-    return xasLastFailure(result, xasLogFailure(xasEditNsswitchCfgFile(nsswitchFile, reply),
-                                                "Error editing nsswitch.conf config file\n"));
+    auto auth = xasReadPayload<XasAuthPayload>(call.msg);
+    const int result = xasEditAuthenOrderCfgFile(call.path, &auth, call.reply);
+    xasWritePayload(call.msg, auth);
+    return result;
 }
+
+constexpr XasFileRow FILES[] = {
+    {.type = "authentication",
+     .edit = {editOrder, &XAS_AUTH_ORDER_TEXTS},
+     .missingLog = "Error determining r58 authentication config file\n",
+     .editLog = "Error editing network config file\n"},
+    {.type = "system-auth",
+     .edit = {[](const XasEditCall &call) {
+         return xasEditSysAuthCfgFile(call.path, call.reply);
+     }},
+     .missingLog = "Error determining Auth Order 1 system-auth config file\n",
+     .editLog = "Error editing Auth Order 2 system-auth config file\n"},
+    {.type = "nsswitch",
+     .edit = XAS_NSSWITCH_EDIT,
+     .missingLog = "Error determining nsswitch.conf config file\n",
+     .editLog = "Error editing nsswitch.conf config file\n"},
+};
+
+} // namespace
+
+constexpr XasFilesUpdate xasUpdateAuthenOrderCfg{
+    .msgtype = XMSG_AUTH, .files = FILES, .onFailure = XasOnFailure::goOn, .lookUp = XasLookUp::together};

@@ -2,14 +2,12 @@
 #ifndef XAS_AUTH_UPDATE_AUTH_H
 #define XAS_AUTH_UPDATE_AUTH_H
 
-#include "core/appmgr.h"
-#include "core/reply.h"
-#include "wire/message.h"
+#include "files/update.h"
 
 /**
- * Needs the files "authentication", "system-auth" and "nsswitch". Positions that do not exist become 0 in the
- * message itself. The derived files are made from the order on disk, after a failure the previous one.
+ * Positions that do not exist become 0 in the message itself. The derived files are made from the order on
+ * disk, after a failure the previous one.
  */
-int xasUpdateAuthenOrderCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+extern const XasFilesUpdate xasUpdateAuthenOrderCfg;
 
 #endif

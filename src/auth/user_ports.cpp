@@ -1,11 +1,8 @@
 #include "auth/user_ports.h"
 
 #include "core/assert.h"
-#include "core/log.h"
 #include "core/text.h"
 #include "files/generated_file.h"
-
-#include <utility>
 
 namespace {
 
@@ -33,15 +30,5 @@ int xasLocalUserPortFiles(const XasUserRecord *pxUser, XasReplyStatus * /*reply*
 {
     xasAssertGiven(pxUser, "pxUser");
     const std::string path = "/etc/zel/" + std::string{xasFieldText(pxUser->login)} + ".conf";
-    XasFile file = xasOpenGeneratedFile(path, XasFileAccess::kept, XasFileLink::refused);
-    if (!file) {
-        xasLogError("Error opening config file \"%s\"\n", path.c_str());
-        return 1;
-    }
-    const bool written = xasWriteGenerated(file.get(), xasUserPortText(*pxUser));
-    if (!xasCloseGenerated(std::move(file)) || !written) {
-        xasLogError("Error printing line to file\n");
-        return 1;
-    }
-    return 0;
+    return xasGenerateFile(path, xasUserPortText(*pxUser), XasFileAccess::kept, XasFileLink::refused);
 }

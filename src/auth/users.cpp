@@ -2,7 +2,6 @@
 
 #include "auth/local_users.h"
 #include "auth/user_ports.h"
-#include "core/assert.h"
 #include "core/log.h"
 
 #include <string>
@@ -101,9 +100,7 @@ int changePassword(const XasUserRecord &user)
 
 int xasUpdateLocalUsersCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
 {
-    xasAssertGiven(msg, "msg");
-    xasAssert(XMSG_LOCALUSERS == msg->xH.msgtype, "XMSG_LOCALUSERS == msg->xH.msgtype");
-    xasAssertGiven(cfgFiles, "cfgFiles");
+    xasAssertUpdate(msg, XMSG_LOCALUSERS, cfgFiles);
     const auto payload = xasReadPayload<XasLocalUsersPayload>(*msg);
     if (payload.users_included == 0)
         return 0;
@@ -115,9 +112,7 @@ int xasUpdateLocalUsersCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasR
 
 int xasUpdateSingleLocalUsersCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
 {
-    xasAssertGiven(msg, "msg");
-    xasAssert(XMSG_USER == msg->xH.msgtype, "XMSG_USER == msg->xH.msgtype");
-    xasAssertGiven(cfgFiles, "cfgFiles");
+    xasAssertUpdate(msg, XMSG_USER, cfgFiles);
     const auto payload = xasReadPayload<XasUserPayload>(*msg);
     if (!xasIsValidLogin(xasFieldText(payload.user.login))) {
         xasLogError("%s", INVALID_USER);
@@ -140,8 +135,6 @@ int xasUpdateSingleLocalUsersCfg(XasMessage *msg, const XasCfgFileList *cfgFiles
 
 int xasUpdateUserListCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus * /*reply*/)
 {
-    xasAssertGiven(msg, "msg");
-    xasAssert(XMSG_USERLIST == msg->xH.msgtype, "XMSG_USERLIST == msg->xH.msgtype");
-    xasAssertGiven(cfgFiles, "cfgFiles");
+    xasAssertUpdate(msg, XMSG_USERLIST, cfgFiles);
     return 0;
 }

@@ -5,9 +5,7 @@
 #ifndef XAS_AUTH_USERS_H
 #define XAS_AUTH_USERS_H
 
-#include "core/appmgr.h"
-#include "core/reply.h"
-#include "wire/message.h"
+#include "files/update.h"
 
 /**
  * XMSG_LOCALUSERS: when the message includes its users, removes all listed accounts and makes the message's

@@ -6,24 +6,21 @@
 #define XAS_CONFIG_DNS_H
 
 #include "config/dns_message.h"
-#include "core/appmgr.h"
-#include "core/reply.h"
+#include "files/update.h"
 
 #include <string>
 
 /** The list: dns1, dns2, dns3 in this order, unset ones left out. */
-std::string xasDnsText(const XasDnsPayload &dnsInfo);
+std::string xasDnsText(const XasDnsPayload &dns);
 
 /** The precedence text. */
-std::string xasDnsPrecText(bool preferIPv4);
+std::string xasDnsPrecText(const XasDnsPayload &dns);
 
-/** Rewrites the list, which must exist. Returns 0, or 1 with the failure in `reply`. */
-int xasEditDNSCfgFile(const char *cfgFileName, const XasDnsPayload *dnsInfo, XasReplyStatus *reply);
+/** The editors of the list, which must exist, and of the precedence file. */
+extern const XasEditor<XasDnsPayload> xasEditDNSCfgFile;
+extern const XasEditor<XasDnsPayload> xasEditDnsPrecCfgFile;
 
-/** Regenerates the precedence file. Returns 0, or 1 with the failure in `reply`. */
-int xasEditDnsPrecCfgFile(const char *cfgFileName, bool preferIPv4, XasReplyStatus *reply);
-
-/** The handler of XMSG_DNS. Needs the files "resolv" and "dnsprec". */
-int xasUpdateDnsCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+/** The handler of XMSG_DNS. */
+extern const XasFilesUpdate xasUpdateDnsCfg;
 
 #endif

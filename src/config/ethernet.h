@@ -5,15 +5,14 @@
 #ifndef XAS_CONFIG_ETHERNET_H
 #define XAS_CONFIG_ETHERNET_H
 
-#include "core/appmgr.h"
-#include "core/reply.h"
-#include "wire/message.h"
+#include "files/update.h"
+
+/** Its files; "network" and "altgateway" are written when they are there. */
+extern const XasFilesUpdate xasEthFiles;
 
 /**
- * The handler of XMSG_ETH. Needs the files "gatewayprec", "kernel", "modprobe", "bond0", "eth0" and "eth1";
- * "network" and "altgateway" are written when they are there. A failure rolls the earlier files back, but
- * one of the network file does not keep the alternate gateway from being written, and one of the alternate
- * gateway rolls back only its own file.
+ * The handler of XMSG_ETH. A failure rolls the earlier files back, but one of the network file does not keep
+ * the alternate gateway from being written, and one of the alternate gateway rolls back only its own file.
  */
 int xasUpdateEthCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
 

@@ -1,6 +1,5 @@
 #include "config/firewall_services.h"
 
-#include "core/assert.h"
 #include "core/log.h"
 #include "core/text.h"
 #include "platform/config_library.h"
@@ -9,18 +8,6 @@
 #include <string>
 
 namespace {
-
-/** A comment's failed write has another file's text. */
-constexpr XasEditTexts TEXTS{
-    .openReason = "Error opening firewall config file",
-    .writeLog = "Error printing line to firewall config file\n",
-    .saveReason = "Error saving new firewall config file",
-    .writeLogOf =
-        [](std::string_view line, bool /*isFirst*/) {
-            return line.starts_with('#') ? "Error printing line to DNS config file\n"
-                                         : "Error printing line to firewall config file\n";
-        },
-};
 
 constexpr std::uint32_t SSH_PORT = 22;
 constexpr std::size_t STORED_SSH_PORT = 142; /**< where a stored XMSG_SSH has its 16-bit port */
@@ -82,7 +69,7 @@ std::uint32_t storedSshPort()
 
 } // namespace
 
-XasNewText xasFirewallText(std::string_view oldText, const XasFirewallCfg &fWallCfg)
+XasNewText xasFirewallText(std::string_view oldText, const XasFirewallCfg &fWallCfg, XasReplyStatus *reply)
 {
     XasNewText newText{std::string{}};
     const bool isMethodKnown = fWallCfg.reject_method < REJECT_METHODS.size();
@@ -93,33 +80,29 @@ XasNewText xasFirewallText(std::string_view oldText, const XasFirewallCfg &fWall
         if (newText.complete)
             newText.text += newLine(line, key, fWallCfg);
     });
+    if (!newText.complete)
+        xasSetReply(*reply, XAS_RCODE_MISSING, "Invalid reject method");
     return newText;
 }
 
-int xasEditFirewallCfgFile(const char *cfgFileName, const XasFirewallCfg *fWallCfg, XasReplyStatus *reply)
-{
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(fWallCfg, "fWallCfg");
-    return xasEditFile(cfgFileName, TEXTS, reply, [&](std::string_view oldText) {
-        XasNewText newText = xasFirewallText(oldText, *fWallCfg);
-        if (!newText.complete)
-            xasSetReply(*reply, XAS_RCODE_MISSING, "Invalid reject method");
-        return newText;
-    });
-}
+/** A comment's failed write has another file's text. */
+constexpr XasEditor<XasFirewallCfg> xasEditFirewallCfgFile{
+    .argument = "fWallCfg",
+    .texts = {.openReason = "Error opening firewall config file",
+              .writeLog = "Error printing line to firewall config file\n",
+              .saveReason = "Error saving new firewall config file",
+              .writeLogOf =
+                  [](std::string_view line, bool /*isFirst*/) {
+                      return line.starts_with('#') ? "Error printing line to DNS config file\n"
+                                                   : "Error printing line to firewall config file\n";
+                  }},
+    .text = xasMadeBy<xasFirewallText>};
 
-int xasUpdateFirewallCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
-{
-    xasAssertGiven(msg, "msg");
-    xasAssert(XMSG_FIREWALL == msg->xH.msgtype, "XMSG_FIREWALL == msg->xH.msgtype");
-    xasAssertGiven(cfgFiles, "cfgFiles");
+namespace {
 
-    const char *cfgFileName = xasGetCfgFilePath("firewall", *cfgFiles);
-    if (cfgFileName == nullptr) {
-        xasLogError("Error determining firewall config file\n");
-        return 1;
-    }
-    const auto payload = xasReadPayload<XasFirewallPayload>(*msg);
+int editServices(const XasEditCall &call)
+{
+    const auto payload = xasReadPayload<XasFirewallPayload>(call.msg);
     const XasFirewallCfg fWallCfg{.reject_method = payload.reject_method,
                                   .invisible = payload.invisible,
                                   .ssh = payload.ssh,
@@ -128,8 +111,16 @@ int xasUpdateFirewallCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasRep
                                   .www = payload.www,
                                   .https = payload.https,
                                   .smb = payload.smb};
-    const int result = xasEditFirewallCfgFile(cfgFileName, &fWallCfg, reply);
-    if (result != 0)
-        xasLogError("Error editing firewall config file\n");
-    return result;
+    return xasEditFirewallCfgFile(call.path, &fWallCfg, call.reply);
 }
+
+constexpr XasFileRow FILES[] = {
+    {.type = "firewall",
+     .edit = {editServices, &xasEditFirewallCfgFile.texts},
+     .missingLog = "Error determining firewall config file\n",
+     .editLog = "Error editing firewall config file\n"},
+};
+
+} // namespace
+
+constexpr XasFilesUpdate xasUpdateFirewallCfg{.msgtype = XMSG_FIREWALL, .files = FILES};

@@ -7,9 +7,7 @@
 #define XAS_CONFIG_FIREWALL_SERVICES_H
 
 #include "config/firewall_message.h"
-#include "core/appmgr.h"
-#include "core/reply.h"
-#include "files/editor.h"
+#include "files/update.h"
 
 #include <string_view>
 
@@ -25,16 +23,14 @@ struct XasFirewallCfg {
     std::uint32_t smb;
 };
 
-/** The new text; as much as stands in front of the reject method's line when that method is unknown. */
-XasNewText xasFirewallText(std::string_view oldText, const XasFirewallCfg &fWallCfg);
+/** The new text; as much as stands in front of the reject method's line when that method is unknown, the
+ * reply saying so. */
+XasNewText xasFirewallText(std::string_view oldText, const XasFirewallCfg &fWallCfg, XasReplyStatus *reply);
 
-/** Edits the file at `cfgFileName`, which must exist. Returns 0, or 1 with the failure in `reply`. */
-int xasEditFirewallCfgFile(const char *cfgFileName, const XasFirewallCfg *fWallCfg, XasReplyStatus *reply);
+/** Edits the file, which must exist. */
+extern const XasEditor<XasFirewallCfg> xasEditFirewallCfgFile;
 
-/**
- * A handler of XMSG_FIREWALL. Needs the file "firewall"; a missing one sets no reason. The port of SSH is the
- * stored one, 22 when nothing is stored.
- */
-int xasUpdateFirewallCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+/** A handler of XMSG_FIREWALL. The port of SSH is the stored one, 22 when nothing is stored. */
+extern const XasFilesUpdate xasUpdateFirewallCfg;
 
 #endif

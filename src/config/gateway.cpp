@@ -1,26 +1,12 @@
 #include "config/gateway.h"
 
-#include "core/assert.h"
 #include "core/text.h"
 #include "core/utils.h"
-#include "files/editor.h"
 #include "files/key_lines.h"
 
 #include <array>
 
 namespace {
-
-constexpr XasEditTexts PRECEDENCE_TEXTS{
-    .openReason = "Error opening dhcp gateway precedenc config file",
-    .writeLog = "Error printing line to dhcp gateway precedence config file\n",
-    .saveReason = "Error saving new hostname config file",
-};
-
-constexpr XasEditTexts ALT_GATEWAY_TEXTS{
-    .openReason = "Error opening alternate gateway config file",
-    .writeLog = "Error printing line to Alternate Gateway config file\n",
-    .saveReason = "Error saving new altenate gateway config file",
-};
 
 constexpr std::uint8_t PING_ETH0 = 1;
 
@@ -36,34 +22,35 @@ XasKeyLine numberLine(const char *key, int value)
 
 } // namespace
 
-std::string xasGWPrecText(std::uint32_t precedence)
+std::string xasGWPrecText(const XasEthPayload &eth)
 {
+    const std::uint32_t precedence = eth.gw_precedence;
     const bool namesPort = precedence == 1 || precedence == 2;
     return numberLine("DHCP_GW_PRECEDENCE", namesPort ? static_cast<int>(precedence) : 0).line;
 }
 
-std::string xasAltGWText(std::string_view oldText, const XasAltGateway &altGateway)
+std::string xasAltGWText(std::string_view oldText, const XasEthPayload &eth)
 {
     const std::array keyLines = {
-        textLine("DGD_GATEWAY", xasIPv4ToStr(altGateway.gateway)),
-        textLine("DGD_PING_IP", xasIPv4ToStr(altGateway.pingAddress)),
-        textLine("DGD_PING_IFC", altGateway.pingInterface == PING_ETH0 ? "eth0" : "eth1"),
-        numberLine("DGD_PING_DELAY", altGateway.pingDelay),
-        numberLine("DGD_PING_FAILED", altGateway.pingFailures),
+        textLine("DGD_GATEWAY", xasIPv4ToStr(eth.alt_gateway)),
+        textLine("DGD_PING_IP", xasIPv4ToStr(eth.ping_ip)),
+        textLine("DGD_PING_IFC", eth.ping_ifc == PING_ETH0 ? "eth0" : "eth1"),
+        numberLine("DGD_PING_DELAY", eth.ping_delay),
+        numberLine("DGD_PING_FAILED", eth.ping_failed),
     };
     return xasReplaceKeyLines(oldText, "=", keyLines);
 }
 
-int xasEditGWPrecFile(const char *cfgFileName, std::uint32_t precedence, XasReplyStatus *reply)
-{
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    return xasEditFile(cfgFileName, PRECEDENCE_TEXTS, reply,
-                       [&](std::string_view /*oldText*/) { return xasGWPrecText(precedence); });
-}
+constexpr XasEditor<XasEthPayload> xasEditGWPrecFile{
+    .argument = "eth",
+    .texts = {.openReason = "Error opening dhcp gateway precedenc config file",
+              .writeLog = "Error printing line to dhcp gateway precedence config file\n",
+              .saveReason = "Error saving new hostname config file"},
+    .text = xasMadeBy<xasGWPrecText>};
 
-int xasEditAltGWFile(const char *cfgFileName, const XasAltGateway &altGateway, XasReplyStatus *reply)
-{
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    return xasEditFile(cfgFileName, ALT_GATEWAY_TEXTS, reply,
-                       [&](std::string_view oldText) { return xasAltGWText(oldText, altGateway); });
-}
+constexpr XasEditor<XasEthPayload> xasEditAltGWFile{
+    .argument = "eth",
+    .texts = {.openReason = "Error opening alternate gateway config file",
+              .writeLog = "Error printing line to Alternate Gateway config file\n",
+              .saveReason = "Error saving new altenate gateway config file"},
+    .text = xasMadeBy<xasAltGWText>};

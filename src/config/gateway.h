@@ -5,29 +5,20 @@
 #ifndef XAS_CONFIG_GATEWAY_H
 #define XAS_CONFIG_GATEWAY_H
 
-#include "core/reply.h"
+#include "files/editor.h"
+#include "wire/eth_message.h"
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 
-/** The dead-gateway detection. IPv4 addresses in network byte order. */
-struct XasAltGateway {
-    std::uint32_t gateway;
-    std::uint32_t pingAddress;
-    std::uint8_t pingInterface; /**< 1 = eth0, else eth1 */
-    std::uint8_t pingDelay;     /**< seconds */
-    std::uint8_t pingFailures;  /**< this many unanswered pings in a row make the gateway dead */
-};
-
 /** The whole precedence file: port 1, port 2, or 0 for any other value. */
-std::string xasGWPrecText(std::uint32_t precedence);
+std::string xasGWPrecText(const XasEthPayload &eth);
 
 /** The new text of the alternate-gateway file: the lines of its keys replaced, missing ones not added. */
-std::string xasAltGWText(std::string_view oldText, const XasAltGateway &altGateway);
+std::string xasAltGWText(std::string_view oldText, const XasEthPayload &eth);
 
-/** The editors: each returns 0, or 1 with the failure in `reply`. The files must exist. */
-int xasEditGWPrecFile(const char *cfgFileName, std::uint32_t precedence, XasReplyStatus *reply);
-int xasEditAltGWFile(const char *cfgFileName, const XasAltGateway &altGateway, XasReplyStatus *reply);
+/** The editors. The files must exist. */
+extern const XasEditor<XasEthPayload> xasEditGWPrecFile;
+extern const XasEditor<XasEthPayload> xasEditAltGWFile;
 
 #endif

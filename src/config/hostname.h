@@ -7,8 +7,7 @@
 #define XAS_CONFIG_HOSTNAME_H
 
 #include "config/hostname_message.h"
-#include "core/appmgr.h"
-#include "core/reply.h"
+#include "files/update.h"
 
 #include <string>
 #include <string_view>
@@ -19,17 +18,20 @@ inline constexpr std::size_t XAS_FULL_HOSTNAME_MAX = 255;
 std::string xasFullHostname(const XasHostnamePayload &payload);
 
 /** The new hosts text: a loopback line for the full host name first, the old loopback lines dropped. */
-std::string xasHostsText(std::string_view oldText, const std::string &fullName);
+std::string xasHostsText(std::string_view oldText, const XasHostnamePayload &payload);
 
-/** The static-domain text: what stands behind the first "." of the name, or nothing. */
-std::string xasDomainText(std::string_view fullName);
+/** The host-name file: the full name. */
+std::string xasHostnameText(const XasHostnamePayload &payload);
 
-/** The editors: each returns 0, or 1 with the failure in `reply`. The files must exist. */
-int xasEditHostsFile(const char *cfgFileName, const char *hostname, XasReplyStatus *reply);
-int xasEditHostnameFile(const char *cfgFileName, const char *hostname, XasReplyStatus *reply);
-int xasEditDomainCfgFile(const char *cfgFileName, const char *hostname, XasReplyStatus *reply);
+/** The static-domain text: what stands behind the first "." of the full name, or nothing. */
+std::string xasDomainText(const XasHostnamePayload &payload);
 
-/** The handler of XMSG_HOSTNAME. Needs the files "hosts", "hostname", "network" and "domain". */
-int xasUpdateHostnameCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+/** The editors. The files must exist. */
+extern const XasEditor<XasHostnamePayload> xasEditHostsFile;
+extern const XasEditor<XasHostnamePayload> xasEditHostnameFile;
+extern const XasEditor<XasHostnamePayload> xasEditDomainCfgFile;
+
+/** The handler of XMSG_HOSTNAME. */
+extern const XasFilesUpdate xasUpdateHostnameCfg;
 
 #endif

@@ -1,7 +1,6 @@
 #include "config/interface_file.h"
 
 #include "config/web_hostname.h"
-#include "core/assert.h"
 #include "core/log.h"
 #include "core/text.h"
 #include "core/utils.h"
@@ -11,18 +10,6 @@
 #include <array>
 
 namespace {
-
-constexpr XasEditTexts TEXTS{
-    .openReason = "Error opening ethernet config file",
-    .writeLog = "Error printing line to Ethernet config file\n",
-    .saveReason = "Error saving new ethernet config file",
-};
-
-constexpr XasEditTexts ENABLE_TEXTS{
-    .openReason = "Error opening ethernet enable config file",
-    .writeLog = "Error printing line to Ethernet config file\n",
-    .saveReason = "Error saving new ethernet config file",
-};
 
 /** Names of XasAddressSource. */
 constexpr std::array<const char *, 3> SOURCES = {"bootp", "dhcp", "static"};
@@ -56,13 +43,13 @@ std::string slaveLines()
     return "MASTER=bond0\nSLAVE=yes\nBOOTPROTO=none\nONBOOT=yes\n";
 }
 
-/** The name to ask a DHCP server with; empty for a port that does not ask one, or when there is none. */
-std::string dhcpHostnameOf(const XasEthInterface &interface)
+/** The text with the name to ask a DHCP server with, which is read only for a port that asks one. */
+XasNewText ethCfgText(const XasEthInterface &interface, XasReplyStatus *reply)
 {
     std::string hostname;
     if (!interface.isSlave && interface.port.source == XAS_SOURCE_DHCP)
         xasGetXmlHostname(hostname);
-    return hostname;
+    return xasEthCfgText(interface, hostname, reply);
 }
 
 } // namespace
@@ -77,7 +64,7 @@ XasNewText xasEthCfgText(const XasEthInterface &interface, const std::string &dh
     if (interface.isSlave)
         return text + slaveLines();
     if (port.source >= SOURCES.size()) {
-        xasSetReply(*reply, XAS_RCODE_MISSING, "Invalid address source");
+        xasSetReply(*reply, XAS_INVALID_SOURCE);
         return {std::move(text), false};
     }
     text += keyLine("BOOTPROTO", SOURCES[port.source]) + ipv4Lines(port) + ipv6Lines(port) +
@@ -98,21 +85,19 @@ std::string xasEthEnableText(std::string_view oldText, bool enabled)
     return xasReplaceKeyLines(oldText, "=", std::array{XasKeyLine{"ONBOOT", onBootLine(enabled)}});
 }
 
-int xasEditEthCfgFile(const char *cfgFileName, const XasEthPort *ethPort, std::string_view device,
-                      bool isSlave, std::uint32_t bonding, XasReplyStatus *reply)
-{
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(ethPort, "ethPort");
-    const XasEthInterface interface {
-        *ethPort, device, isSlave, bonding
-    };
-    return xasRegenerateFile(cfgFileName, TEXTS, reply,
-                             [&] { return xasEthCfgText(interface, dhcpHostnameOf(interface), reply); });
-}
+constexpr XasEditor<XasEthInterface> xasEditEthCfgFile{
+    .argument = "ethPort",
+    .texts = {.openReason = "Error opening ethernet config file",
+              .writeLog = "Error printing line to Ethernet config file\n",
+              .saveReason = "Error saving new ethernet config file",
+              .anew = true},
+    .text = [](std::string_view /*oldText*/, const XasEthInterface &interface, XasReplyStatus *reply) {
+        return ethCfgText(interface, reply);
+    }};
 
-int xasEditEthEnableCfgFile(const char *cfgFileName, bool enabled, XasReplyStatus *reply)
-{
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    return xasEditFile(cfgFileName, ENABLE_TEXTS, reply,
-                       [&](std::string_view oldText) { return xasEthEnableText(oldText, enabled); });
-}
+constexpr XasEditor<bool> xasEditEthEnableCfgFile{
+    .argument = "enabled",
+    .texts = {.openReason = "Error opening ethernet enable config file",
+              .writeLog = "Error printing line to Ethernet config file\n",
+              .saveReason = "Error saving new ethernet config file"},
+    .text = xasMadeBy<xasEthEnableText>};

@@ -5,7 +5,6 @@
 #ifndef XAS_CONFIG_INTERFACE_FILE_H
 #define XAS_CONFIG_INTERFACE_FILE_H
 
-#include "core/reply.h"
 #include "files/editor.h"
 #include "wire/eth_message.h"
 
@@ -14,6 +13,9 @@
 
 /** The device whose file tells of bonding. */
 inline constexpr std::string_view XAS_BOND_DEVICE = "bond0";
+
+/** Of a port whose address source is not a known one. */
+inline constexpr XasReason XAS_INVALID_SOURCE{XAS_RCODE_MISSING, "Invalid address source"};
 
 /** What an interface file is written from. */
 struct XasEthInterface {
@@ -35,14 +37,12 @@ XasNewText xasEthCfgText(const XasEthInterface &interface, const std::string &dh
 std::string xasEthEnableText(std::string_view oldText, bool enabled);
 
 /**
- * Writes an interface file anew; it need not exist. The name to ask with is read from the web front end's
- * settings. Returns 0; or 1, with the failure in `reply` unless it was the bonding mode.
+ * Writes an interface file anew. The name to ask with is read from the web front end's settings. A bonding
+ * mode without options leaves the reply as it is.
  */
-int xasEditEthCfgFile(const char *cfgFileName, const XasEthPort *ethPort, std::string_view device,
-                      bool isSlave, std::uint32_t bonding, XasReplyStatus *reply);
+extern const XasEditor<XasEthInterface> xasEditEthCfgFile;
 
-/** Edits the ONBOOT line of an interface file, which must exist. Returns 0, or 1 with the failure in `reply`.
- */
-int xasEditEthEnableCfgFile(const char *cfgFileName, bool enabled, XasReplyStatus *reply);
+/** Edits the ONBOOT line of an interface file, which must exist. */
+extern const XasEditor<bool> xasEditEthEnableCfgFile;
 
 #endif

@@ -1,19 +1,11 @@
 #include "config/kernel.h"
 
-#include "core/assert.h"
 #include "core/text.h"
-#include "files/editor.h"
 #include "files/key_lines.h"
 
 #include <array>
 
 namespace {
-
-constexpr XasEditTexts TEXTS{
-    .openReason = "Error opening kernel config file",
-    .writeLog = "Error printing line to Ethernet config file\n",
-    .saveReason = "Error saving new kernel config file",
-};
 
 XasKeyLine parameter(const char *key, std::uint32_t value)
 {
@@ -22,21 +14,20 @@ XasKeyLine parameter(const char *key, std::uint32_t value)
 
 } // namespace
 
-std::string xasKernelCfgText(std::string_view oldText, const XasKernCfg &kernCfg)
+std::string xasKernelCfgText(std::string_view oldText, const XasEthPayload &eth)
 {
     const std::array parameters = {
-        parameter("net.ipv4.ip_forward", kernCfg.ipForwarding),
-        parameter("net.ipv4.tcp_keepalive_time", kernCfg.keepaliveTime),
-        parameter("net.ipv4.tcp_keepalive_probes", kernCfg.keepaliveProbes),
-        parameter("net.ipv4.tcp_keepalive_intvl", kernCfg.keepaliveInterval),
+        parameter("net.ipv4.ip_forward", eth.ip_forwarding),
+        parameter("net.ipv4.tcp_keepalive_time", eth.timer),
+        parameter("net.ipv4.tcp_keepalive_probes", eth.probes),
+        parameter("net.ipv4.tcp_keepalive_intvl", eth.interval),
     };
     return xasReplaceKeyLines(oldText, " =", parameters);
 }
 
-int xasEditKernelCfgFile(const char *cfgFileName, const XasKernCfg *kernCfg, XasReplyStatus *reply)
-{
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(kernCfg, "kernCfg");
-    return xasEditFile(cfgFileName, TEXTS, reply,
-                       [&](std::string_view oldText) { return xasKernelCfgText(oldText, *kernCfg); });
-}
+constexpr XasEditor<XasEthPayload> xasEditKernelCfgFile{
+    .argument = "kernCfg",
+    .texts = {.openReason = "Error opening kernel config file",
+              .writeLog = "Error printing line to Ethernet config file\n",
+              .saveReason = "Error saving new kernel config file"},
+    .text = xasMadeBy<xasKernelCfgText>};

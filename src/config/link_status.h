@@ -2,11 +2,12 @@
 #ifndef XAS_CONFIG_LINK_STATUS_H
 #define XAS_CONFIG_LINK_STATUS_H
 
-#include "core/appmgr.h"
-#include "core/reply.h"
-#include "wire/message.h"
+#include "files/update.h"
 
-/** The handler of XMSG_NOTIFY. Needs the file "eth0" or "eth1", that of the port which changed. */
+/** The files of the two ports. */
+extern const XasFilesUpdate xasEthIfStatusFiles;
+
+/** The handler of XMSG_NOTIFY. Edits the file "eth0" or "eth1", that of the port which changed. */
 int xasUpdateEthIfStatusCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
 
 #endif

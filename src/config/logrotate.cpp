@@ -1,18 +1,10 @@
 #include "config/logrotate.h"
 
-#include "core/assert.h"
 #include "core/text.h"
-#include "files/editor.h"
 
 #include <array>
 
 namespace {
-
-constexpr XasEditTexts TEXTS{
-    .openReason = "Error opening logrotate config file",
-    .writeLog = "Error printing line to logrotate config file\n",
-    .saveReason = "Error saving new logrotate config file",
-};
 
 constexpr int BYTES_PER_KILOBYTE = 1024;
 
@@ -53,10 +45,10 @@ std::string resized(std::string_view line, const SizeRule &rule, int kilobytes)
 
 } // namespace
 
-std::string xasLogrotateText(std::string_view oldText, const XasSyslogPayload &sysLogInfo)
+std::string xasLogrotateText(std::string_view oldText, const XasSyslogPayload &syslog)
 {
     std::string newText;
-    int kilobytes = sysLogInfo.log_size;
+    int kilobytes = syslog.log_size;
     xasForEachLine(oldText, [&](std::string_view line) {
         for (const SizeRule &rule : SIZE_RULES) {
             if (contains(line, rule.token)) {
@@ -65,17 +57,15 @@ std::string xasLogrotateText(std::string_view oldText, const XasSyslogPayload &s
             }
         }
         if (contains(line, NUT_LOG))
-            kilobytes = sysLogInfo.nut_size;
+            kilobytes = syslog.nut_size;
         newText += line;
     });
     return newText;
 }
 
-int xasEditLogrotateCfgFile(const char *cfgFileName, const XasSyslogPayload *sysLogInfo,
-                            XasReplyStatus *reply)
-{
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(sysLogInfo, "sysLogInfo");
-    return xasEditFile(cfgFileName, TEXTS, reply,
-                       [&](std::string_view oldText) { return xasLogrotateText(oldText, *sysLogInfo); });
-}
+constexpr XasEditor<XasSyslogPayload> xasEditLogrotateCfgFile{
+    .argument = "sysLogInfo",
+    .texts = {.openReason = "Error opening logrotate config file",
+              .writeLog = "Error printing line to logrotate config file\n",
+              .saveReason = "Error saving new logrotate config file"},
+    .text = xasMadeBy<xasLogrotateText>};

@@ -8,16 +8,15 @@
 #define XAS_CONFIG_LOGROTATE_H
 
 #include "config/syslog_message.h"
-#include "core/reply.h"
+#include "files/editor.h"
 
 #include <string>
 #include <string_view>
 
 /** The new text: behind the first line of "/var/log/nut" with the size of its logs, before with the other. */
-std::string xasLogrotateText(std::string_view oldText, const XasSyslogPayload &sysLogInfo);
+std::string xasLogrotateText(std::string_view oldText, const XasSyslogPayload &syslog);
 
-/** Edits the file at `cfgFileName`, which must exist. Returns 0, or 1 with the failure in `reply`. */
-int xasEditLogrotateCfgFile(const char *cfgFileName, const XasSyslogPayload *sysLogInfo,
-                            XasReplyStatus *reply);
+/** Edits the file, which must exist. */
+extern const XasEditor<XasSyslogPayload> xasEditLogrotateCfgFile;
 
 #endif

@@ -4,19 +4,15 @@
 
 #include "core/reply.h"
 #include "files/editor.h"
-
-#include <cstdint>
+#include "wire/eth_message.h"
 
 /**
  * The text of the file; empty without bonding and with IPv6 on. A bonding mode that has no options is logged
  * and ends the text.
  */
-XasNewText xasModProbeCfgText(std::uint32_t bonding, bool ipv6Enabled);
+XasNewText xasModProbeCfgText(const XasEthPayload &eth);
 
-/** Writes the file anew; it need not exist. Returns 0; or 1, with the failure in `reply` unless it was the
- * mode.
- */
-int xasEditModProbeCfgFile(const char *cfgFileName, std::uint32_t bonding, bool ipv6Enabled,
-                           XasReplyStatus *reply);
+/** Writes the file anew. A bonding mode without options leaves the reply as it is. */
+extern const XasEditor<XasEthPayload> xasEditModProbeCfgFile;
 
 #endif

@@ -1,21 +1,13 @@
 #include "config/network_file.h"
 
-#include "core/assert.h"
 #include "core/text.h"
 #include "core/utils.h"
-#include "files/editor.h"
 #include "platform/config_library.h"
 
 #include <algorithm>
 #include <span>
 
 namespace {
-
-constexpr XasEditTexts TEXTS{
-    .openReason = "Error opening network config file",
-    .writeLog = "Error printing line to network config file\n",
-    .saveReason = "Error saving new network config file",
-};
 
 bool isUnset(const in6_addr &address)
 {
@@ -67,10 +59,9 @@ std::string xasNetCfgText(std::string_view oldText, const XasNetInfo &netInfo)
     return newText;
 }
 
-int xasEditNetCfgFile(const char *cfgFileName, const XasNetInfo *netInfo, XasReplyStatus *reply)
-{
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(netInfo, "netInfo");
-    return xasEditFile(cfgFileName, TEXTS, reply,
-                       [&](std::string_view oldText) { return xasNetCfgText(oldText, *netInfo); });
-}
+constexpr XasEditor<XasNetInfo> xasEditNetCfgFile{
+    .argument = "netInfo",
+    .texts = {.openReason = "Error opening network config file",
+              .writeLog = "Error printing line to network config file\n",
+              .saveReason = "Error saving new network config file"},
+    .text = xasMadeBy<xasNetCfgText>};

@@ -5,7 +5,7 @@
 #ifndef XAS_CONFIG_NETWORK_FILE_H
 #define XAS_CONFIG_NETWORK_FILE_H
 
-#include "core/reply.h"
+#include "files/editor.h"
 
 #include <cstdint>
 #include <netinet/in.h>
@@ -31,7 +31,8 @@ struct XasNetInfo {
  */
 std::string xasNetCfgText(std::string_view oldText, const XasNetInfo &netInfo);
 
-/** Edits the file at `cfgFileName`, which must exist. Returns 0, or 1 with the failure in `reply`. */
-int xasEditNetCfgFile(const char *cfgFileName, const XasNetInfo *netInfo, XasReplyStatus *reply);
+/** Edits the file, which must exist. (The NIS domain's line in it has an editor of its own,
+ * xasEditNetworkCfgFile in auth/nis.h.) */
+extern const XasEditor<XasNetInfo> xasEditNetCfgFile;
 
 #endif

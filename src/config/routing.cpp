@@ -1,28 +1,13 @@
 #include "config/routing.h"
 
-#include "core/assert.h"
 #include "core/log.h"
 #include "core/text.h"
 #include "core/utils.h"
-#include "files/editor.h"
 
 #include <algorithm>
 #include <array>
 
 namespace {
-
-/** Both editors save with the firewall's text. */
-constexpr XasEditTexts ZEBRA_TEXTS{
-    .openReason = "Error opening zebra config file",
-    .writeLog = nullptr,
-    .saveReason = "Error saving new firewall config file",
-};
-
-constexpr XasEditTexts RIPD_TEXTS{
-    .openReason = "Error opening routing config file",
-    .writeLog = nullptr,
-    .saveReason = "Error saving new firewall config file",
-};
 
 /** Whole lines, line feed included: the same words with anything behind them are other lines. */
 constexpr std::array<std::string_view, 3> RIP_SECTIONS = {"interface eth0\n", "interface eth1\n",
@@ -63,21 +48,21 @@ std::string ripSections(std::uint32_t ripVersion)
 
 } // namespace
 
-std::string xasZebraText(std::string_view oldText, const XasRoutingPayload &routerCfg)
+std::string xasZebraText(std::string_view oldText, const XasRoutingPayload &routing)
 {
     std::string newText;
     xasForEachLine(oldText, [&](std::string_view line) {
         if (!beforeEquals(line).starts_with("ip route"))
             newText += line;
     });
-    if (routerCfg.static_enabled != 0) {
-        for (const XasRoute &route : routerCfg.routes)
+    if (routing.static_enabled != 0) {
+        for (const XasRoute &route : routing.routes)
             newText += routeLine(route);
     }
     return newText;
 }
 
-std::string xasRipdText(std::string_view oldText, const XasRoutingPayload &routerCfg)
+std::string xasRipdText(std::string_view oldText, const XasRoutingPayload &routing)
 {
     std::string newText;
     bool inRipSection = false;
@@ -88,49 +73,41 @@ std::string xasRipdText(std::string_view oldText, const XasRoutingPayload &route
         } else if (std::ranges::find(RIP_SECTIONS, command) != RIP_SECTIONS.end()) {
             inRipSection = true;
         } else {
-            if (command == LINE_VTY && routerCfg.rip_enabled != 0)
-                newText += ripSections(routerCfg.rip_version);
+            if (command == LINE_VTY && routing.rip_enabled != 0)
+                newText += ripSections(routing.rip_version);
             newText += line;
         }
     });
     return newText;
 }
 
-int xasEditZebraCfgFile(const char *cfgFileName, const XasRoutingPayload *routerCfg, XasReplyStatus *reply)
-{
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(routerCfg, "routerCfg");
-    return xasEditFile(cfgFileName, ZEBRA_TEXTS, reply,
-                       [&](std::string_view oldText) { return xasZebraText(oldText, *routerCfg); });
-}
+/** Both editors save with the firewall's text. */
+constexpr XasEditor<XasRoutingPayload> xasEditZebraCfgFile{
+    .argument = "routerCfg",
+    .texts = {.openReason = "Error opening zebra config file",
+              .saveReason = "Error saving new firewall config file"},
+    .text = xasMadeBy<xasZebraText>};
 
-int xasEditRipdCfgFile(const char *cfgFileName, const XasRoutingPayload *routerCfg, XasReplyStatus *reply)
-{
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(routerCfg, "routerCfg");
-    return xasEditFile(cfgFileName, RIPD_TEXTS, reply,
-                       [&](std::string_view oldText) { return xasRipdText(oldText, *routerCfg); });
-}
+constexpr XasEditor<XasRoutingPayload> xasEditRipdCfgFile{
+    .argument = "routerCfg",
+    .texts = {.openReason = "Error opening routing config file",
+              .saveReason = "Error saving new firewall config file"},
+    .text = xasMadeBy<xasRipdText>};
 
-int xasUpdateRoutingCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
-{
-    xasAssertGiven(msg, "msg");
-    xasAssert(XMSG_ROUTING == msg->xH.msgtype, "XMSG_ROUTING == msg->xH.msgtype");
-    xasAssertGiven(cfgFiles, "cfgFiles");
+namespace {
 
-    const char *zebraFile = xasGetCfgFilePath("zebra", *cfgFiles);
-    const char *ripdFile = xasGetCfgFilePath("ripd", *cfgFiles);
-    if (zebraFile == nullptr || ripdFile == nullptr) {
-        xasLogError("Error determining router config file\n");
-        return 1;
-    }
-    const auto routerCfg = xasReadPayload<XasRoutingPayload>(*msg);
-    const int zebraResult = xasEditZebraCfgFile(zebraFile, &routerCfg, reply);
-    if (zebraResult != 0)
-        xasLogError("Error editing Zebra config file\n");
-    if (xasEditRipdCfgFile(ripdFile, &routerCfg, reply) != 0) {
-        xasLogError("Error editing Ripd config file\n");
-        return 1;
-    }
-    return zebraResult;
-}
+constexpr XasFileRow FILES[] = {
+    {.type = "zebra",
+     .edit = xasEditedBy<xasEditZebraCfgFile>,
+     .missingLog = "Error determining router config file\n",
+     .editLog = "Error editing Zebra config file\n"},
+    {.type = "ripd",
+     .edit = xasEditedBy<xasEditRipdCfgFile>,
+     .missingLog = "Error determining router config file\n",
+     .editLog = "Error editing Ripd config file\n"},
+};
+
+} // namespace
+
+constexpr XasFilesUpdate xasUpdateRoutingCfg{
+    .msgtype = XMSG_ROUTING, .files = FILES, .onFailure = XasOnFailure::goOn, .lookUp = XasLookUp::together};

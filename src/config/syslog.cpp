@@ -1,20 +1,13 @@
 #include "config/syslog.h"
 
-#include "core/assert.h"
+#include "config/logrotate.h"
 #include "core/text.h"
 #include "core/utils.h"
-#include "files/editor.h"
 
 #include <algorithm>
 #include <array>
 
 namespace {
-
-constexpr XasEditTexts TEXTS{
-    .openReason = "Error opening syslog config file",
-    .writeLog = "Error printing line to syslog config file\n",
-    .saveReason = "Error saving new syslog config file",
-};
 
 constexpr std::array<const char *, XAS_SYSLOG_LEVELS> LEVEL_NAMES = {"none", "info", "warning", "err",
                                                                      "debug"};
@@ -35,9 +28,9 @@ constexpr std::array CATEGORIES = {
     LogCategory{"local6", "/var/log/sw", FIXED_LEVEL}, LogCategory{"kern", "/var/log/general", 5},
 };
 
-const char *levelName(const LogCategory &category, const XasSyslogPayload &sysLogInfo)
+const char *levelName(const LogCategory &category, const XasSyslogPayload &syslog)
 {
-    return category.level == FIXED_LEVEL ? "info" : LEVEL_NAMES.at(sysLogInfo.levels[category.level]);
+    return category.level == FIXED_LEVEL ? "info" : LEVEL_NAMES.at(syslog.levels[category.level]);
 }
 
 bool isForwardingRule(std::string_view line)
@@ -46,7 +39,7 @@ bool isForwardingRule(std::string_view line)
 }
 
 /** What becomes of a line that is neither a comment nor a forwarding rule. */
-std::string localRule(std::string_view line, const XasSyslogPayload &sysLogInfo)
+std::string localRule(std::string_view line, const XasSyslogPayload &syslog)
 {
     const std::string_view facility = xasFirstToken(line, ".");
     const auto *const category = std::ranges::find(CATEGORIES, facility, &LogCategory::facility);
@@ -54,55 +47,85 @@ std::string localRule(std::string_view line, const XasSyslogPayload &sysLogInfo)
         return std::string{line};
     if (line.find('/') == std::string_view::npos)
         return {};
-    return xasFormatLine("%s.%s    %s\n", category->facility, levelName(*category, sysLogInfo),
-                         category->file);
+    return xasFormatLine("%s.%s    %s\n", category->facility, levelName(*category, syslog), category->file);
 }
 
-std::string remoteRules(const char *server, const XasSyslogPayload &sysLogInfo)
+std::string remoteRules(const char *server, const XasSyslogPayload &syslog)
 {
     std::string rules;
     for (const LogCategory &category : CATEGORIES)
-        rules += xasFormatLine("%s.%s    @%s\n", category.facility, levelName(category, sysLogInfo), server);
+        rules += xasFormatLine("%s.%s    @%s\n", category.facility, levelName(category, syslog), server);
     return rules + xasFormatLine("%s.info    @%s\n", "auth", server);
 }
 
 } // namespace
 
-bool xasAreSyslogLevelsValid(const XasSyslogPayload &sysLogInfo)
+bool xasAreSyslogLevelsValid(const XasSyslogPayload &syslog)
 {
-    return std::ranges::all_of(sysLogInfo.levels,
-                               [](std::uint32_t level) { return level < XAS_SYSLOG_LEVELS; });
+    return std::ranges::all_of(syslog.levels, [](std::uint32_t level) { return level < XAS_SYSLOG_LEVELS; });
 }
 
-std::string xasSyslogLocalText(std::string_view oldText, const XasSyslogPayload &sysLogInfo)
+std::string xasSyslogLocalText(std::string_view oldText, const XasSyslogPayload &syslog)
 {
     std::string newText;
     xasForEachLine(oldText, [&](std::string_view line) {
         if (line.starts_with('#'))
             newText += line;
         else if (!isForwardingRule(line))
-            newText += localRule(line, sysLogInfo);
+            newText += localRule(line, syslog);
     });
     return newText;
 }
 
-std::string xasSyslogRemoteText(const XasSyslogPayload &sysLogInfo)
+std::string xasSyslogRemoteText(const XasSyslogPayload &syslog)
 {
     std::string rules;
-    for (const XasHostAddr &server : sysLogInfo.remotes) {
+    for (const XasHostAddr &server : syslog.remotes) {
         if (xasIsHostGiven(server))
-            rules += remoteRules(xasHostToStr(server).c_str(), sysLogInfo);
+            rules += remoteRules(xasHostToStr(server).c_str(), syslog);
     }
     return rules;
 }
 
-int xasEditSyslogCfgFile(const char *cfgFileName, const XasSyslogPayload *sysLogInfo, XasReplyStatus *reply)
+XasNewText xasSyslogText(std::string_view oldText, const XasSyslogPayload &syslog)
 {
-    xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(sysLogInfo, "sysLogInfo");
-    return xasEditFile(cfgFileName, TEXTS, reply, [&](std::string_view oldText) {
-        XasNewText newText{xasSyslogLocalText(oldText, *sysLogInfo)};
-        newText.tail = xasSyslogRemoteText(*sysLogInfo);
-        return newText;
-    });
+    XasNewText newText{xasSyslogLocalText(oldText, syslog)};
+    newText.tail = xasSyslogRemoteText(syslog);
+    return newText;
 }
+
+constexpr XasEditor<XasSyslogPayload> xasEditSyslogCfgFile{
+    .argument = "sysLogInfo",
+    .texts = {.openReason = "Error opening syslog config file",
+              .writeLog = "Error printing line to syslog config file\n",
+              .saveReason = "Error saving new syslog config file"},
+    .text = xasMadeBy<xasSyslogText>};
+
+namespace {
+
+constexpr XasFileRow FILES[] = {
+    {.type = "syslog",
+     .edit = xasEditedBy<xasEditSyslogCfgFile>,
+     .missingLog = "Error determining config file for syslog\n",
+     .editLog = "Error editing syslog config file\n"},
+    {.type = "logrotate",
+     .edit = {[](const XasEditCall &call) {
+                  const auto syslog = xasReadPayload<XasSyslogPayload>(call.msg);
+                  return xasEditLogrotateCfgFile(call.path, &syslog, call.reply);
+              },
+              &xasEditLogrotateCfgFile.texts},
+     .missingLog = "Error determining config file for logrotate\n",
+     .editLog = "Error editing logrotate config file\n"},
+};
+
+} // namespace
+
+constexpr XasFilesUpdate xasUpdateSyslogCfg{
+    .msgtype = XMSG_SYSLOG,
+    .files = FILES,
+    .onFailure = XasOnFailure::goOn,
+    .settled = [](const XasMessage &msg) -> std::optional<int> {
+        if (xasAreSyslogLevelsValid(xasReadPayload<XasSyslogPayload>(msg)))
+            return std::nullopt;
+        return 1;
+    }};

@@ -6,24 +6,28 @@
 #define XAS_CONFIG_SYSLOG_H
 
 #include "config/syslog_message.h"
-#include "core/reply.h"
+#include "files/update.h"
 
 #include <string>
 #include <string_view>
 
 /** True when every level index names a level; the functions below take no others. */
-bool xasAreSyslogLevelsValid(const XasSyslogPayload &sysLogInfo);
+bool xasAreSyslogLevelsValid(const XasSyslogPayload &syslog);
 
 /**
  * The lines of the old text, those of our categories set to their file and level. Our categories without a
  * path and all forwarding rules are dropped; our categories are not appended where they are missing.
  */
-std::string xasSyslogLocalText(std::string_view oldText, const XasSyslogPayload &sysLogInfo);
+std::string xasSyslogLocalText(std::string_view oldText, const XasSyslogPayload &syslog);
 
 /** The forwarding rules, which stand behind the local ones: a block for each server that is given. */
-std::string xasSyslogRemoteText(const XasSyslogPayload &sysLogInfo);
+std::string xasSyslogRemoteText(const XasSyslogPayload &syslog);
 
-/** Edits the file at `cfgFileName`, which must exist. Returns 0, or 1 with the failure in `reply`. */
-int xasEditSyslogCfgFile(const char *cfgFileName, const XasSyslogPayload *sysLogInfo, XasReplyStatus *reply);
+/** Edits the file, which must exist. */
+extern const XasEditor<XasSyslogPayload> xasEditSyslogCfgFile;
+
+/** The handler of XMSG_SYSLOG: this file and the sizes in the rotation's. An unknown level changes nothing.
+ */
+extern const XasFilesUpdate xasUpdateSyslogCfg;
 
 #endif

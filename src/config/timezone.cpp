@@ -1,6 +1,5 @@
 #include "config/timezone.h"
 
-#include "core/assert.h"
 #include "core/log.h"
 
 #include <cerrno>
@@ -41,28 +40,28 @@ bool putLink(const char *path, const std::string &target)
     return false;
 }
 
+constexpr XasFileRow FILES[] = {
+    {.type = "tzpathbase", .missingLog = "Error determining timezone base path\n"},
+    {.type = "cfglink", .missingLog = "Error determining timezone config file link\n"},
+};
+
 } // namespace
 
-int xasUpdateTimezoneCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus * /*reply*/)
-{
-    xasAssertGiven(msg, "msg");
-    xasAssert(XMSG_TIMEZONE == msg->xH.msgtype, "XMSG_TIMEZONE == msg->xH.msgtype");
-    xasAssertGiven(cfgFiles, "cfgFiles");
+constexpr XasFilesUpdate xasTimezoneFiles{.msgtype = XMSG_TIMEZONE, .files = FILES};
 
-    const char *base = xasGetCfgFilePath("tzpathbase", *cfgFiles);
-    if (base == nullptr) {
-        xasLogError("Error determining timezone base path\n");
+int xasUpdateTimezoneCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
+{
+    xasAssertUpdate(msg, XMSG_TIMEZONE, cfgFiles);
+    const char *base = xasFindRowFile(FILES[0], *cfgFiles, reply);
+    if (base == nullptr)
         return 1;
-    }
     const auto payload = xasReadPayload<XasTimezonePayload>(*msg);
     const std::string zoneFile = std::string{base}.append("/").append(xasFieldText(payload.zone));
     if (!isZoneFileThere(zoneFile))
         return 1;
-    const char *link = xasGetCfgFilePath("cfglink", *cfgFiles);
-    if (link == nullptr) {
-        xasLogError("Error determining timezone config file link\n");
+    const char *link = xasFindRowFile(FILES[1], *cfgFiles, reply);
+    if (link == nullptr)
         return 1;
-    }
     if (!isReplaceable(link))
         xasLogWarning("failure unlinking timezone symlink file\n");
     if (!putLink(link, zoneFile)) {

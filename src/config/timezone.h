@@ -3,13 +3,14 @@
 #define XAS_CONFIG_TIMEZONE_H
 
 #include "config/timezone_message.h"
-#include "core/appmgr.h"
-#include "core/reply.h"
+#include "files/update.h"
+
+/** What it needs: the directory of the zone files, and the link. */
+extern const XasFilesUpdate xasTimezoneFiles;
 
 /**
- * The handler of XMSG_TIMEZONE. Needs "tzpathbase", the directory of the zone files, and "cfglink", the link.
- * The link changes in one step; a zone without a file leaves it as it is. Failures are logged, the reply is
- * left alone.
+ * The handler of XMSG_TIMEZONE. The link changes in one step; a zone without a file leaves it as it is.
+ * Failures are logged, the reply is left alone.
  */
 int xasUpdateTimezoneCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
 

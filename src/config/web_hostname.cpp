@@ -41,7 +41,7 @@ std::string xasWebHostname(std::string_view text)
 
 int xasGetXmlHostname(std::string &hostname)
 {
-    const XasFile file = xasOpenFile(SETTINGS, "r");
+    const XasFile file = xasOpenFile(SETTINGS);
     if (!file) {
         xasLogError("cannot open network.xml file\n");
         return 1;

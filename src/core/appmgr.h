@@ -63,7 +63,4 @@ const char *xasGetCfgFilePath(std::string_view type, const XasCfgFileList &cfgFi
 /** Removes `app` from the list and releases it; an application that is not in the list is left alone. */
 void xasFreeApp(XasAppList &apps, const XasApp *app);
 
-/** Appends a listing for people to "/tmp/outfp.txt"; does nothing when it cannot be opened. */
-void xasDumpAppList(const XasAppList &apps);
-
 #endif

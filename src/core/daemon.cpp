@@ -62,7 +62,7 @@ bool adoptServer(XasDaemon &daemon)
     const std::string pidFile = xasFormat("/var/run/%s.pid", isNmbd ? "nmbd" : "smbd");
     if (!isFilled(pidFile))
         return false;
-    const XasFile file = xasOpenFile(pidFile, "r");
+    const XasFile file = xasOpenFile(pidFile);
     std::array<char, 100> line{};
     if (!file || std::fgets(line.data(), line.size(), file.get()) == nullptr)
         return false;

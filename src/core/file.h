@@ -14,10 +14,10 @@ struct XasFileCloser {
 /** An open stream, or none. */
 using XasFile = std::unique_ptr<FILE, XasFileCloser>;
 
-/** As fopen, closed on exec; `mode` is "r", "w" or "a". */
-inline XasFile xasOpenFile(const std::string &path, const char *mode)
+/** Opens a file for reading, closed on exec. (What is written goes through files/.) */
+inline XasFile xasOpenFile(const std::string &path)
 {
-    return XasFile{std::fopen(path.c_str(), (std::string{mode} + "e").c_str())};
+    return XasFile{std::fopen(path.c_str(), "re")};
 }
 
 /** All that can be read from here on; a directory reads as empty. */

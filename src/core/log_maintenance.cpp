@@ -23,7 +23,7 @@ std::int32_t ticks = 0;
 void logRotationErrors()
 {
     constexpr std::string_view ERROR_MARK = "error: ";
-    const XasFile output = xasOpenFile(ROTATION_OUTPUT, "r");
+    const XasFile output = xasOpenFile(ROTATION_OUTPUT);
     xasLogError("error calling script /usr/sbin/logrotate\n");
     std::array<char, 256> line{};
     while (output && std::fgets(line.data(), line.size(), output.get()) != nullptr) {

@@ -24,11 +24,22 @@ struct XasReplyStatus {
     std::string rstr;
 };
 
+/** A code and the reason that goes with it. */
+struct XasReason {
+    std::uint32_t rcode;
+    const char *text;
+};
+
 /** Fills the reply; the reason is cut to XAS_REASON_MAX characters. */
 inline void xasSetReply(XasReplyStatus &reply, std::uint32_t rcode, std::string_view reason)
 {
     reply.rcode = rcode;
     reply.rstr = reason.substr(0, XAS_REASON_MAX);
+}
+
+inline void xasSetReply(XasReplyStatus &reply, const XasReason &reason)
+{
+    xasSetReply(reply, reason.rcode, reason.text);
 }
 
 #endif

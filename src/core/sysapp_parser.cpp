@@ -230,7 +230,7 @@ int xasLoadAppList(const char *path, XasAppList &apps)
     XML_SetCharacterDataHandler(parser.get(), characterData);
     XML_SetCommentHandler(parser.get(), comment);
 
-    const XasFile file = xasOpenFile(path, "r");
+    const XasFile file = xasOpenFile(path);
     if (!file) {
         xasLogError("Error opening XML document (%s)\n", std::strerror(errno));
         return -1;

@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr std::uint32_t OPEN_FAILED = 2;
-
 constexpr const char *LISTING = "/tmp/xas_ipfilter.txt";
 
 /** "eth0" for Ethernet port 1, "ppp1" for PPP link 1. */
@@ -76,9 +74,9 @@ int xasIPFilterAssign(const XasMessage *msg, XasReplyStatus *reply)
     const auto assignment = xasReadPayload<XasIpFilterAssignPayload>(*msg);
     const std::string interface = interfaceName(assignment);
     listInputRules(interface);
-    XasFile listing = xasOpenFile(LISTING, "r");
+    XasFile listing = xasOpenFile(LISTING);
     if (!listing) {
-        xasSetReply(*reply, OPEN_FAILED, "Error openning IP Filter temp file");
+        xasSetReply(*reply, XAS_FILTER_LISTING_FAILED);
         return 1;
     }
     removeJumpRules(listing.get(), interface);

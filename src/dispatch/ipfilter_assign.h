@@ -5,6 +5,8 @@
 #include "core/reply.h"
 #include "wire/message.h"
 
+inline constexpr XasReason XAS_FILTER_LISTING_FAILED{2, "Error openning IP Filter temp file"};
+
 /**
  * Applies an XMSG_IPFILTER_ASSIGN: removes every jump rule of the interface, then adds the one to its set, if
  * it is to have one. Returns 0; 1 with the reply set when the rules cannot be listed; 1 with the reply left

@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr std::uint32_t SWITCHING_FAILED = 1;
-
 bool filterEnabled = true;
 
 } // namespace
@@ -20,7 +18,7 @@ int xasIPFilterEnable(bool enabled, XasReplyStatus *reply)
     if (!enabled) {
         if (xasIPFilterDisable() == 0)
             return 0;
-        xasSetReply(*reply, SWITCHING_FAILED, "Error disabling IP Filter");
+        xasSetReply(*reply, XAS_FILTER_SWITCHING_FAILED);
         return 1;
     }
     xasSystem(XasShellCommand{

@@ -8,6 +8,8 @@
 
 #include "core/reply.h"
 
+inline constexpr XasReason XAS_FILTER_SWITCHING_FAILED{1, "Error disabling IP Filter"};
+
 /**
  * Switches the filter on or off; nothing is done when it is so already. Returns 0; 1 with the reply set when
  * disabling failed. A failed enabling is not noticed.

@@ -4,6 +4,7 @@
 #include "core/log.h"
 #include "core/text.h"
 #include "core/utils.h"
+#include "files/generated_file.h"
 #include "platform/config_library.h"
 
 #include <algorithm>
@@ -203,7 +204,7 @@ int xasIPFilterCopyScript()
 
 XasFile xasIPFilterOpenScript()
 {
-    return xasOpenFile(WORKING_SCRIPT, "a");
+    return xasOpenGrowingFile(WORKING_SCRIPT);
 }
 
 int xasIPFilterEndScript(XasFile script)

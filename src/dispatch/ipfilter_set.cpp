@@ -8,14 +8,11 @@
 
 namespace {
 
-constexpr std::uint32_t SCRIPT_FAILED = 1;
-constexpr std::uint32_t OPEN_FAILED = 2;
-
 constexpr std::uint8_t SETS = 64;
 
-int refuse(XasReplyStatus *reply, std::uint32_t rcode, const char *reason)
+int refuse(XasReplyStatus *reply, const XasReason &reason)
 {
-    xasSetReply(*reply, rcode, reason);
+    xasSetReply(*reply, reason);
     return 1;
 }
 
@@ -73,16 +70,16 @@ int xasIPFilterSet(const XasMessage *msg, XasReplyStatus *reply)
     xasAssertGiven(msg, "msg");
     xasAssert(XMSG_IPFILTER_SET == msg->xH.msgtype, "XMSG_IPFILTER_SET == msg->xH.msgtype");
     if (xasIPFilterCopyScript() != 0)
-        return refuse(reply, SCRIPT_FAILED, "Error copying IP Filter script");
+        return refuse(reply, XAS_FILTER_SET_REASONS[0]);
     XasFile script = xasIPFilterOpenScript();
     if (!script)
-        return refuse(reply, OPEN_FAILED, "Error openning IP Filter script");
+        return refuse(reply, XAS_FILTER_SET_REASONS[1]);
     const std::uint32_t action = xasReadPayload<XasIpFilterSetPayload>(*msg).action;
     const bool isRemoval = action == XAS_FILTER_REMOVE;
     const bool complete = writeSet(*msg, action, script.get()) == 0;
     const bool ended = xasIPFilterEndScript(std::move(script)) == 0;
     if (!complete || !ended || runScript(isRemoval) != 0)
-        return refuse(reply, SCRIPT_FAILED, "Error running IP Filter script");
+        return refuse(reply, XAS_FILTER_SET_REASONS[2]);
     if (isRemoval)
         applyAfterReset();
     return 0;

@@ -5,6 +5,11 @@
 #include "core/reply.h"
 #include "wire/message.h"
 
+/** The script cannot be copied, opened, run. */
+inline constexpr XasReason XAS_FILTER_SET_REASONS[] = {{1, "Error copying IP Filter script"},
+                                                       {2, "Error openning IP Filter script"},
+                                                       {1, "Error running IP Filter script"}};
+
 /** Applies an XMSG_IPFILTER_SET. Returns 0, or 1 with code and reason in `reply`. */
 int xasIPFilterSet(const XasMessage *msg, XasReplyStatus *reply);
 

@@ -2,11 +2,12 @@
 #include "wire/reply_message.h"
 
 #include "core/assert.h"
-#include "core/file.h"
 #include "core/log.h"
 #include "core/msgqueue.h"
+#include "core/text.h"
 #include "core/wait.h"
 #include "dispatch/ipfilter_enable.h"
+#include "files/generated_file.h"
 
 #include <ctime>
 #include <unistd.h>
@@ -34,8 +35,9 @@ std::time_t secondsNow()
 void startTimer(std::int32_t minutes)
 {
     timer = {.running = true, .minutes = minutes, .start = secondsNow()};
-    if (const XasFile file = xasOpenFile(TIMER_FILE, "w"))
-        std::fprintf(file.get(), "%d %lu\n", minutes, static_cast<unsigned long>(timer.start));
+    if (const XasFile file = xasOpenGeneratedFile(TIMER_FILE, XasFileAccess::kept, XasFileLink::refused))
+        xasWriteGenerated(file.get(),
+                          xasFormat("%d %lu\n", minutes, static_cast<unsigned long>(timer.start)));
     xasLogInfo("IP Filter Test Timer started for %d minute(s).\n", minutes);
 }
 

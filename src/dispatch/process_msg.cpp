@@ -1,33 +1,13 @@
 #include "dispatch/process_msg.h"
-#include "wire/reply_message.h"
 
-#include "core/daemon.h"
-#include "core/link_watch.h"
 #include "core/log.h"
-#include "core/shell.h"
-#include "dispatch/dispatch_table.h"
-#include "dispatch/script_params.h"
 #include "dispatch/service.h"
+#include "dispatch/settings.h"
+#include "wire/reply_message.h"
 
 #include <exception>
 
 namespace {
-
-struct BetweenMessages {
-    std::uint32_t lastBondSetting = 0;
-    bool syslogFirstRun = true;
-};
-
-BetweenMessages kept;
-
-/** One message being handled. */
-struct Work {
-    XasAppList &apps;
-    XasMessage &msg;
-    const XasDispatchRow &row;
-    XasApp &app;
-    XasReplyStatus &reply;
-};
 
 /** The steps return true to go on; a step that returns false has logged why, and the message has failed. */
 bool fail(const char *logText)
@@ -36,33 +16,7 @@ bool fail(const char *logText)
     return false;
 }
 
-/** A logger that was started before this program would keep its files: it goes at the first message. */
-void replaceFirstLogger(const XasMessage &msg)
-{
-    if (msg.xH.msgtype != XMSG_SYSLOG || !kept.syslogFirstRun)
-        return;
-    xasSystem(XasShellCommand{"/bin/killall syslogd"});
-    xasSystem(XasShellCommand{"/bin/killall klogd"});
-    kept.syslogFirstRun = false;
-}
-
-bool setScriptParams(const Work &work)
-{
-    const bool hasStartScript = !work.app.startScript.value_or("").empty();
-    switch (work.row.msgtype) {
-    case XMSG_ETH:
-        return xasSetNetScriptOpts(work.app, xasReadPayload<XasEthPayload>(work.msg), kept.lastBondSetting) ==
-               0;
-    case XMSG_NAT_NOTIFY:
-        return !hasStartScript || xasSetNatScriptOpts(&work.msg, &work.app, work.apps) == 0;
-    case XMSG_NOTIFY:
-        return !hasStartScript || xasSetLinkScriptOpts(work.msg, *work.app.startScript) == 0;
-    default:
-        return true;
-    }
-}
-
-bool stopIfRunning(const Work &work)
+bool stopIfRunning(const XasSettingWork &work)
 {
     if (work.app.running != 0 && xasStopApp(work.app, &work.reply) != 0)
         return fail("Error stopping application\n");
@@ -70,12 +24,11 @@ bool stopIfRunning(const Work &work)
 }
 
 /** Calls the handler, which no exception leaves. */
-bool updateConfiguration(const Work &work)
+bool updateConfiguration(const XasSetting &setting, const XasSettingWork &work)
 {
     bool updated = false;
     try {
-        updated =
-            work.row.handler == nullptr || work.row.handler(&work.msg, &work.app.cfgFiles, &work.reply) == 0;
+        updated = setting.update(&work.msg, &work.app.cfgFiles, &work.reply) == 0;
     } catch (const std::exception &error) {
         xasLogError("%s\n", error.what());
     }
@@ -84,18 +37,13 @@ bool updateConfiguration(const Work &work)
     return updated;
 }
 
-/** An authentication order that uses NIS starts the NIS client instead of its own application. */
-bool wantsNisClient(const XasMessage &msg)
-{
-    return msg.xH.msgtype == XMSG_AUTH && xasPayloadValue<std::uint32_t, 132>(msg) != 0 &&
-           xasPayloadValue<std::uint8_t, 121>(msg) != 0;
-}
-
-bool startIfWanted(const Work &work, bool startWanted)
+bool startIfWanted(const XasSetting &setting, const XasSettingWork &work, bool startWanted)
 {
     XasApp *app = startWanted ? &work.app : nullptr;
-    if (wantsNisClient(work.msg)) {
-        app = xasFindApp("ypbind", work.apps);
+    const std::string_view other =
+        setting.startedInstead != nullptr ? setting.startedInstead(work.msg) : std::string_view{};
+    if (!other.empty()) {
+        app = xasFindApp(other, work.apps);
         if (app == nullptr)
             return fail("Could not find application in app list\n");
     }
@@ -104,76 +52,31 @@ bool startIfWanted(const Work &work, bool startWanted)
     return true;
 }
 
-/** The routing daemons must see new interfaces: a router that runs is restarted. */
-bool restartRouter(const Work &work)
-{
-    if (work.row.msgtype != XMSG_ETH)
-        return true;
-    XasApp *router = xasFindApp("router", work.apps);
-    if (router == nullptr)
-        return fail("Could not find routing application in app list\n");
-    if (router->running == 0)
-        return true;
-    if (xasStopApp(*router, &work.reply) != 0)
-        return fail("Error stopping routing application\n");
-    if (xasStartApp(*router, &work.reply) != 0)
-        return fail("Error starting routing application\n");
-    return true;
-}
-
-/** The NTP daemon resolves its servers once: new name servers restart it if it runs. */
-void restartNtpDaemon(XasAppList &apps)
-{
-    XasApp *ntp = xasFindApp("ntp", apps);
-    if (ntp == nullptr || ntp->running == 0 || ntp->daemons.empty())
-        return;
-    XasDaemon &daemon = ntp->daemons.front();
-    if (daemon.running != 0 && daemon.pid > 0 && xasStopDaemon(&daemon) == 0)
-        daemon.pid = xasStartDaemon(&daemon, *ntp);
-}
-
-void doSideEffects(const Work &work)
-{
-    const bool isDns = work.row.msgtype == XMSG_DNS;
-    if (isDns || work.row.msgtype == XMSG_HOSTNAME)
-        xasSystem(XasShellCommand{"/bin/killall -SIGHUP syslogd"});
-    if (isDns) {
-        xasSystem(XasShellCommand{"/bin/killall -SIGHUP snmpd"});
-        restartNtpDaemon(work.apps);
-    }
-}
-
 /** All steps for a message whose application is known. Returns true when everything succeeded. */
-bool applyMessage(const Work &work)
+bool applyMessage(const XasSetting &setting, const XasSettingWork &work)
 {
-    const bool startWanted = xasIsStartWanted(work.row, work.msg);
-    if (!setScriptParams(work) || !stopIfRunning(work))
+    const bool startWanted = xasIsStartWanted(setting, work.msg);
+    if (setting.setScripts != nullptr && !setting.setScripts(work))
         return false;
-    const bool updated = updateConfiguration(work);
-    if (!startIfWanted(work, startWanted) || !restartRouter(work))
+    if (!stopIfRunning(work))
         return false;
-    if (updated && work.row.msgtype == XMSG_ETH)
-        kept.lastBondSetting = xasReadPayload<XasEthPayload>(work.msg).bonding;
-    doSideEffects(work);
+    const bool updated = updateConfiguration(setting, work);
+    if (!startIfWanted(setting, work, startWanted))
+        return false;
+    if (setting.after != nullptr && !setting.after(work, updated))
+        return false;
     return updated;
 }
 
 /** Returns true when the message was applied. */
-bool handleMessage(XasAppList &apps, XasMessage &msg, XasReplyStatus &reply)
+bool handleMessage(const XasSetting &setting, XasAppList &apps, XasMessage &msg, XasReplyStatus &reply)
 {
-    const XasDispatchRow *row = xasFindDispatchRow(msg.xH.msgtype);
-    if (row == nullptr)
-        return false;
-    replaceFirstLogger(msg);
-    XasApp *app = xasFindApp(xasApplicationName(*row, msg), apps);
+    if (setting.onArrival != nullptr)
+        setting.onArrival();
+    XasApp *app = xasFindApp(xasApplicationName(setting, msg), apps);
     if (app == nullptr)
         return fail("Could not find application in app list\n");
-    return applyMessage({apps, msg, *row, *app, reply});
-}
-
-bool isAnswered(std::uint32_t msgtype)
-{
-    return msgtype != XMSG_NAT_NOTIFY && msgtype != XMSG_NOTIFY;
+    return applyMessage(setting, {apps, msg, *app, reply});
 }
 
 int sendAcknowledgement(const XasMessage &msg, bool applied, const XasReplyStatus &reply)
@@ -202,14 +105,8 @@ int xasProcessMsg(XasAppList &apps, const XasIdleWork &idle)
     const int received = xasReceiveMessage(&msg, users, idle);
     if (received != 0)
         return received;
-    if (msg.xH.msgtype == XMSG_ETH)
-        xasNoteEthConfigured();
     XasReplyStatus reply;
-    const bool applied = handleMessage(apps, msg, reply);
-    return isAnswered(msg.xH.msgtype) ? sendAcknowledgement(msg, applied, reply) : 0;
-}
-
-bool xasIsBondingOn()
-{
-    return kept.lastBondSetting != 0;
+    const XasSetting *setting = xasFindSetting(msg.xH.msgtype);
+    const bool applied = setting != nullptr && handleMessage(*setting, apps, msg, reply);
+    return setting == nullptr || setting->answered ? sendAcknowledgement(msg, applied, reply) : 0;
 }

@@ -3,9 +3,8 @@
  *
  * The application concerned is stopped if it runs, its configuration files are rewritten by the type's
  * handler, it is started again by the type's rule (also when the handler failed), and the type's side effects
- * follow. A failure before the handler leaves the configuration untouched. Every message but the two kinds of
- * notification is answered exactly once. Two settings are kept between messages, owned by this unit: the
- * bonding word of the last Ethernet message that was applied completely, and whether a syslog message came.
+ * follow. A failure before the handler leaves the configuration untouched. Every message but those
+ * whose row says otherwise is answered exactly once.
  */
 #ifndef XAS_DISPATCH_PROCESS_MSG_H
 #define XAS_DISPATCH_PROCESS_MSG_H
@@ -18,8 +17,5 @@
  * that failed, 0 for a notification, else the result of sending the acknowledgement.
  */
 int xasProcessMsg(XasAppList &apps, const XasIdleWork &idle);
-
-/** Whether bonding was on in the last Ethernet message that was applied completely. */
-bool xasIsBondingOn();
 
 #endif

@@ -3,6 +3,7 @@
 #include "core/assert.h"
 #include "core/log.h"
 #include "dispatch/ipfilter_assign.h"
+#include "dispatch/ipfilter_enable.h"
 #include "dispatch/ipfilter_set.h"
 #include "dispatch/ipfilter_timer.h"
 
@@ -32,3 +33,9 @@ int xasUpdateFirewall(XasMessage *msg, const XasCfgFileList * /*cfgFiles*/, XasR
         xasLogError("%s\n", reply->rstr.c_str());
     return result;
 }
+
+constexpr XasFilesUpdate xasFirewallReasons{.msgtype = XMSG_FIREWALL,
+                                            .reasons = {&XAS_FILTER_SWITCHING_FAILED, 1}};
+constexpr XasFilesUpdate xasFilterSetReasons{.msgtype = XMSG_IPFILTER_SET, .reasons = XAS_FILTER_SET_REASONS};
+constexpr XasFilesUpdate xasFilterAssignReasons{.msgtype = XMSG_IPFILTER_ASSIGN,
+                                                .reasons = {&XAS_FILTER_LISTING_FAILED, 1}};

@@ -2,14 +2,17 @@
 #ifndef XAS_DISPATCH_UPDATE_FIREWALL_H
 #define XAS_DISPATCH_UPDATE_FIREWALL_H
 
-#include "core/appmgr.h"
-#include "core/reply.h"
-#include "wire/message.h"
+#include "files/update.h"
 
 /**
  * The handler of XMSG_FIREWALL (switching and test timer), XMSG_IPFILTER_SET and XMSG_IPFILTER_ASSIGN. Logs
  * the reply's reason, an empty one too, when the operation fails.
  */
 int xasUpdateFirewall(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+
+/** What the three may say; they have no files in the list. */
+extern const XasFilesUpdate xasFirewallReasons;
+extern const XasFilesUpdate xasFilterSetReasons;
+extern const XasFilesUpdate xasFilterAssignReasons;
 
 #endif

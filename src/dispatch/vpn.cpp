@@ -1,33 +1,22 @@
 #include "dispatch/vpn.h"
 
-#include "core/assert.h"
 #include "core/log.h"
 #include "core/shell.h"
 #include "core/text.h"
 #include "core/utils.h"
-#include "files/editor.h"
+#include "files/generated_file.h"
 
 #include <algorithm>
 #include <arpa/inet.h>
 #include <array>
-#include <cerrno>
-#include <fcntl.h>
 #include <net/if.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
 constexpr const char *SECRETS_FILE = "/etc/ipsec.secrets";
-constexpr mode_t SECRET_MODE = 0600;
-
-constexpr XasEditTexts TEXTS{
-    .openReason = "Error opening VPN config file",
-    .writeLog = nullptr,
-    .saveReason = "Error saving new VPN config file",
-};
 
 /** The two interfaces that a tunnel may begin at: the system's name, and the appliance's. */
 struct LocalInterface {
@@ -39,9 +28,9 @@ struct LocalInterface {
 constexpr LocalInterface ETH1{"eth0", "%eth0", "Eth1"};
 constexpr LocalInterface ETH2{"eth1", "%eth1", "Eth2"};
 
-const LocalInterface &localInterface(const XasVpnPayload &vpnCfg)
+const LocalInterface &localInterface(const XasVpnPayload &vpn)
 {
-    return vpnCfg.ifac == 1 ? ETH1 : ETH2;
+    return vpn.ifac == 1 ? ETH1 : ETH2;
 }
 
 std::optional<std::string> localAddress(const LocalInterface &interface)
@@ -113,18 +102,18 @@ std::string idLine(const char *side, std::string_view text)
     return xasFormat("    %sid=%s%s\n", side, isAddress ? "" : "@", id.c_str());
 }
 
-std::string leftLines(const XasVpnPayload &vpnCfg, const std::optional<std::string> &address)
+std::string leftLines(const XasVpnPayload &vpn, const std::optional<std::string> &address)
 {
     std::string text =
-        xasFormat("    left=%s\n", address ? address->c_str() : localInterface(vpnCfg).unknownAddress);
-    text += subnetLine("left", xasFieldText(vpnCfg.local_subnet));
-    text += nextHopLine("left", vpnCfg.local_hop);
-    text += idLine("left", xasFieldText(vpnCfg.local_id));
-    if (vpnCfg.xauth != 0) {
-        const std::string login{xasFieldText(vpnCfg.xauth_login)};
+        xasFormat("    left=%s\n", address ? address->c_str() : localInterface(vpn).unknownAddress);
+    text += subnetLine("left", xasFieldText(vpn.local_subnet));
+    text += nextHopLine("left", vpn.local_hop);
+    text += idLine("left", xasFieldText(vpn.local_id));
+    if (vpn.xauth != 0) {
+        const std::string login{xasFieldText(vpn.xauth_login)};
         text += "    leftxauthclient=yes\n" + xasFormat("    leftxauthusername=%s\n", login.c_str());
     }
-    if (vpnCfg.modecfg != 0)
+    if (vpn.modecfg != 0)
         text += "    leftmodecfgclient=yes\n";
     return text;
 }
@@ -143,16 +132,16 @@ std::string remoteHost(const XasHostAddr &host)
     return "%any";
 }
 
-std::string rightLines(const XasVpnPayload &vpnCfg)
+std::string rightLines(const XasVpnPayload &vpn)
 {
-    std::string text = xasFormat("    right=%s\n", remoteHost(vpnCfg.remote_host).c_str());
-    if (vpnCfg.xauth != 0)
+    std::string text = xasFormat("    right=%s\n", remoteHost(vpn.remote_host).c_str());
+    if (vpn.xauth != 0)
         text += "    rightxauthserver=yes\n";
-    if (vpnCfg.modecfg != 0)
+    if (vpn.modecfg != 0)
         text += "    rightmodecfgserver=yes\n";
-    text += subnetLine("right", xasFieldText(vpnCfg.remote_subnet));
-    text += idLine("right", xasFieldText(vpnCfg.remote_id));
-    text += nextHopLine("right", vpnCfg.remote_hop);
+    text += subnetLine("right", xasFieldText(vpn.remote_subnet));
+    text += idLine("right", xasFieldText(vpn.remote_id));
+    text += nextHopLine("right", vpn.remote_hop);
     return text;
 }
 
@@ -183,34 +172,21 @@ void appendHostKey()
         xasLogError("cannot add ZEL RSA public key to ipsec.conf");
 }
 
-bool writeAll(int fd, std::string_view text)
-{
-    while (!text.empty()) {
-        const ssize_t written = ::write(fd, text.data(), text.size());
-        if (written < 0 && errno != EINTR)
-            return false;
-        text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
-    }
-    return true;
-}
-
 /** Appends to the secrets file, which nobody else may read from the moment it exists. */
 void appendSecrets(std::string_view text)
 {
-    const int fd = ::open(SECRETS_FILE, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, SECRET_MODE);
-    const bool appended = fd >= 0 && ::fchmod(fd, SECRET_MODE) == 0 && writeAll(fd, text);
-    if (fd >= 0)
-        ::close(fd);
-    if (!appended)
+    XasFile secrets = xasOpenGrowingFile(SECRETS_FILE, XasFileAccess::owner);
+    const bool written = secrets && xasWriteGenerated(secrets.get(), text);
+    if (!secrets || !xasCloseGenerated(std::move(secrets)) || !written)
         xasLogError("cannot add Pre-Shared Key to ipsec.secrets");
 }
 
-void addSecrets(const XasVpnPayload &vpnCfg, const std::optional<std::string> &address)
+void addSecrets(const XasVpnPayload &vpn, const std::optional<std::string> &address)
 {
-    if (vpnCfg.auth == XAS_VPN_RSA)
+    if (vpn.auth == XAS_VPN_RSA)
         appendHostKey();
-    else if (vpnCfg.auth == XAS_VPN_PSK || vpnCfg.xauth != 0)
-        appendSecrets(xasIPsecSecretsText(vpnCfg, address));
+    else if (vpn.auth == XAS_VPN_PSK || vpn.xauth != 0)
+        appendSecrets(xasIPsecSecretsText(vpn, address));
 }
 
 } // namespace
@@ -230,77 +206,80 @@ std::string xasIPsecGlobalText(std::string_view oldText)
     return newText;
 }
 
-std::string xasIPsecConnText(const XasVpnPayload &vpnCfg, const std::optional<std::string> &localAddress)
+std::string xasIPsecConnText(const XasVpnPayload &vpn, const std::optional<std::string> &localAddress)
 {
-    std::string text = xasFormat("conn %s\n", xasFieldString(vpnCfg.name).c_str());
-    if (vpnCfg.ike.enc != 0 || vpnCfg.ike.hash != 0 || vpnCfg.ike.dhgroup != 0)
-        text += "    ike=" + proposal(vpnCfg.ike) + "\n";
-    if (vpnCfg.esp.enc != 0 || vpnCfg.esp.hash != 0)
-        text += "    phase2alg=" + proposal(vpnCfg.esp) + "\n";
-    if (vpnCfg.aggressive != 0)
+    std::string text = xasFormat("conn %s\n", xasFieldString(vpn.name).c_str());
+    if (vpn.ike.enc != 0 || vpn.ike.hash != 0 || vpn.ike.dhgroup != 0)
+        text += "    ike=" + proposal(vpn.ike) + "\n";
+    if (vpn.esp.enc != 0 || vpn.esp.hash != 0)
+        text += "    phase2alg=" + proposal(vpn.esp) + "\n";
+    if (vpn.aggressive != 0)
         text += "    aggrmode=yes\n";
-    text += xasFormat("    authby=%s\n", vpnCfg.auth == XAS_VPN_PSK ? "secret" : "rsasig");
-    text += leftLines(vpnCfg, localAddress);
-    text += rightLines(vpnCfg);
-    text += xasFormat("    pfs=%s\n", vpnCfg.pfs != 0 ? "yes" : "no");
+    text += xasFormat("    authby=%s\n", vpn.auth == XAS_VPN_PSK ? "secret" : "rsasig");
+    text += leftLines(vpn, localAddress);
+    text += rightLines(vpn);
+    text += xasFormat("    pfs=%s\n", vpn.pfs != 0 ? "yes" : "no");
     text += "    dpddelay=30\n    dpdtimeout=120\n    dpdaction=restart\n    auto=add\n    type=tunnel\n";
-    if (vpnCfg.auth == XAS_VPN_RSA)
-        text += xasFormat("    rightrsasigkey=%s\n", xasFieldString(vpnCfg.auth_key).c_str());
+    if (vpn.auth == XAS_VPN_RSA)
+        text += xasFormat("    rightrsasigkey=%s\n", xasFieldString(vpn.auth_key).c_str());
     return text;
 }
 
-std::string xasIPsecSecretsText(const XasVpnPayload &vpnCfg, const std::optional<std::string> &localAddress)
+std::string xasIPsecSecretsText(const XasVpnPayload &vpn, const std::optional<std::string> &localAddress)
 {
     std::string text;
-    if (vpnCfg.auth == XAS_VPN_PSK) {
-        const std::string remoteId = xasFieldString(vpnCfg.remote_id);
-        const std::string localId = xasFieldString(vpnCfg.local_id);
-        text += (remoteId.empty() ? secretsPeer(vpnCfg.remote_host) : "@" + remoteId) + " ";
+    if (vpn.auth == XAS_VPN_PSK) {
+        const std::string remoteId = xasFieldString(vpn.remote_id);
+        const std::string localId = xasFieldString(vpn.local_id);
+        text += (remoteId.empty() ? secretsPeer(vpn.remote_host) : "@" + remoteId) + " ";
         text += localId.empty() ? localAddress.value_or("%any") : "@" + localId;
-        text += xasFormat(": PSK \"%s\"\n", xasFieldString(vpnCfg.auth_key).c_str());
+        text += xasFormat(": PSK \"%s\"\n", xasFieldString(vpn.auth_key).c_str());
     }
-    if (vpnCfg.xauth != 0)
-        text += xasFormat("@%s: XAUTH \"%s\"\n", xasFieldString(vpnCfg.xauth_login).c_str(),
-                          xasFieldString(vpnCfg.xauth_passwd).c_str());
+    if (vpn.xauth != 0)
+        text += xasFormat("@%s: XAUTH \"%s\"\n", xasFieldString(vpn.xauth_login).c_str(),
+                          xasFieldString(vpn.xauth_passwd).c_str());
     return text;
 }
 
-int xasEditIPsecCfgFile(const char *cfgFileName, const XasVpnPayload *vpnCfg, XasReplyStatus *reply)
+namespace {
+
+constexpr XasEditTexts TEXTS{.openReason = "Error opening VPN config file",
+                             .saveReason = "Error saving new VPN config file"};
+
+constexpr XasFileRow FILES[] = {
+    {.type = "ipsec",
+     .edit = {[](const XasEditCall &call) {
+                  const auto vpn = xasReadPayload<XasVpnPayload>(call.msg);
+                  return xasEditIPsecCfgFile(call.path, &vpn, call.reply);
+              },
+              &TEXTS},
+     .missingLog = "Error determining vpn config file\n",
+     .editLog = "Error editing VPN config file\n"},
+};
+
+} // namespace
+
+int xasEditIPsecCfgFile(const char *cfgFileName, const XasVpnPayload *vpn, XasReplyStatus *reply)
 {
     xasAssertGiven(cfgFileName, "cfgFileName");
-    xasAssertGiven(vpnCfg, "vpnCfg");
+    xasAssertGiven(vpn, "vpnCfg");
     bool opened = false;
     std::optional<std::string> address;
     const int result = xasEditFile(cfgFileName, TEXTS, reply, [&](std::string_view oldText) {
         opened = true;
         std::string newText = xasIPsecGlobalText(oldText);
-        if (vpnCfg->tunnel != 0) {
-            address = localAddress(localInterface(*vpnCfg));
-            newText += xasIPsecConnText(*vpnCfg, address);
+        if (vpn->tunnel != 0) {
+            address = localAddress(localInterface(*vpn));
+            newText += xasIPsecConnText(*vpn, address);
         }
-        return newText;
+        return XasNewText{std::move(newText)};
     });
     if (!opened)
         return 1;
     removeOldSecrets();
-    if (vpnCfg->tunnel != 0)
-        addSecrets(*vpnCfg, address);
+    if (vpn->tunnel != 0)
+        addSecrets(*vpn, address);
     return result;
 }
 
-int xasUpdateVPNCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply)
-{
-    xasAssertGiven(msg, "msg");
-    xasAssert(XMSG_VPN == msg->xH.msgtype, "XMSG_VPN == msg->xH.msgtype");
-    xasAssertGiven(cfgFiles, "cfgFiles");
-    const char *path = xasGetCfgFilePath("ipsec", *cfgFiles);
-    if (path == nullptr) {
-        xasLogError("Error determining vpn config file\n");
-        return 1;
-    }
-    const auto vpnCfg = xasReadPayload<XasVpnPayload>(*msg);
-    const int result = xasEditIPsecCfgFile(path, &vpnCfg, reply);
-    if (result != 0)
-        xasLogError("Error editing VPN config file\n");
-    return result;
-}
+constexpr XasFilesUpdate xasUpdateVPNCfg{.msgtype = XMSG_VPN, .files = FILES};

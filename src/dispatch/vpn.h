@@ -5,9 +5,8 @@
 #ifndef XAS_DISPATCH_VPN_H
 #define XAS_DISPATCH_VPN_H
 
-#include "core/appmgr.h"
-#include "core/reply.h"
 #include "dispatch/vpn_message.h"
+#include "files/update.h"
 
 #include <optional>
 #include <string>
@@ -17,15 +16,15 @@
 std::string xasIPsecGlobalText(std::string_view oldText);
 
 /** The tunnel's section. `localAddress`: the local interface's IPv4 address, none when it is unknown. */
-std::string xasIPsecConnText(const XasVpnPayload &vpnCfg, const std::optional<std::string> &localAddress);
+std::string xasIPsecConnText(const XasVpnPayload &vpn, const std::optional<std::string> &localAddress);
 
 /** The tunnel's lines of the secrets file. */
-std::string xasIPsecSecretsText(const XasVpnPayload &vpnCfg, const std::optional<std::string> &localAddress);
+std::string xasIPsecSecretsText(const XasVpnPayload &vpn, const std::optional<std::string> &localAddress);
 
 /** Rewrites both files. Returns 0; 1 with the reply set when ipsec.conf cannot be opened or saved. */
-int xasEditIPsecCfgFile(const char *cfgFileName, const XasVpnPayload *vpnCfg, XasReplyStatus *reply);
+int xasEditIPsecCfgFile(const char *cfgFileName, const XasVpnPayload *vpn, XasReplyStatus *reply);
 
-/** The handler of XMSG_VPN. Needs the file "ipsec". */
-int xasUpdateVPNCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+/** The handler of XMSG_VPN. */
+extern const XasFilesUpdate xasUpdateVPNCfg;
 
 #endif

@@ -132,7 +132,7 @@ int xasCfgOpenFiles(const char *cfgFileName, XasCfgFile *cf, XasSecrecy secrecy)
     xasAssertGiven(cf, "cf");
     *cf = {};
     cf->cfgFileName = cfgFileName;
-    cf->inFile = xasOpenFile(cf->cfgFileName, "r");
+    cf->inFile = xasOpenFile(cf->cfgFileName);
     if (!cf->inFile) {
         xasLogError("Error opening config file \"%s\"\n", cfgFileName);
         return 1;

@@ -44,39 +44,31 @@ int finish(XasCfgFile &cf, const XasEditTexts &texts, XasReplyStatus *reply, con
     return result;
 }
 
-/** False when reading failed half way: what an editor would make of that must not replace the file. */
-bool isWhole(const XasCfgFile &cf)
+/** False, after logging, when reading failed half way: what is made of that must not replace the file. */
+bool readOldText(const XasCfgFile &cf, std::string &oldText)
 {
-    return std::ferror(cf.inFile.get()) == 0 || xasIsDirectory(cf.cfgFileName.c_str()) != 0;
+    if (!cf.inFile)
+        return true;
+    oldText = xasReadAll(cf.inFile.get());
+    if (std::ferror(cf.inFile.get()) == 0 || xasIsDirectory(cf.cfgFileName.c_str()) != 0)
+        return true;
+    xasLogError("Error reading config file \"%s\"\n", cf.cfgFileName.c_str());
+    return false;
 }
 
 } // namespace
 
 int xasEditFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStatus *reply,
-                const std::function<XasNewText(std::string_view)> &edit)
+                const XasTextMaker &maker)
 {
     XasCfgFile cf;
-    if (xasCfgOpenFiles(cfgFileName, &cf, texts.secrecy) != 0) {
-        xasSetReply(*reply, XAS_RCODE_OPEN, texts.openReason);
-        return 1;
-    }
-    const std::string oldText = xasReadAll(cf.inFile.get());
-    if (!isWhole(cf)) {
-        xasLogError("Error reading config file \"%s\"\n", cfgFileName);
+    const bool opened = (texts.anew ? xasCfgOpenOutFile(cfgFileName, &cf, texts.secrecy)
+                                    : xasCfgOpenFiles(cfgFileName, &cf, texts.secrecy)) == 0;
+    std::string oldText;
+    if (!opened || !readOldText(cf, oldText)) {
         xasCloseCfgFile(&cf);
         xasSetReply(*reply, XAS_RCODE_OPEN, texts.openReason);
         return 1;
     }
-    return finish(cf, texts, reply, edit(oldText));
-}
-
-int xasRegenerateFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStatus *reply,
-                      const std::function<XasNewText()> &make)
-{
-    XasCfgFile cf;
-    if (xasCfgOpenOutFile(cfgFileName, &cf, texts.secrecy) != 0) {
-        xasSetReply(*reply, XAS_RCODE_OPEN, texts.openReason);
-        return 1;
-    }
-    return finish(cf, texts, reply, make());
+    return finish(cf, texts, reply, maker.make(maker.context, oldText, reply));
 }

@@ -1,36 +1,38 @@
 /**
- * The loops that all editors share. An editor is a pure function from the old text of a file, and the values
- * to write, to its new text; these loops read, write and commit through the safe replacement, and set the
- * reply's code and reason as every editor does.
+ * Editors: how one file gets its new text. An editor is a pure function from the old text of a file, and the
+ * values to write, to its new text; the loop that all of them share reads, writes and commits through the
+ * safe replacement (config_file.h), and sets the reply's code and reason.
  */
 #ifndef XAS_FILES_EDITOR_H
 #define XAS_FILES_EDITOR_H
 
+#include "core/assert.h"
 #include "core/reply.h"
 #include "files/config_file.h"
 
-#include <functional>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 /** What an editor says when it fails. */
 struct XasEditTexts {
-    const char *openReason; /**< reason when the files cannot be opened (rcode 2) */
-    const char *writeLog;   /**< logged when a line cannot be written; null: only the save notices */
-    const char *saveReason; /**< reason when the new file cannot be saved (rcode 3) */
+    const char *openReason = nullptr; /**< reason when the files cannot be opened (rcode 2) */
+    const char *writeLog = nullptr; /**< logged when a line cannot be written; null: only the save notices */
+    const char *saveReason = nullptr; /**< reason when the new file cannot be saved (rcode 3) */
     XasSecrecy secrecy = XasSecrecy::plain;
     /** Picks what is logged for a line of the new file where not every line has the same text; usually none.
      */
     const char *(*writeLogOf)(std::string_view line, bool isFirst) = nullptr;
     /** Reason when a line cannot be written (rcode 3); usually none, the reply then stays as it is. */
     const char *writeReason = nullptr;
+    /** The file is written anew and need not exist; its old text is not read. */
+    bool anew = false;
 };
 
 /** The new text of a file, or as much of it as there is when its editor gives up. */
 struct XasNewText {
-    // NOLINTNEXTLINE(google-explicit-constructor,hicpp-explicit-conversions): a complete text is the usual
-    // case
+    // NOLINTNEXTLINE(google-explicit-constructor,hicpp-explicit-conversions): usually the text is complete
     XasNewText(std::string newText) : text{std::move(newText)} {}
     XasNewText(std::string textSoFar, bool isComplete) : text{std::move(textSoFar)}, complete{isComplete} {}
 
@@ -39,14 +41,72 @@ struct XasNewText {
     std::string tail;     /**< stands behind `text`; when it cannot be written, the save is tried and fails */
 };
 
-/** Edits an existing file; one that cannot be read to its end counts as not opened. Returns 0; or 1, the
- * failure being logged and, but for a failed write, in `reply`.
+/** Whoever makes a new text: a function and what it works on, which must outlive the call. */
+struct XasTextMaker {
+    const void *context;
+    XasNewText (*make)(const void *context, std::string_view oldText, XasReplyStatus *reply);
+};
+
+/**
+ * Gives a file the text that `maker` makes of the old one; `maker` is asked when the files are open. Returns
+ * 0; or 1, the failure being logged and, but for a failed write, in `reply`. A file that cannot be read to
+ * its end counts as not opened.
  */
 int xasEditFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStatus *reply,
-                const std::function<XasNewText(std::string_view oldText)> &edit);
+                const XasTextMaker &maker);
 
-/** Writes a file anew; it need not exist. `make` is called when the file is open. Returns as xasEditFile. */
-int xasRegenerateFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStatus *reply,
-                      const std::function<XasNewText()> &make);
+/** The same with a function object: make(oldText) gives the new text. */
+template <class Make>
+int xasEditFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStatus *reply, const Make &make)
+{
+    return xasEditFile(cfgFileName, texts, reply,
+                       XasTextMaker{&make,
+                                    [](const void *context, std::string_view oldText,
+                                       XasReplyStatus * /*reply*/) -> XasNewText {
+                                        return (*static_cast<const Make *>(context))(oldText);
+                                    }});
+}
+
+/**
+ * The text function of an editor whose text is made by `make`, a function of the values alone, of the old
+ * text and the values, or of those and the reply.
+ */
+template <auto make, class Values>
+XasNewText xasMadeBy(std::string_view oldText, const Values &values, XasReplyStatus *reply)
+{
+    if constexpr (std::is_invocable_v<decltype(make), const Values &>)
+        return make(values);
+    else if constexpr (std::is_invocable_v<decltype(make), std::string_view, const Values &>)
+        return make(oldText, values);
+    else
+        return make(oldText, values, reply);
+}
+
+/** An editor as a callable object: editor(path, &values, &reply) returns as xasEditFile does. */
+template <class Values>
+struct XasEditor {
+    using Edited = Values;
+
+    const char *argument; /**< the name of the values in the assertion that they are given */
+    XasEditTexts texts;
+    XasNewText (*text)(std::string_view oldText, const Values &values, XasReplyStatus *reply);
+
+    int operator()(const char *cfgFileName, const Values *values, XasReplyStatus *reply) const
+    {
+        struct Call {
+            const XasEditor &editor;
+            const Values &values;
+        };
+        xasAssertGiven(cfgFileName, "cfgFileName");
+        xasAssertGiven(values, argument);
+        const Call call{*this, *values};
+        return xasEditFile(
+            cfgFileName, texts, reply,
+            XasTextMaker{&call, [](const void *context, std::string_view oldText, XasReplyStatus *told) {
+                             const Call &made = *static_cast<const Call *>(context);
+                             return made.editor.text(oldText, made.values, told);
+                         }});
+    }
+};
 
 #endif

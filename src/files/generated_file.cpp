@@ -1,9 +1,12 @@
 #include "files/generated_file.h"
 
+#include "core/log.h"
+
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -68,13 +71,16 @@ XasFile xasOpenGeneratedFile(const std::string &path, XasFileAccess access, XasF
     return streamOf(opened.fd, "w");
 }
 
-XasFile xasOpenGrowingFile(const std::string &path)
+XasFile xasOpenGrowingFile(const std::string &path, XasFileAccess access)
 {
     const Opened opened = openOrMake(path, O_APPEND);
     if (opened.fd < 0)
         return nullptr;
-    if (opened.isNew)
-        ::fchmod(opened.fd, PLAIN_MODE);
+    const bool isSecret = access == XasFileAccess::owner;
+    if ((opened.isNew || isSecret) && ::fchmod(opened.fd, isSecret ? SECRET_MODE : PLAIN_MODE) != 0) {
+        ::close(opened.fd);
+        return nullptr;
+    }
     return streamOf(opened.fd, "a");
 }
 
@@ -86,4 +92,19 @@ bool xasWriteGenerated(FILE *file, std::string_view text)
 bool xasCloseGenerated(XasFile file)
 {
     return std::fclose(file.release()) == 0;
+}
+
+int xasGenerateFile(const std::string &path, std::string_view text, XasFileAccess access, XasFileLink link)
+{
+    XasFile file = xasOpenGeneratedFile(path, access, link);
+    if (!file) {
+        xasLogError("Error opening config file \"%s\"\n", path.c_str());
+        return 1;
+    }
+    const bool written = xasWriteGenerated(file.get(), text);
+    if (!xasCloseGenerated(std::move(file)) || !written) {
+        xasLogError("Error printing line to file\n");
+        return 1;
+    }
+    return 0;
 }

@@ -2,26 +2,9 @@
 
 #include "files/config_file.h"
 
+#include <algorithm>
+#include <unistd.h>
 #include <utility>
-
-namespace {
-
-/** The template's text, which ends at a NUL. False when it cannot be opened or nothing can be read. */
-bool readTemplate(const char *path, const XasTemplateTexts &texts, XasReplyStatus *reply, std::string &text)
-{
-    const XasFile file = xasOpenFile(path, "r");
-    if (!file) {
-        xasSetReply(*reply, XAS_RCODE_OPEN, texts.templateReason);
-        return false;
-    }
-    text.resize(XAS_TEMPLATE_MAX);
-    const std::size_t size = std::fread(text.data(), 1, text.size(), file.get());
-    text.resize(size);
-    text.resize(std::min(text.find('\0'), size));
-    return size > 0;
-}
-
-} // namespace
 
 std::string xasExpandPlaceholders(std::string text, std::span<const XasReplacement> replacements)
 {
@@ -30,26 +13,38 @@ std::string xasExpandPlaceholders(std::string text, std::span<const XasReplaceme
     return text;
 }
 
-int xasGenerateFromTemplate(const char *cfgTemplateFileName, const char *cfgFileName,
-                            const XasTemplateTexts &texts, XasReplyStatus *reply,
-                            const std::function<std::string(std::string)> &expand,
-                            const std::function<std::string()> &makeTail)
+void xasRemoveFile(const char *cfgFileName)
 {
-    std::string text;
-    if (!readTemplate(cfgTemplateFileName, texts, reply, text))
-        return 1;
-    text = expand(std::move(text));
-    XasFile file = xasOpenGeneratedFile(cfgFileName, texts.access);
+    ::unlink(cfgFileName);
+}
+
+int xasReadTemplate(const char *path, const XasTemplateTexts &texts, std::string &text, XasReplyStatus *reply)
+{
+    const XasFile file = xasOpenFile(path);
     if (!file) {
-        xasSetReply(*reply, XAS_RCODE_OPEN, texts.openReason);
+        xasSetReply(*reply, XAS_RCODE_OPEN, texts.templateReason);
         return 1;
     }
-    bool written = xasWriteGenerated(file.get(), text);
-    if (written && makeTail)
-        written = xasWriteGenerated(file.get(), makeTail());
-    if (!xasCloseGenerated(std::move(file)) || !written) {
-        xasSetReply(*reply, XAS_RCODE_SAVE, texts.writeReason);
-        return 1;
-    }
-    return 0;
+    text.resize(XAS_TEMPLATE_MAX);
+    const std::size_t size = std::fread(text.data(), 1, text.size(), file.get());
+    text.resize(size);
+    text.resize(std::min(text.find('\0'), size));
+    return size > 0 ? 0 : 1;
+}
+
+XasFile xasOpenExpanded(const char *path, const XasTemplateTexts &texts, XasReplyStatus *reply)
+{
+    XasFile file = xasOpenGeneratedFile(path, texts.file.secrecy == XasSecrecy::secret ? XasFileAccess::owner
+                                                                                       : XasFileAccess::kept);
+    if (!file)
+        xasSetReply(*reply, XAS_RCODE_OPEN, texts.file.openReason);
+    return file;
+}
+
+int xasCloseExpanded(XasFile file, bool isWritten, const XasTemplateTexts &texts, XasReplyStatus *reply)
+{
+    if (xasCloseGenerated(std::move(file)) && isWritten)
+        return 0;
+    xasSetReply(*reply, XAS_RCODE_SAVE, texts.file.saveReason);
+    return 1;
 }

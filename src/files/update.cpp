@@ -2,35 +2,125 @@
 
 #include "core/log.h"
 #include "files/config_file.h"
+#include "wire/message_names.h"
+
+#include <algorithm>
+#include <vector>
 
 namespace {
 
-int runFileStep(const XasCfgFileList &cfgFiles, XasReplyStatus *reply, const XasFileStep &step)
-{
-    const char *cfgFileName = xasGetCfgFilePath(step.type, cfgFiles);
-    if (cfgFileName == nullptr) {
-        xasLogError("%s", step.missingLog);
-        xasSetReply(*reply, XAS_RCODE_MISSING, step.missingReason);
-        xasRestoreCfgTypes(cfgFiles, step.restoreIfMissing);
-        return 1;
+/** One update being run. */
+struct Run {
+    const XasFilesUpdate &update;
+    XasMessage &msg;
+    const XasCfgFileList &cfgFiles;
+    XasReplyStatus *reply;
+
+    /** Rolls back what stands in front of `row`, unless the row names the files itself. */
+    void rollBack(const XasFileRow &row, bool isEdited) const
+    {
+        if (update.onFailure != XasOnFailure::rollBack)
+            return;
+        if (!row.restored.empty())
+            return xasRestoreCfgTypes(cfgFiles, row.restored);
+        for (const XasFileRow &earlier : update.files) {
+            if (&earlier == &row && !(isEdited && row.restoresItself))
+                return;
+            xasRestoreCfgTypes(cfgFiles, {&earlier.type, 1});
+            if (&earlier == &row)
+                return;
+        }
     }
-    if (step.edit(cfgFileName) != 0) {
-        xasLogError("%s", step.editLog);
-        xasRestoreCfgTypes(cfgFiles, step.restoreIfEditFails);
-        return 1;
+
+    /** The edit of one file, which has been found. */
+    [[nodiscard]] int edit(const XasFileRow &row) const
+    {
+        const char *path = xasGetCfgFilePath(row.type, cfgFiles);
+        if (row.edit.run == nullptr)
+            return 0;
+        const int result = row.edit.run({path, msg, cfgFiles, reply});
+        if (result == 0)
+            return 0;
+        if (row.editLog != nullptr)
+            xasLogError(row.editLog, path);
+        rollBack(row, true);
+        return result;
     }
-    return 0;
-}
+
+    /** Finds the files of a batch, then edits them. False when the update is over; `result` is what it gives.
+     */
+    bool runBatch(std::span<const XasFileRow> batch, int &result) const
+    {
+        const auto isThere = [&](const XasFileRow &row) {
+            return xasFindRowFile(row, cfgFiles, reply) != nullptr;
+        };
+        if (!std::ranges::all_of(batch, isThere)) {
+            rollBack(batch.front(), false);
+            result = 1;
+            return false;
+        }
+        if (update.settled != nullptr && batch.data() == update.files.data()) {
+            if (const auto settled = update.settled(msg)) {
+                result = *settled;
+                return false;
+            }
+        }
+        for (const bool last : {false, true}) {
+            for (const XasFileRow &row : batch) {
+                const int edited = row.editedLast == last ? edit(row) : 0;
+                result = edited != 0 ? edited : result;
+                if (edited != 0 && update.onFailure == XasOnFailure::rollBack)
+                    return false;
+            }
+        }
+        return true;
+    }
+
+    /** The files at the front of `rest` that are looked up together. */
+    [[nodiscard]] std::span<const XasFileRow> nextBatch(std::span<const XasFileRow> rest) const
+    {
+        if (update.lookUp == XasLookUp::each)
+            return rest.first(1);
+        const auto next = std::find_if(rest.begin() + 1, rest.end(),
+                                       [](const XasFileRow &row) { return row.lookedUpLater; });
+        return {rest.begin(), next};
+    }
+};
 
 } // namespace
 
-int xasRunFileSteps(const XasCfgFileList &cfgFiles, XasReplyStatus *reply, std::span<const XasFileStep> steps)
+int XasFilesUpdate::operator()(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply) const
 {
-    for (const XasFileStep &step : steps) {
-        if (runFileStep(cfgFiles, reply, step) != 0)
-            return 1;
+    xasAssertUpdate(msg, msgtype, cfgFiles);
+    const Run run{*this, *msg, *cfgFiles, reply};
+    int result = 0;
+    for (std::span<const XasFileRow> rest = files; !rest.empty();) {
+        const std::span<const XasFileRow> batch = run.nextBatch(rest);
+        if (!run.runBatch(batch, result))
+            return result;
+        rest = rest.subspan(batch.size());
     }
-    return 0;
+    return result;
+}
+
+void xasAssertUpdate(const XasMessage *msg, XasMsgType msgtype, const XasCfgFileList *cfgFiles,
+                     XasCodePlace where)
+{
+    xasAssertGiven(msg, "msg", where);
+    if (msg->xH.msgtype != msgtype)
+        xasAssert(false, (std::string{xasMsgTypeName(msgtype)} + " == msg->xH.msgtype").c_str(), where);
+    xasAssertGiven(cfgFiles, "cfgFiles", where);
+}
+
+const char *xasFindRowFile(const XasFileRow &row, const XasCfgFileList &cfgFiles, XasReplyStatus *reply)
+{
+    const char *path = xasGetCfgFilePath(row.type, cfgFiles);
+    if (path == nullptr) {
+        xasLogError("%s", row.missingLog);
+        if (row.missingReason != nullptr)
+            xasSetReply(*reply, XAS_RCODE_MISSING, row.missingReason);
+    }
+    return path;
 }
 
 void xasRestoreCfgTypes(const XasCfgFileList &cfgFiles, std::span<const std::string_view> types)

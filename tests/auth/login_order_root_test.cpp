@@ -15,7 +15,7 @@ namespace {
 
 struct Method {
     XasMsgType msgtype;
-    XasUpdateHandler handler;
+    XasUpdate handler;
     std::vector<std::string> types;        /**< as they are looked up */
     std::string noFirstFile;               /**< logged when the list names none of them */
     std::vector<XasLogLine> failures;      /**< when none of the files is there */

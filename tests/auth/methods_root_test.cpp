@@ -117,7 +117,7 @@ using UpdateMethodDeathTest = XasLoginFilesTest;
 TEST_F(UpdateMethodDeathTest, AHandlerNeedsAMessageOfItsTypeAndAList)
 {
     struct Case {
-        XasUpdateHandler handler;
+        XasUpdate handler;
         std::uint32_t msgtype;
         const char *text;
     };

@@ -72,13 +72,14 @@ class NfsFiles : public XasFilesTest {
   protected:
     int editServers()
     {
-        return xasEditNFSServersFile(path.c_str(), {::inet_addr("10.0.0.1"), NONE, NONE}, &reply);
+        const XasNfsServers servers{::inet_addr("10.0.0.1"), NONE, NONE};
+        return xasEditNFSServersFile(path.c_str(), &servers, &reply);
     }
 
     int editTable()
     {
         const XasNfsShares shares = {share("10.0.0.1:/a", "/var/nfsmounts/a"), {}, {}};
-        return xasEditNFSCfgFile(path.c_str(), shares, &reply);
+        return xasEditNFSCfgFile(path.c_str(), &shares, &reply);
     }
 
     void expectReply(std::uint32_t rcode, std::string_view reason) const
@@ -241,12 +242,6 @@ TEST_F(NfsText, TakesTheSameTimeForALineOfAnyFile)
     EXPECT_LT(xasGrowthPerLine(edit, "server:/somewhere /mnt/somewhere nfs ro 0 0\n"), XAS_CONSTANT_GROWTH);
 }
 
-TEST_F(NfsFilesDeathTest, NeedTheirPath)
-{
-    EXPECT_DEATH(xasEditNFSServersFile(nullptr, {}, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditNFSCfgFile(nullptr, {}, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-}
-
 TEST_F(NfsFiles, MustExist)
 {
     const XasLogLine notOpened = xasErrorLine("Error opening config file \"" + path + "\"\n");
@@ -314,8 +309,8 @@ TEST_F(NfsFiles, TheTableKeepsItsModeAndItsOtherLines)
 TEST_F(NfsFiles, TheTableIsSavedWithTheReplyOfAnOverLongLine)
 {
     dir.write("file", "old\n");
-    EXPECT_EQ(xasEditNFSCfgFile(path.c_str(), {shareOfLength(308, true), share("s:/b", "/m/b"), {}}, &reply),
-              0);
+    const XasNfsShares shares{shareOfLength(308, true), share("s:/b", "/m/b"), {}};
+    EXPECT_EQ(xasEditNFSCfgFile(path.c_str(), &shares, &reply), 0);
     expectReply(4, "NFS entry exceeds memory limmits");
     EXPECT_EQ(dir.read("file"), "old\ns:/b\t /m/b\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
 }
@@ -323,9 +318,8 @@ TEST_F(NfsFiles, TheTableIsSavedWithTheReplyOfAnOverLongLine)
 TEST_F(NfsFiles, TheTableIsSavedWithWhatStoodBeforeAShareWithoutAPath)
 {
     dir.write("file", "old\n");
-    EXPECT_EQ(xasEditNFSCfgFile(path.c_str(),
-                                {share("s:/a", "/m/a"), share("", "/m/b"), share("s:/c", "/m/c")}, &reply),
-              0);
+    const XasNfsShares shares{share("s:/a", "/m/a"), share("", "/m/b"), share("s:/c", "/m/c")};
+    EXPECT_EQ(xasEditNFSCfgFile(path.c_str(), &shares, &reply), 0);
     expectReply(0, "");
     EXPECT_THAT(log.lines(), ElementsAre(EMPTY_PATH));
     EXPECT_EQ(dir.read("file"), "old\ns:/a\t /m/a\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");

@@ -60,7 +60,7 @@ TEST_F(SharesFullDisk, LeavesTheFileSystemTableAndGivesNoReason)
 {
     const XasNfsShares shares = {
         XasNfsShare{.remote = "s:/a", .local = "/m/a", .readWrite = true, .used = true}, {}, {}};
-    EXPECT_EQ(xasEditNFSCfgFile(path.c_str(), shares, &reply), 1);
+    EXPECT_EQ(xasEditNFSCfgFile(path.c_str(), &shares, &reply), 1);
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to NFS config file\n")));
     expectUntouched(0, "");
@@ -69,7 +69,8 @@ TEST_F(SharesFullDisk, LeavesTheFileSystemTableAndGivesNoReason)
 TEST_F(SharesFullDisk, LeavesTheServersFileAndGivesItsOwnReason)
 {
     const std::string other = disk.write("other", "old\n");
-    EXPECT_EQ(xasEditNFSServersFile(other.c_str(), {1, 2, 3}, &reply), 1);
+    const XasNfsServers servers{1, 2, 3};
+    EXPECT_EQ(xasEditNFSServersFile(other.c_str(), &servers, &reply), 1);
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to NFS servers file\n")));
     EXPECT_EQ(reply.rcode, 3U);

@@ -75,8 +75,8 @@ TEST(DnsText, ListsBareAddressesOneALineInTheirOrder)
 
 TEST(DnsPrecText, EndsWithoutALineFeed)
 {
-    EXPECT_EQ(xasDnsPrecText(true), "IPV4_PRECEDENCE=yes");
-    EXPECT_EQ(xasDnsPrecText(false), "IPV4_PRECEDENCE=no");
+    EXPECT_EQ(xasDnsPrecText({.dns1 = {}, .dns2 = {}, .dns3 = {}, .prefer_ipv4 = 1}), "IPV4_PRECEDENCE=yes");
+    EXPECT_EQ(xasDnsPrecText({}), "IPV4_PRECEDENCE=no");
 }
 
 TEST(DnsDeathTest, NeedsItsArgumentsAndItsMessageType)

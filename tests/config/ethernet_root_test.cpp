@@ -53,28 +53,44 @@ class NetworkFullDisk : public XasFilesTest, public testing::WithParamInterface<
     static constexpr const char *OLD_TEXT = "DEVICE=eth0\n";
 };
 
+int edit(const XasEditor<XasEthPayload> &editor, const char *path, XasReplyStatus *reply)
+{
+    XasEthPayload eth = xasTestEth();
+    eth.bonding = 1;
+    return editor(path, &eth, reply);
+}
+
+int edit(const XasEditor<XasHostnamePayload> &editor, const char *path, XasReplyStatus *reply)
+{
+    const XasHostnamePayload name{.hostname = "console1", .domain = "example.org"};
+    return editor(path, &name, reply);
+}
+
 const std::vector<Editor> EDITORS = {
     {"precedence", "Error printing line to dhcp gateway precedence config file\n",
      [](const char *path, XasReplyStatus *reply) {
-         return xasEditGWPrecFile(path, 1, reply);
+         return edit(xasEditGWPrecFile, path, reply);
      }},
     {"kernel", "Error printing line to Ethernet config file\n",
      [](const char *path, XasReplyStatus *reply) {
-         const XasKernCfg kernCfg{};
-         return xasEditKernelCfgFile(path, &kernCfg, reply);
+         return edit(xasEditKernelCfgFile, path, reply);
      }},
     {"modprobe", "Error printing line to modprobe config file\n",
      [](const char *path, XasReplyStatus *reply) {
-         return xasEditModProbeCfgFile(path, 1, true, reply);
+         return edit(xasEditModProbeCfgFile, path, reply);
      }},
     {"ethernet", "Error printing line to Ethernet config file\n",
      [](const char *path, XasReplyStatus *reply) {
          const XasEthPort port = xasTestEth().ports[0];
-         return xasEditEthCfgFile(path, &port, "eth0", false, 0, reply);
+         const XasEthInterface interface {
+             port, "eth0", false, 0
+         };
+         return xasEditEthCfgFile(path, &interface, reply);
      }},
     {"enable", "Error printing line to Ethernet config file\n",
      [](const char *path, XasReplyStatus *reply) {
-         return xasEditEthEnableCfgFile(path, true, reply);
+         const bool enabled = true;
+         return xasEditEthEnableCfgFile(path, &enabled, reply);
      }},
     {"network", "Error printing line to network config file\n",
      [](const char *path, XasReplyStatus *reply) {
@@ -83,19 +99,19 @@ const std::vector<Editor> EDITORS = {
      }},
     {"alternate", "Error printing line to Alternate Gateway config file\n",
      [](const char *path, XasReplyStatus *reply) {
-         return xasEditAltGWFile(path, {}, reply);
+         return edit(xasEditAltGWFile, path, reply);
      }},
     {"hosts", "Error printing line to hosts file\n",
      [](const char *path, XasReplyStatus *reply) {
-         return xasEditHostsFile(path, "console1.example.org", reply);
+         return edit(xasEditHostsFile, path, reply);
      }},
     {"hostname", "Error printing line to hostname config file\n",
      [](const char *path, XasReplyStatus *reply) {
-         return xasEditHostnameFile(path, "console1.example.org", reply);
+         return edit(xasEditHostnameFile, path, reply);
      }},
     {"domain", "Error printing line to dns static domain config file\n",
      [](const char *path, XasReplyStatus *reply) {
-         return xasEditDomainCfgFile(path, "console1.example.org", reply);
+         return edit(xasEditDomainCfgFile, path, reply);
      }},
     {"dns", "Error printing line to DNS config file\n",
      [](const char *path, XasReplyStatus *reply) {
@@ -105,7 +121,8 @@ const std::vector<Editor> EDITORS = {
      }},
     {"dnsPrecedence", "Error printing line to DNS precedence config file\n",
      [](const char *path, XasReplyStatus *reply) {
-         return xasEditDnsPrecCfgFile(path, true, reply);
+         const XasDnsPayload dnsInfo{};
+         return xasEditDnsPrecCfgFile(path, &dnsInfo, reply);
      }},
 };
 

@@ -50,7 +50,9 @@ constexpr XasFirewallCfg OPEN{.reject_method = 1,
 
 std::string text(std::string_view oldText, const XasFirewallCfg &fWallCfg)
 {
-    const XasNewText newText = xasFirewallText(oldText, fWallCfg);
+    XasReplyStatus reply;
+    const XasNewText newText = xasFirewallText(oldText, fWallCfg, &reply);
+    EXPECT_EQ(reply.rcode, 0U);
     EXPECT_TRUE(newText.complete);
     EXPECT_EQ(newText.tail, "");
     return newText.text;
@@ -115,8 +117,10 @@ TEST(FirewallText, EndsInFrontOfTheRejectMethodWhenThatIsUnknown)
     XasFirewallCfg fWallCfg = OPEN;
     for (const std::uint32_t method : {2U, 0xFFFFFFFFU}) {
         fWallCfg.reject_method = method;
-        const XasNewText newText =
-            xasFirewallText("INVISIBLE_TO_PING=no\nREJECT_METHOD=DROP\nINVISIBLE_TO_PING=no\n", fWallCfg);
+        XasReplyStatus reply;
+        const XasNewText newText = xasFirewallText(
+            "INVISIBLE_TO_PING=no\nREJECT_METHOD=DROP\nINVISIBLE_TO_PING=no\n", fWallCfg, &reply);
+        EXPECT_EQ(reply.rstr, "Invalid reject method");
         EXPECT_FALSE(newText.complete);
         EXPECT_EQ(newText.text, "INVISIBLE_TO_PING=\"yes\"\n");
     }

@@ -15,13 +15,22 @@ using testing::IsEmpty;
 
 namespace {
 
-XasAltGateway values()
+XasEthPayload values()
 {
-    return {.gateway = xasTestIPv4("192.168.1.2"),
-            .pingAddress = xasTestIPv4("10.0.0.1"),
-            .pingInterface = 1,
-            .pingDelay = 10,
-            .pingFailures = 3};
+    XasEthPayload eth{};
+    eth.alt_gateway = xasTestIPv4("192.168.1.2");
+    eth.ping_ip = xasTestIPv4("10.0.0.1");
+    eth.ping_ifc = 1;
+    eth.ping_delay = 10;
+    eth.ping_failed = 3;
+    return eth;
+}
+
+XasEthPayload preferring(std::uint32_t precedence)
+{
+    XasEthPayload eth = values();
+    eth.gw_precedence = precedence;
+    return eth;
 }
 
 class GatewayFiles : public XasFilesTest {
@@ -31,6 +40,18 @@ class GatewayFiles : public XasFilesTest {
         EXPECT_EQ(reply.rcode, rcode);
         EXPECT_EQ(reply.rstr, reason);
         EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine(logged)));
+    }
+
+    int editPrecedence(const char *path, std::uint32_t precedence)
+    {
+        const XasEthPayload eth = preferring(precedence);
+        return xasEditGWPrecFile(path, &eth, &reply);
+    }
+
+    int editAlternate(const char *path)
+    {
+        const XasEthPayload eth = values();
+        return xasEditAltGWFile(path, &eth, &reply);
     }
 
     XasLogCapture log;
@@ -43,14 +64,14 @@ using GatewayFilesDeathTest = GatewayFiles;
 
 TEST_F(GatewayFilesDeathTest, NeedTheirPaths)
 {
-    EXPECT_DEATH(xasEditGWPrecFile(nullptr, 1, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditAltGWFile(nullptr, values(), &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(editPrecedence(nullptr, 1), "cfgFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(editAlternate(nullptr), "cfgFileName != \\(\\(void \\*\\)0\\)");
 }
 
 TEST_F(GatewayFiles, PrecedenceMustExist)
 {
     const std::string path = dir.path("precedence");
-    EXPECT_EQ(xasEditGWPrecFile(path.c_str(), 1, &reply), 1);
+    EXPECT_EQ(editPrecedence(path.c_str(), 1), 1);
     expectFailure(2, "Error opening dhcp gateway precedenc config file",
                   "Error opening config file \"" + path + "\"\n");
     EXPECT_THAT(dir.names(), IsEmpty());
@@ -60,7 +81,7 @@ TEST_F(GatewayFiles, PrecedenceStaysWhenItCannotBeSaved)
 {
     const std::string path = dir.write("precedence", "old\n");
     const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(xasEditGWPrecFile(path.c_str(), 1, &reply), 1);
+    EXPECT_EQ(editPrecedence(path.c_str(), 1), 1);
     expectFailure(3, "Error saving new hostname config file",
                   "Error renaming new config file \"" + path + "\"\n");
     EXPECT_EQ(dir.read("precedence"), "old\n");
@@ -69,7 +90,7 @@ TEST_F(GatewayFiles, PrecedenceStaysWhenItCannotBeSaved)
 TEST_F(GatewayFiles, PrecedenceForgetsItsEarlierContent)
 {
     const std::string path = dir.write("precedence", "# comment\nDHCP_GW_PRECEDENCE=1\nOTHER=2\n");
-    EXPECT_EQ(xasEditGWPrecFile(path.c_str(), 5, &reply), 0);
+    EXPECT_EQ(editPrecedence(path.c_str(), 5), 0);
     EXPECT_EQ(dir.read("precedence"), "DHCP_GW_PRECEDENCE=0\n");
     EXPECT_EQ(dir.read("precedence.old"), "# comment\nDHCP_GW_PRECEDENCE=1\nOTHER=2\n");
     EXPECT_THAT(log.lines(), IsEmpty());
@@ -78,7 +99,7 @@ TEST_F(GatewayFiles, PrecedenceForgetsItsEarlierContent)
 TEST_F(GatewayFiles, AlternateGatewayMustExist)
 {
     const std::string path = dir.path("alternate");
-    EXPECT_EQ(xasEditAltGWFile(path.c_str(), values(), &reply), 1);
+    EXPECT_EQ(editAlternate(path.c_str()), 1);
     expectFailure(2, "Error opening alternate gateway config file",
                   "Error opening config file \"" + path + "\"\n");
 }
@@ -87,7 +108,7 @@ TEST_F(GatewayFiles, AlternateGatewayStaysWhenItCannotBeSaved)
 {
     const std::string path = dir.write("alternate", "DGD_GATEWAY=1.2.3.4\n");
     const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(xasEditAltGWFile(path.c_str(), values(), &reply), 1);
+    EXPECT_EQ(editAlternate(path.c_str()), 1);
     expectFailure(3, "Error saving new altenate gateway config file",
                   "Error renaming new config file \"" + path + "\"\n");
     EXPECT_EQ(dir.read("alternate"), "DGD_GATEWAY=1.2.3.4\n");
@@ -96,7 +117,7 @@ TEST_F(GatewayFiles, AlternateGatewayStaysWhenItCannotBeSaved)
 TEST_F(GatewayFiles, AlternateGatewayIsReplacedAndItsOldContentKept)
 {
     const std::string path = dir.write("alternate", "DGD_GATEWAY=1.2.3.4\n");
-    EXPECT_EQ(xasEditAltGWFile(path.c_str(), values(), &reply), 0);
+    EXPECT_EQ(editAlternate(path.c_str()), 0);
     EXPECT_EQ(dir.read("alternate"), "DGD_GATEWAY=192.168.1.2\n");
     EXPECT_EQ(dir.read("alternate.old"), "DGD_GATEWAY=1.2.3.4\n");
     EXPECT_THAT(log.lines(), IsEmpty());
@@ -105,13 +126,13 @@ TEST_F(GatewayFiles, AlternateGatewayIsReplacedAndItsOldContentKept)
 TEST(GatewayPrecedence, IsNeitherPortForAnyOtherValue)
 {
     for (const std::uint32_t precedence : {0U, 3U, 5U, 0xFFFFFFFFU})
-        EXPECT_EQ(xasGWPrecText(precedence), "DHCP_GW_PRECEDENCE=0\n");
+        EXPECT_EQ(xasGWPrecText(preferring(precedence)), "DHCP_GW_PRECEDENCE=0\n");
 }
 
 TEST(GatewayPrecedence, NamesItsPort)
 {
-    EXPECT_EQ(xasGWPrecText(1), "DHCP_GW_PRECEDENCE=1\n");
-    EXPECT_EQ(xasGWPrecText(2), "DHCP_GW_PRECEDENCE=2\n");
+    EXPECT_EQ(xasGWPrecText(preferring(1)), "DHCP_GW_PRECEDENCE=1\n");
+    EXPECT_EQ(xasGWPrecText(preferring(2)), "DHCP_GW_PRECEDENCE=2\n");
 }
 
 TEST(AlternateGateway, OfAnEmptyFileStaysEmpty)
@@ -137,17 +158,17 @@ TEST(AlternateGateway, ReplacesEveryKey)
 TEST(AlternateGateway, PingsThroughTheSecondPortUnlessTheFirstIsNamed)
 {
     for (const std::uint8_t interface : std::initializer_list<std::uint8_t>{0, 2, 255}) {
-        XasAltGateway altGateway = values();
-        altGateway.pingInterface = interface;
+        XasEthPayload altGateway = values();
+        altGateway.ping_ifc = interface;
         EXPECT_EQ(xasAltGWText("DGD_PING_IFC=eth0\n", altGateway), "DGD_PING_IFC=eth1\n");
     }
 }
 
 TEST(AlternateGateway, WritesDelayAndFailuresAsUnsigned)
 {
-    XasAltGateway altGateway = values();
-    altGateway.pingDelay = 200;
-    altGateway.pingFailures = 255;
+    XasEthPayload altGateway = values();
+    altGateway.ping_delay = 200;
+    altGateway.ping_failed = 255;
     EXPECT_EQ(xasAltGWText("DGD_PING_FAILED=1\nDGD_PING_DELAY=1\n", altGateway),
               "DGD_PING_FAILED=255\nDGD_PING_DELAY=200\n");
 }

@@ -32,6 +32,12 @@ XasHostnamePayload payloadOf(std::string_view hostname, std::string_view domain)
     return payload;
 }
 
+/** A payload whose full name is `fullName`. */
+XasHostnamePayload named(std::string_view fullName)
+{
+    return payloadOf(fullName, "");
+}
+
 /** The handler with its four files. */
 class HostnameHandler : public XasFilesTest {
   protected:
@@ -97,7 +103,7 @@ TEST(FullHostname, IsKeptWithin255Characters)
 
 TEST(HostsText, BeginsWithTheLoopbackLineAlsoForAnEmptyFile)
 {
-    EXPECT_EQ(xasHostsText("", "a"), "127.0.0.1\ta\tlocalhost.localdomain\tlocalhost\n");
+    EXPECT_EQ(xasHostsText("", named("a")), "127.0.0.1\ta\tlocalhost.localdomain\tlocalhost\n");
 }
 
 TEST(HostsText, LosesEveryOldLoopbackLineWhereverTheWordsStand)
@@ -105,7 +111,7 @@ TEST(HostsText, LosesEveryOldLoopbackLineWhereverTheWordsStand)
     EXPECT_EQ(xasHostsText("# localhost localhost.localdomain x127.0.0.1x\n"
                            "127.0.0.1 localhost.localdomain\n"
                            "1.2.3.4 b\n",
-                           "a"),
+                           named("a")),
               "127.0.0.1\ta\tlocalhost.localdomain\tlocalhost\n"
               "1.2.3.4 b\n")
         << "the third word is part of the second";
@@ -114,22 +120,22 @@ TEST(HostsText, LosesEveryOldLoopbackLineWhereverTheWordsStand)
 TEST(HostsText, KeepsLinesThatLackOneOfTheThreeWords)
 {
     const std::string kept = "127.0.0.1\tlocalhost\n::1\tlocalhost.localdomain localhost\n\n# comment\nlast";
-    EXPECT_EQ(xasHostsText(kept, "a"), "127.0.0.1\ta\tlocalhost.localdomain\tlocalhost\n" + kept);
+    EXPECT_EQ(xasHostsText(kept, named("a")), "127.0.0.1\ta\tlocalhost.localdomain\tlocalhost\n" + kept);
 }
 
 TEST(DomainText, IsEmptyWithoutADotAndBehindTheLastCharacter)
 {
-    EXPECT_EQ(xasDomainText("console1"), "");
-    EXPECT_EQ(xasDomainText(""), "");
-    EXPECT_EQ(xasDomainText("console1."), "");
-    EXPECT_EQ(xasDomainText("."), "");
+    EXPECT_EQ(xasDomainText(named("console1")), "");
+    EXPECT_EQ(xasDomainText(named("")), "");
+    EXPECT_EQ(xasDomainText(named("console1.")), "");
+    EXPECT_EQ(xasDomainText(named(".")), "");
 }
 
 TEST(DomainText, IsWhatStandsBehindTheFirstDot)
 {
-    EXPECT_EQ(xasDomainText("console1.example.org"), "STATIC_DOMAIN=example.org\n");
-    EXPECT_EQ(xasDomainText("a.b"), "STATIC_DOMAIN=b\n");
-    EXPECT_EQ(xasDomainText("a..b"), "STATIC_DOMAIN=.b\n");
+    EXPECT_EQ(xasDomainText(named("console1.example.org")), "STATIC_DOMAIN=example.org\n");
+    EXPECT_EQ(xasDomainText(named("a.b")), "STATIC_DOMAIN=b\n");
+    EXPECT_EQ(xasDomainText(named("a..b")), "STATIC_DOMAIN=.b\n");
 }
 
 TEST(HostnameDeathTest, NeedsItsArgumentsAndItsMessageType)
@@ -143,7 +149,8 @@ TEST(HostnameDeathTest, NeedsItsArgumentsAndItsMessageType)
     EXPECT_DEATH(xasUpdateHostnameCfg(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasEditHostsFile("/x", nullptr, &reply), "hostname != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasEditHostnameFile("/x", nullptr, &reply), "hostname != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditHostsFile(nullptr, "x", &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
+    const XasHostnamePayload x = named("x");
+    EXPECT_DEATH(xasEditHostsFile(nullptr, &x, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
 }
 
 TEST_F(HostnameHandler, FailsWithoutTheHostsFile)

@@ -33,8 +33,13 @@ class EthernetFile : public XasFilesTest {
   protected:
     int edit(std::string_view device = "eth0", bool isSlave = false, std::uint32_t bonding = 0)
     {
-        return xasEditEthCfgFile(path.c_str(), &port, device, isSlave, bonding, &reply);
+        const XasEthInterface interface {
+            port, device, isSlave, bonding
+        };
+        return xasEditEthCfgFile(path.c_str(), &interface, &reply);
     }
+
+    int enable(bool enabled) { return xasEditEthEnableCfgFile(path.c_str(), &enabled, &reply); }
 
     void expectReply(std::uint32_t rcode, std::string_view reason) const
     {
@@ -69,15 +74,6 @@ std::string lineOf(const std::string &text, const std::string &key)
 }
 
 } // namespace
-
-TEST_F(EthernetFileDeathTest, NeedsItsPathAndItsPort)
-{
-    EXPECT_DEATH(xasEditEthCfgFile(nullptr, &port, "eth0", false, 0, &reply),
-                 "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditEthCfgFile("/tmp/none", nullptr, "eth0", false, 0, &reply),
-                 "ethPort != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditEthEnableCfgFile(nullptr, true, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-}
 
 TEST_F(EthernetFile, IsLeftAloneWhenTheAddressSourceIsUnknown)
 {
@@ -318,7 +314,7 @@ TEST(EthernetText, OfRandomBytesHoldsNothingButAssignments)
 
 TEST_F(EthernetFile, ToEnableMustExist)
 {
-    EXPECT_EQ(xasEditEthEnableCfgFile(path.c_str(), true, &reply), 1);
+    EXPECT_EQ(enable(true), 1);
     expectReply(2, "Error opening ethernet enable config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
     EXPECT_THAT(dir.names(), IsEmpty());
@@ -328,7 +324,7 @@ TEST_F(EthernetFile, ToEnableStaysWhenItCannotBeSaved)
 {
     dir.write("ifcfg", "ONBOOT=no\n");
     const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(xasEditEthEnableCfgFile(path.c_str(), true, &reply), 1);
+    EXPECT_EQ(enable(true), 1);
     expectReply(3, "Error saving new ethernet config file");
     EXPECT_EQ(dir.read("ifcfg"), "ONBOOT=no\n");
 }
@@ -336,7 +332,7 @@ TEST_F(EthernetFile, ToEnableStaysWhenItCannotBeSaved)
 TEST_F(EthernetFile, ChangesNothingButItsStartAtBoot)
 {
     dir.write("ifcfg", STATIC_ETH0);
-    EXPECT_EQ(xasEditEthEnableCfgFile(path.c_str(), false, &reply), 0);
+    EXPECT_EQ(enable(false), 0);
     EXPECT_EQ(dir.read("ifcfg"), "DEVICE=eth0\n"
                                  "TYPE=Ethernet\n"
                                  "BOOTPROTO=static\n"
@@ -350,7 +346,7 @@ TEST_F(EthernetFile, ChangesNothingButItsStartAtBoot)
                                  "ONBOOT=no\n"
                                  "MTU=1500\n");
     EXPECT_EQ(dir.read("ifcfg.old"), STATIC_ETH0);
-    EXPECT_EQ(xasEditEthEnableCfgFile(path.c_str(), true, &reply), 0);
+    EXPECT_EQ(enable(true), 0);
     EXPECT_EQ(dir.read("ifcfg"), STATIC_ETH0);
     EXPECT_THAT(log.lines(), IsEmpty());
 }

@@ -12,8 +12,14 @@ using testing::ElementsAre;
 
 namespace {
 
-constexpr XasKernCfg VALUES{
-    .ipForwarding = 1, .keepaliveTime = 7200, .keepaliveProbes = 9, .keepaliveInterval = 75};
+const XasEthPayload VALUES = [] {
+    XasEthPayload eth{};
+    eth.ip_forwarding = 1;
+    eth.timer = 7200;
+    eth.probes = 9;
+    eth.interval = 75;
+    return eth;
+}();
 
 class KernelFile : public XasFilesTest {
   protected:
@@ -118,10 +124,11 @@ TEST(KernelText, TakesATabForAPartOfTheKey)
 
 TEST(KernelText, WritesWordsAsSignedAndHalfWordsAsUnsigned)
 {
-    const XasKernCfg extremes{.ipForwarding = 0x80000000U,
-                              .keepaliveTime = 0xFFFFFFFFU,
-                              .keepaliveProbes = 0xFFFF,
-                              .keepaliveInterval = 0x8000};
+    XasEthPayload extremes{};
+    extremes.ip_forwarding = 0x80000000U;
+    extremes.timer = 0xFFFFFFFFU;
+    extremes.probes = 0xFFFF;
+    extremes.interval = 0x8000;
     EXPECT_EQ(xasKernelCfgText("net.ipv4.ip_forward\nnet.ipv4.tcp_keepalive_time\n"
                                "net.ipv4.tcp_keepalive_probes\nnet.ipv4.tcp_keepalive_intvl\n",
                                extremes),

@@ -13,11 +13,25 @@ using testing::IsEmpty;
 
 namespace {
 
+XasEthPayload settings(std::uint32_t bonding, bool ipv6Enabled)
+{
+    XasEthPayload eth{};
+    eth.bonding = bonding;
+    eth.ipv6_enabled = ipv6Enabled ? 1 : 0;
+    return eth;
+}
+
 class ModprobeFile : public XasFilesTest {
   protected:
     std::string path = dir.path("network.conf");
     XasLogCapture log;
     XasReplyStatus reply;
+
+    int edit(const char *file, std::uint32_t bonding, bool ipv6Enabled)
+    {
+        const XasEthPayload eth = settings(bonding, ipv6Enabled);
+        return xasEditModProbeCfgFile(file, &eth, &reply);
+    }
 };
 
 using ModprobeFileDeathTest = ModprobeFile;
@@ -25,7 +39,7 @@ using ModprobeFileDeathTest = ModprobeFile;
 /** The text of a mode that has options. */
 std::string completeText(std::uint32_t bonding, bool ipv6Enabled)
 {
-    const XasNewText text = xasModProbeCfgText(bonding, ipv6Enabled);
+    const XasNewText text = xasModProbeCfgText(settings(bonding, ipv6Enabled));
     EXPECT_TRUE(text.complete);
     return text.text;
 }
@@ -34,13 +48,13 @@ std::string completeText(std::uint32_t bonding, bool ipv6Enabled)
 
 TEST_F(ModprobeFileDeathTest, NeedsItsPath)
 {
-    EXPECT_DEATH(xasEditModProbeCfgFile(nullptr, 0, true, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(edit(nullptr, 0, true), "cfgFileName != \\(\\(void \\*\\)0\\)");
 }
 
 TEST_F(ModprobeFile, IsLeftAloneWhenTheBondingModeIsUnknown)
 {
     dir.write("network.conf", "options ipv6 disable=1\n");
-    EXPECT_EQ(xasEditModProbeCfgFile(path.c_str(), 4, false, &reply), 1);
+    EXPECT_EQ(edit(path.c_str(), 4, false), 1);
     EXPECT_EQ(reply.rcode, 0U);
     EXPECT_EQ(reply.rstr, "");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error getting Ethernet bonding options string\n")));
@@ -52,7 +66,7 @@ TEST_F(ModprobeFile, IsLeftAloneWhenTheBondingModeIsUnknown)
 TEST_F(ModprobeFile, IsLeftAloneWhenItCannotBeOpened)
 {
     dir.write("network.conf.tmp/in-the-way", "");
-    EXPECT_EQ(xasEditModProbeCfgFile(path.c_str(), 0, false, &reply), 1);
+    EXPECT_EQ(edit(path.c_str(), 0, false), 1);
     EXPECT_EQ(reply.rcode, 2U);
     EXPECT_EQ(reply.rstr, "Error opening modprobe config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening output file \"" + path + ".tmp\"\n")));
@@ -62,7 +76,7 @@ TEST_F(ModprobeFile, IsLeftAloneWhenItCannotBeSaved)
 {
     dir.write("network.conf", "old\n");
     const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(xasEditModProbeCfgFile(path.c_str(), 0, false, &reply), 1);
+    EXPECT_EQ(edit(path.c_str(), 0, false), 1);
     EXPECT_EQ(reply.rcode, 3U);
     EXPECT_EQ(reply.rstr, "Error saving new modprobe config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
@@ -71,7 +85,7 @@ TEST_F(ModprobeFile, IsLeftAloneWhenItCannotBeSaved)
 
 TEST_F(ModprobeFile, NeedNotExist)
 {
-    EXPECT_EQ(xasEditModProbeCfgFile(path.c_str(), 0, false, &reply), 0);
+    EXPECT_EQ(edit(path.c_str(), 0, false), 0);
     EXPECT_EQ(dir.read("network.conf"), "options ipv6 disable=1\n");
     EXPECT_THAT(dir.names(), ElementsAre("network.conf"));
     EXPECT_THAT(log.lines(), IsEmpty());
@@ -80,7 +94,7 @@ TEST_F(ModprobeFile, NeedNotExist)
 TEST_F(ModprobeFile, ForgetsItsEarlierContent)
 {
     dir.write("network.conf", "alias netdev-bond0 bonding\noptions other x=1\n");
-    EXPECT_EQ(xasEditModProbeCfgFile(path.c_str(), 0, true, &reply), 0);
+    EXPECT_EQ(edit(path.c_str(), 0, true), 0);
     EXPECT_EQ(dir.read("network.conf"), "");
     EXPECT_EQ(dir.read("network.conf.old"), "alias netdev-bond0 bonding\noptions other x=1\n");
 }
@@ -89,7 +103,7 @@ TEST(ModprobeText, OfAnUnknownModeEndsBehindTheAlias)
 {
     for (const std::uint32_t mode : {4U, 0xFFFFFFFFU}) {
         const XasLogCapture log;
-        const XasNewText text = xasModProbeCfgText(mode, true);
+        const XasNewText text = xasModProbeCfgText(settings(mode, true));
         EXPECT_FALSE(text.complete);
         EXPECT_EQ(text.text, "alias netdev-bond0 bonding\n");
         EXPECT_THAT(log.lines(),

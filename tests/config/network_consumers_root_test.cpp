@@ -47,7 +47,10 @@ class NetworkConsumers : public XasFilesTest {
     void editPort(const XasEthPort &port, std::string_view device, bool isSlave, std::uint32_t bonding)
     {
         XasReplyStatus reply;
-        ASSERT_EQ(xasEditEthCfgFile(file.c_str(), &port, device, isSlave, bonding, &reply), 0);
+        const XasEthInterface interface {
+            port, device, isSlave, bonding
+        };
+        ASSERT_EQ(xasEditEthCfgFile(file.c_str(), &interface, &reply), 0);
     }
 
     XasTestDir workplace;
@@ -58,12 +61,15 @@ class NetworkConsumers : public XasFilesTest {
 
 TEST_F(NetworkConsumers, SysctlSetsTheKernelParameters)
 {
-    const XasKernCfg kernCfg{
-        .ipForwarding = 1, .keepaliveTime = 7300, .keepaliveProbes = 11, .keepaliveInterval = 80};
+    XasEthPayload eth{};
+    eth.ip_forwarding = 1;
+    eth.timer = 7300;
+    eth.probes = 11;
+    eth.interval = 80;
     dir.write("file", "# parameters\n\nnet.ipv4.ip_forward=0\nnet.ipv4.tcp_keepalive_time = 1\n"
                       "  net.ipv4.tcp_keepalive_probes= 1\nnet.ipv4.tcp_keepalive_intvl =1");
     XasReplyStatus reply;
-    ASSERT_EQ(xasEditKernelCfgFile(file.c_str(), &kernCfg, &reply), 0);
+    ASSERT_EQ(xasEditKernelCfgFile(file.c_str(), &eth, &reply), 0);
     const Result result = run("sysctl -p " + file);
     EXPECT_EQ(result.exitStatus, 0) << result.output;
     EXPECT_EQ(xasReadFile("/proc/sys/net/ipv4/ip_forward"), "1\n");
@@ -81,7 +87,9 @@ TEST_F(NetworkConsumers, ModprobeReadsTheModuleOptions)
     constexpr std::array MODES = {"mode=active-backup primary=eth0", "mode=802.3ad", "mode=balance-tlb"};
     for (std::uint32_t mode = 1; mode <= MODES.size(); ++mode) {
         XasReplyStatus reply;
-        ASSERT_EQ(xasEditModProbeCfgFile(options.c_str(), mode, false, &reply), 0);
+        XasEthPayload eth{};
+        eth.bonding = mode;
+        ASSERT_EQ(xasEditModProbeCfgFile(options.c_str(), &eth, &reply), 0);
         const Result result = run("modprobe --showconfig -C " + options);
         EXPECT_EQ(result.exitStatus, 0);
         // The program takes "-" and "_" in names of modules for the same.
@@ -124,19 +132,21 @@ TEST_F(NetworkConsumers, TheShellReadsASlaveBack)
 
 TEST_F(NetworkConsumers, TheShellReadsTheGatewaysBack)
 {
-    const XasAltGateway altGateway{.gateway = xasTestIPv4("192.168.1.2"),
-                                   .pingAddress = xasTestIPv4("192.168.1.3"),
-                                   .pingInterface = 2,
-                                   .pingDelay = 200,
-                                   .pingFailures = 3};
+    XasEthPayload eth{};
+    eth.alt_gateway = xasTestIPv4("192.168.1.2");
+    eth.ping_ip = xasTestIPv4("192.168.1.3");
+    eth.ping_ifc = 2;
+    eth.ping_delay = 200;
+    eth.ping_failed = 3;
+    eth.gw_precedence = 2;
     dir.write("file", "DGD_GATEWAY=x\nDGD_PING_IP=x\nDGD_PING_IFC=x\nDGD_PING_DELAY=x\nDGD_PING_FAILED=x\n");
     XasReplyStatus reply;
-    ASSERT_EQ(xasEditAltGWFile(file.c_str(), altGateway, &reply), 0);
+    ASSERT_EQ(xasEditAltGWFile(file.c_str(), &eth, &reply), 0);
     EXPECT_EQ(
         source(file, {"DGD_GATEWAY", "DGD_PING_IP", "DGD_PING_IFC", "DGD_PING_DELAY", "DGD_PING_FAILED"})
             .output,
         "192.168.1.2\n192.168.1.3\neth1\n200\n3\n");
-    ASSERT_EQ(xasEditGWPrecFile(file.c_str(), 2, &reply), 0);
+    ASSERT_EQ(xasEditGWPrecFile(file.c_str(), &eth, &reply), 0);
     EXPECT_EQ(source(file, {"DHCP_GW_PRECEDENCE"}).output, "2\n");
     XasNetInfo netInfo;
     netInfo.setGateway = true;

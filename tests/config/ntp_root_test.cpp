@@ -25,10 +25,12 @@ constexpr const char *OLD_TEXT = "# configuration for ntpd; see ntp.conf(5) for 
 
 class NtpProgram : public XasFilesTest {
   protected:
-    XasNtpInfo ntpInfo{.sync = 1,
-                       .poll = 0,
-                       .servers = {xasHostWithAddress("10.0.0.1"), xasNamedHost("ntp.example.org"),
-                                   xasHostWithAddress("2001:db8::7b")}};
+    XasNtpPayload ntpInfo{.enabled = 1,
+                          .sync = 1,
+                          .poll = 0,
+                          .servers = {xasHostWithAddress("10.0.0.1"), xasNamedHost("ntp.example.org"),
+                                      xasHostWithAddress("2001:db8::7b")},
+                          .single = xasHostWithAddress("10.0.0.1")};
 
     /** What the daemon says of a file while it starts. */
     [[nodiscard]] std::string report(const std::string &path) const

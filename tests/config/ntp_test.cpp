@@ -42,23 +42,23 @@ constexpr const char *LIFELIKE = "# /etc/ntp.conf, configuration for ntpd; see n
                                  "#authenticate yes\n"
                                  "servers 4\n";
 
-XasNtpInfo pollingThree(const XasHostAddr &one, const XasHostAddr &two, const XasHostAddr &three)
+XasNtpPayload pollingThree(const XasHostAddr &one, const XasHostAddr &two, const XasHostAddr &three)
 {
-    return {.sync = 1, .poll = 0, .servers = {one, two, three}};
+    return {.enabled = 1, .sync = 1, .poll = 0, .servers = {one, two, three}, .single = {}};
 }
 
-XasNtpInfo pollingOne(const XasHostAddr &server)
+XasNtpPayload pollingOne(const XasHostAddr &server)
 {
-    return {.sync = 1, .poll = 1, .servers = {server, {}, {}}};
+    return {.enabled = 1, .sync = 1, .poll = 1, .servers = {}, .single = server};
 }
 
-XasNtpInfo notPolling(std::uint32_t sync)
+XasNtpPayload notPolling(std::uint32_t sync)
 {
-    return {.sync = sync, .poll = 0, .servers = {}};
+    return {.enabled = 1, .sync = sync, .poll = 0, .servers = {}, .single = {}};
 }
 
-const XasNtpInfo THREE = pollingThree(xasHostWithAddress("10.0.0.1"), xasNamedHost("ntp.example.org"),
-                                      xasHostWithAddress("2001:db8::7b"));
+const XasNtpPayload THREE = pollingThree(xasHostWithAddress("10.0.0.1"), xasNamedHost("ntp.example.org"),
+                                         xasHostWithAddress("2001:db8::7b"));
 
 std::string lines(std::string_view line, std::size_t count)
 {
@@ -114,27 +114,25 @@ using NtpUpdateDeathTest = NtpUpdate;
 
 // The step file.
 
-TEST(NtpStepText, ListsTheServersThatAreGivenOneALine)
+TEST(NtpStepText, ListsTheThreeServersOneALine)
 {
-    const XasHostAddr one = xasHostWithAddress("10.0.0.1");
-    const XasHostAddr two = xasNamedHost("ntp.example.org");
-    const XasHostAddr three = xasHostWithAddress("2001:db8::7b");
-    EXPECT_EQ(xasNtpStepText(one, &two, &three), "10.0.0.1\nntp.example.org\n2001:db8::7b\n");
-    EXPECT_EQ(xasNtpStepText(one, nullptr, &three), "10.0.0.1\n2001:db8::7b\n");
-    EXPECT_EQ(xasNtpStepText(one, nullptr, nullptr), "10.0.0.1\n");
+    EXPECT_EQ(xasNtpStepText(THREE), "10.0.0.1\nntp.example.org\n2001:db8::7b\n");
+}
+
+TEST(NtpStepText, ListsTheSingleServerWithTwoUnsetOnes)
+{
+    EXPECT_EQ(xasNtpStepText(pollingOne(xasNamedHost("one"))), "one\n0.0.0.0\n0.0.0.0\n");
 }
 
 TEST(NtpStepText, ShowsZeroRecordsAsAddressesAndEmptyNamesAsEmptyLines)
 {
-    const XasHostAddr zero{};
-    const XasHostAddr empty = xasNamedHost("");
-    EXPECT_EQ(xasNtpStepText(zero, &zero, &empty), "0.0.0.0\n0.0.0.0\n\n");
+    EXPECT_EQ(xasNtpStepText(pollingThree({}, {}, xasNamedHost(""))), "0.0.0.0\n0.0.0.0\n\n");
 }
 
 TEST(NtpStepText, TakesANameThatFillsItsField)
 {
-    EXPECT_EQ(xasNtpStepText(xasNamedHost(std::string(68, 'n')), nullptr, nullptr),
-              std::string(68, 'n') + "\n");
+    EXPECT_EQ(xasNtpStepText(pollingOne(xasNamedHost(std::string(68, 'n')))),
+              std::string(68, 'n') + "\n0.0.0.0\n0.0.0.0\n");
 }
 
 // The daemon's configuration.
@@ -297,7 +295,8 @@ TEST(NtpText, CommentsOutALongServerLineWithoutLosingAnyOfIt)
 
 TEST(NtpText, DoesNotChangeWhenItIsWrittenTwice)
 {
-    for (const XasNtpInfo &ntpInfo : {THREE, pollingOne(xasNamedHost("one")), notPolling(0), notPolling(2)}) {
+    for (const XasNtpPayload &ntpInfo :
+         {THREE, pollingOne(xasNamedHost("one")), notPolling(0), notPolling(2)}) {
         const std::string once = xasNtpCfgText(LIFELIKE, ntpInfo);
         EXPECT_EQ(xasNtpCfgText(once, ntpInfo), once) << ntpInfo.sync;
     }
@@ -325,11 +324,8 @@ TEST(NtpText, TakesTheSameTimeForALineOfAnyFile)
 
 TEST_F(NtpFilesDeathTest, NeedTheirPathsAndValues)
 {
-    const XasHostAddr server{};
-    EXPECT_DEATH(xasEditNTPStepFile(nullptr, &server, nullptr, nullptr, &reply),
-                 "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditNTPStepFile("/tmp/none", nullptr, nullptr, nullptr, &reply),
-                 "ntpServer != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditNTPStepFile(nullptr, &THREE, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditNTPStepFile("/tmp/none", nullptr, &reply), "ntpServer != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasEditNTPCfgFile(nullptr, &THREE, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasEditNTPCfgFile("/tmp/none", nullptr, &reply), "ntpInfo != \\(\\(void \\*\\)0\\)");
 }
@@ -338,8 +334,7 @@ TEST_F(NtpFiles, MustExist)
 {
     const std::string none = dir.path("none");
     const XasLogLine noSuchFile = xasErrorLine("Error opening config file \"" + none + "\"\n");
-    const XasHostAddr server{};
-    EXPECT_EQ(xasEditNTPStepFile(none.c_str(), &server, nullptr, nullptr, &reply), 1);
+    EXPECT_EQ(xasEditNTPStepFile(none.c_str(), &THREE, &reply), 1);
     expectReply(2, "Error opening NTP step file");
     EXPECT_EQ(xasEditNTPCfgFile(none.c_str(), &THREE, &reply), 1);
     expectReply(2, "Error opening NTP config file");
@@ -348,10 +343,9 @@ TEST_F(NtpFiles, MustExist)
 
 TEST_F(NtpFiles, StayAsTheyAreWhenTheNewOnesCannotBePutInPlace)
 {
-    const XasHostAddr server{};
     {
         const XasFault fault{"rename", EIO, 1, 1};
-        EXPECT_EQ(xasEditNTPStepFile(steps.c_str(), &server, nullptr, nullptr, &reply), 1);
+        EXPECT_EQ(xasEditNTPStepFile(steps.c_str(), &THREE, &reply), 1);
     }
     expectReply(3, "Error saving new NTP step file");
     {
@@ -366,9 +360,8 @@ TEST_F(NtpFiles, StayAsTheyAreWhenTheNewOnesCannotBePutInPlace)
 
 TEST_F(NtpFiles, TakeNoneOfTheirOldContentIntoTheStepFile)
 {
-    const XasHostAddr server = xasNamedHost("new.example.org");
-    EXPECT_EQ(xasEditNTPStepFile(steps.c_str(), &server, nullptr, nullptr, &reply), 0);
-    EXPECT_EQ(dir.read("step-tickers"), "new.example.org\n");
+    EXPECT_EQ(xasEditNTPStepFile(steps.c_str(), &THREE, &reply), 0);
+    EXPECT_EQ(dir.read("step-tickers"), "10.0.0.1\nntp.example.org\n2001:db8::7b\n");
     EXPECT_EQ(dir.read("step-tickers.old"), "old.example.net\n");
 }
 

@@ -1,5 +1,5 @@
 // The handler of the logging settings.
-#include "config/update_syslog.h"
+#include "config/syslog.h"
 
 #include "support/apps.h"
 #include "support/files.h"

@@ -33,7 +33,10 @@ class DhcpHostname : public XasFilesTest {
         XasEthPort port = xasTestEth().ports[0];
         port.source = source;
         const std::string path = dir.path("ifcfg");
-        EXPECT_EQ(xasEditEthCfgFile(path.c_str(), &port, device, isSlave, 1, &reply), 0);
+        const XasEthInterface interface {
+            port, device, isSlave, 1
+        };
+        EXPECT_EQ(xasEditEthCfgFile(path.c_str(), &interface, &reply), 0);
         const std::string text = dir.read("ifcfg");
         const std::size_t begin = text.find("DHCP_HOSTNAME=");
         return begin == std::string::npos ? "" : text.substr(begin, text.find('\n', begin) - begin);

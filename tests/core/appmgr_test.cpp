@@ -1,10 +1,8 @@
 #include "core/appmgr.h"
 
 #include "support/apps.h"
-#include "support/faults.h"
 #include "support/log.h"
 
-#include <cerrno>
 #include <gmock/gmock.h>
 
 using testing::IsEmpty;
@@ -71,13 +69,4 @@ TEST(FreeApp, RemovesTheApplicationAndKeepsTheOthersWhereTheyAre)
     ASSERT_EQ(apps.size(), 1U);
     EXPECT_EQ(&apps.front(), last);
     EXPECT_EQ(last->name, "c");
-}
-
-TEST(DumpAppList, DoesNothingWhenItsFileCannotBeOpened)
-{
-    const XasLogCapture log;
-    const XasFault fault{"fopen", EACCES};
-    xasDumpAppList(xasTestAppList({{.name = "a"}}));
-    EXPECT_EQ(fault.calls(), 1U);
-    EXPECT_THAT(log.lines(), IsEmpty());
 }

@@ -70,46 +70,8 @@ TEST_F(AssertionsDeathTest, OfARestoreNameThePathAndItsLength)
     EXPECT_DEATH(xasRestoreCfgFile(""), assertion("strlen(cfgFileName) > 0", "xasRestoreCfgFile"));
 }
 
-TEST_F(AssertionsDeathTest, OfTheHostNameEditorsNameTheArgument)
+TEST_F(AssertionsDeathTest, OfEditorsNameTheArgument)
 {
-    EXPECT_DEATH(xasEditHostsFile(nullptr, "a", &reply),
-                 assertion("cfgFileName != ((void *)0)", "xasEditHostsFile"));
-    EXPECT_DEATH(xasEditHostsFile("/x", nullptr, &reply),
-                 assertion("hostname != ((void *)0)", "xasEditHostsFile"));
-    EXPECT_DEATH(xasEditHostnameFile(nullptr, "a", &reply),
-                 assertion("cfgFileName != ((void *)0)", "xasEditHostnameFile"));
-    EXPECT_DEATH(xasEditHostnameFile("/x", nullptr, &reply),
-                 assertion("hostname != ((void *)0)", "xasEditHostnameFile"));
-    EXPECT_DEATH(xasEditDomainCfgFile(nullptr, "a", &reply),
-                 assertion("cfgFileName != ((void *)0)", "xasEditDomainCfgFile"));
-}
-
-TEST_F(AssertionsDeathTest, OfTheDnsEditorsNameTheArgument)
-{
-    EXPECT_DEATH(xasEditDNSCfgFile(nullptr, &servers, &reply),
-                 assertion("cfgFileName != ((void *)0)", "xasEditDNSCfgFile"));
-    EXPECT_DEATH(xasEditDNSCfgFile("/x", nullptr, &reply),
-                 assertion("dnsInfo != ((void *)0)", "xasEditDNSCfgFile"));
-    EXPECT_DEATH(xasEditDnsPrecCfgFile(nullptr, true, &reply),
-                 assertion("cfgFileName != ((void *)0)", "xasEditDnsPrecCfgFile"));
-}
-
-TEST_F(AssertionsDeathTest, OfTheHostNameHandlerNameMessageTypeAndFiles)
-{
-    EXPECT_DEATH(xasUpdateHostnameCfg(nullptr, &files, &reply),
-                 assertion("msg != ((void *)0)", "xasUpdateHostnameCfg"));
-    EXPECT_DEATH(xasUpdateHostnameCfg(&other, &files, &reply),
-                 assertion("XMSG_HOSTNAME == msg->xH.msgtype", "xasUpdateHostnameCfg"));
-    EXPECT_DEATH(xasUpdateHostnameCfg(&hostname, nullptr, &reply),
-                 assertion("cfgFiles != ((void *)0)", "xasUpdateHostnameCfg"));
-}
-
-TEST_F(AssertionsDeathTest, OfTheDnsHandlerNameMessageTypeAndFiles)
-{
-    EXPECT_DEATH(xasUpdateDnsCfg(nullptr, &files, &reply),
-                 assertion("msg != ((void *)0)", "xasUpdateDnsCfg"));
-    EXPECT_DEATH(xasUpdateDnsCfg(&other, &files, &reply),
-                 assertion("XMSG_DNS == msg->xH.msgtype", "xasUpdateDnsCfg"));
-    EXPECT_DEATH(xasUpdateDnsCfg(&dns, nullptr, &reply),
-                 assertion("cfgFiles != ((void *)0)", "xasUpdateDnsCfg"));
+    EXPECT_DEATH(xasEditDNSCfgFile(nullptr, &servers, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasEditDNSCfgFile("/x", nullptr, &reply), "dnsInfo != \\(\\(void \\*\\)0\\)");
 }

@@ -1,5 +1,6 @@
 // The Ethernet message around its handler: script parameters, the router, the bonding setting that is
 // remembered.
+#include "dispatch/setting_steps.h"
 #include "support/dispatcher_fixture.h"
 
 #include <gmock/gmock.h>

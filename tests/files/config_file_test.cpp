@@ -134,7 +134,7 @@ TEST(CfgFileDeathTest, NeedsItsArguments)
 TEST(OutputLine, FailsWhenTheMediumIsFull)
 {
     const XasLogCapture log;
-    const XasFile full = xasOpenFile("/dev/full", "w");
+    const XasFile full{std::fopen("/dev/full", "we")};
     std::setvbuf(full.get(), nullptr, _IONBF, 0);
     EXPECT_EQ(xasOutputLine(full.get(), "line\n", false), 1);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error printing line to file\n")));

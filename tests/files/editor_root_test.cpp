@@ -41,6 +41,15 @@ class FullDisk : public testing::Test {
     }
 };
 
+XasNtpPayload polling(std::string_view server)
+{
+    return {.enabled = 1,
+            .sync = XAS_NTP_POLL,
+            .poll = XAS_NTP_ONE_SERVER,
+            .servers = {},
+            .single = xasNamedHost(server)};
+}
+
 } // namespace
 
 TEST_F(FullDisk, IsFilledByAFileOfThatSizeButTakesIt)
@@ -48,7 +57,7 @@ TEST_F(FullDisk, IsFilledByAFileOfThatSizeButTakesIt)
     const std::string text = filled("server a\n");
     ASSERT_EQ(text.size(), 4096U);
     const std::string path = disk.write("file", text);
-    const XasNtpInfo same{.sync = 1, .poll = 1, .servers = {xasNamedHost("b"), {}, {}}};
+    const XasNtpPayload same = polling("b");
     EXPECT_EQ(xasEditNTPCfgFile(path.c_str(), &same, &reply), 0);
     EXPECT_THAT(disk.read("file"), StartsWith("server b\n"));
 }
@@ -57,7 +66,7 @@ TEST_F(FullDisk, LeavesTheNtpConfigurationAndGivesNoReason)
 {
     const std::string text = filled("server a\n");
     const std::string path = disk.write("ntp.conf", text);
-    const XasNtpInfo ntpInfo{.sync = 1, .poll = 1, .servers = {xasNamedHost("longer"), {}, {}}};
+    const XasNtpPayload ntpInfo = polling("longer");
     EXPECT_EQ(xasEditNTPCfgFile(path.c_str(), &ntpInfo, &reply), 1);
     expectReply(0, "");
     EXPECT_THAT(log.lines(),
@@ -71,8 +80,8 @@ TEST_F(FullDisk, LeavesTheNtpStepFileAndGivesItsOwnReason)
 {
     const std::string path = disk.write("step-tickers", "old\n");
     const std::string other = disk.write("other", std::string(XasSmallDisk::FILE_SIZE, 'o'));
-    const XasHostAddr server = xasNamedHost("new");
-    EXPECT_EQ(xasEditNTPStepFile(path.c_str(), &server, nullptr, nullptr, &reply), 1);
+    const XasNtpPayload server = polling("new");
+    EXPECT_EQ(xasEditNTPStepFile(path.c_str(), &server, &reply), 1);
     expectReply(3, "Error writing to NTP step file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to NTP step file\n")));

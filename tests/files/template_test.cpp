@@ -12,17 +12,28 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr XasTemplateTexts TEXTS{
-    .templateReason = "no template", .openReason = "no file", .writeReason = "not written"};
+/** What is written: the tail, if any. */
+struct Values {
+    std::function<std::string()> tail;
+};
+
+constexpr XasTemplateEditor<Values> EDITOR{
+    .argument = "values",
+    .texts = {.templateReason = "no template",
+              .file = {.openReason = "no file", .saveReason = "not written"}},
+    .expand = [](std::string text, const Values & /*values*/) { return "<" + std::move(text) + ">"; },
+    .tail =
+        [](const Values &values) {
+            return values.tail ? values.tail() : std::string{};
+        }};
 
 class Template : public XasFilesTest {
   protected:
     int generate(const std::string &templateFile, const std::string &file,
                  const std::function<std::string()> &makeTail = nullptr)
     {
-        return xasGenerateFromTemplate(
-            templateFile.c_str(), file.c_str(), TEXTS, &reply,
-            [](std::string text) { return "<" + std::move(text) + ">"; }, makeTail);
+        const Values values{makeTail};
+        return EDITOR(templateFile.c_str(), file.c_str(), &values, &reply);
     }
 
     void expectReply(std::uint32_t rcode, const char *reason)

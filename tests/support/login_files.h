@@ -31,7 +31,7 @@ class XasLoginFilesTest : public XasFilesTest {
         return xasTestCfgFiles(cfgFiles);
     }
 
-    int handle(XasUpdateHandler handler, XasMessage msg, const std::vector<std::string> &types)
+    int handle(XasUpdate handler, XasMessage msg, const std::vector<std::string> &types)
     {
         reply = {};
         log.take();
@@ -40,7 +40,7 @@ class XasLoginFilesTest : public XasFilesTest {
     }
 
     /** Calls the handler once without each of the TYPEs: it must fail with that TYPE's log and no reply. */
-    void expectMissing(XasUpdateHandler handler, const XasMessage &msg, const std::vector<std::string> &types,
+    void expectMissing(XasUpdate handler, const XasMessage &msg, const std::vector<std::string> &types,
                        const std::vector<std::string> &logTexts)
     {
         for (std::size_t missing = 0; missing < types.size(); ++missing) {

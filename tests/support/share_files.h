@@ -45,8 +45,7 @@ class XasShareFiles : public XasTestDir {
 /** The handlers inside the test program. */
 class XasUpdateSharesTest : public testing::Test {
   protected:
-    int update(XasUpdateHandler handler, const XasMessageBuilder &builder,
-               const std::vector<std::string> &types)
+    int update(XasUpdate handler, const XasMessageBuilder &builder, const std::vector<std::string> &types)
     {
         reply = {};
         log.take();

@@ -17,6 +17,8 @@ namespace {
 
 constexpr XasEditTexts TEXTS{
     .openReason = "open", .writeLog = "Error printing line to file\n", .saveReason = "save"};
+constexpr XasEditTexts ANEW{
+    .openReason = TEXTS.openReason, .writeLog = TEXTS.writeLog, .saveReason = TEXTS.saveReason, .anew = true};
 
 std::string newText(int lines)
 {
@@ -34,7 +36,8 @@ int doWork(const std::string &work, const char *path, const std::string &text)
         return xasEditFile(path, TEXTS, &reply,
                            [&](std::string_view oldText) { return XasNewText{text + std::string{oldText}}; });
     if (work == "make")
-        return xasRegenerateFile(path, TEXTS, &reply, [&] { return XasNewText{text}; });
+        return xasEditFile(path, ANEW, &reply,
+                           [&](std::string_view /*oldText*/) { return XasNewText{text}; });
     if (work == "abandon")
         return xasEditFile(path, TEXTS, &reply, [&](std::string_view /*oldText*/) {
             return XasNewText{text, false};

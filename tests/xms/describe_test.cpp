@@ -26,7 +26,8 @@ TEST(XmsDescribe, ATypeWithoutFieldsSaysSo)
 {
     EXPECT_EQ(describe(XMSG_USERLIST), "XMSG_USERLIST (58): the list of users changed\n"
                                        "  acknowledged, not stored\n"
-                                       "  no fields\n");
+                                       "  no fields\n"
+                                       "  userlist is started: always\n");
 }
 
 TEST(XmsDescribe, EveryFieldHasItsPlaceKindDefaultAndMeaning)
@@ -36,7 +37,25 @@ TEST(XmsDescribe, EveryFieldHasItsPlaceKindDefaultAndMeaning)
               "  never answered, not stored\n"
               "  field    offset  bytes  kind  default  meaning (values)\n"
               "  add      120     4      flag  yes      yes: add the address, no: delete it\n"
-              "  address  124     4      IPv4  0.0.0.0  the address to translate\n");
+              "  address  124     4      IPv4  0.0.0.0  the address to translate\n"
+              "  nat is started: always\n");
+}
+
+TEST(XmsDescribe, TheFilesOfASettingStandThereWithWhatIsSaidOfTheirFailures)
+{
+    EXPECT_THAT(describe(XMSG_SNMP),
+                HasSubstr("  snmp is started: when enabled is not 0\n"
+                          "  file  when                         code  reason\n"
+                          "  snmp  not in the application list  1     Error determining snmp config file\n"
+                          "  snmp  cannot be opened             2     Error opening SNMP config file\n"
+                          "  snmp  cannot be saved              3     Error saving new SNMP config file\n"));
+    EXPECT_THAT(describe(XMSG_ROUTING),
+                HasSubstr("  router is started: when start or static_enabled is not 0\n"));
+    EXPECT_THAT(describe(XMSG_APPLICATION),
+                HasSubstr("is started: when start is not 0, xpb only on models that have it\n"));
+    EXPECT_THAT(describe(XMSG_LDAP), HasSubstr("its template cannot be opened  2     "
+                                               "Error opening ldap.conf.tempalte file for read\n"));
+    EXPECT_THAT(describe(XMSG_NTP), HasSubstr("1     Invalid NTP polling type\n"));
 }
 
 TEST(XmsDescribe, ChoicesShowTheirNumbersAndGroupsTheirExtent)

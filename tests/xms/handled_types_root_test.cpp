@@ -1,5 +1,5 @@
 // Every type that the daemon acts upon can be described, set, watched and, where it is kept, got again.
-#include "dispatch/dispatch_table.h"
+#include "dispatch/settings.h"
 #include "msg/fields.h"
 #include "msg/type_names.h"
 #include "support/serve_fixture.h"
@@ -54,8 +54,8 @@ TEST_F(XmsHandledTypes, CanBeDescribedSetWatchedAndGot)
         EXPECT_TRUE(receive());
         return !dir.read("watched").empty();
     }));
-    EXPECT_EQ(xasDispatchRows().size(), 26U);
-    for (const XasDispatchRow &row : xasDispatchRows()) {
+    EXPECT_EQ(xasSettings().size(), 26U);
+    for (const XasSetting &row : xasSettings()) {
         const std::string type = xasMsgShortName(row.msgtype);
         ASSERT_NE(msgFieldsOf(row.msgtype), nullptr) << type;
         EXPECT_EQ(run({"describe", type}), 0) << type;

@@ -1,6 +1,7 @@
 #include "xms/markdown.h"
+#include "xms/settings_text.h"
 
-#include "dispatch/dispatch_table.h"
+#include "dispatch/settings.h"
 #include "msg/type_names.h"
 #include "support/files.h"
 
@@ -14,10 +15,16 @@ TEST(XmsMarkdown, TheReferenceInTheDocumentsIsUpToDate)
         << "docs/messages.md is not what the fields' descriptions give: run ./dev docs";
 }
 
+TEST(XmsMarkdown, TheDocumentOfTheSettingsIsUpToDate)
+{
+    EXPECT_TRUE(xasReadFile(XAS_DOCS_DIR "/settings.md") == xmsSettingsMarkdown())
+        << "docs/settings.md is not what the rows give: run ./dev docs";
+}
+
 TEST(XmsMarkdown, EveryTypeThatIsActedUponHasItsSection)
 {
     const std::string text = xmsMarkdown();
-    for (const XasDispatchRow &row : xasDispatchRows())
+    for (const XasSetting &row : xasSettings())
         EXPECT_THAT(text, HasSubstr("\n## " + xasMsgShortName(row.msgtype) + "\n"));
 }
 

@@ -7,6 +7,7 @@
 #include "xms/record.h"
 #include "xms/replay.h"
 #include "xms/serve.h"
+#include "xms/settings_text.h"
 #include "xms/socket.h"
 
 #include <CLI/CLI.hpp>
@@ -45,6 +46,7 @@ struct CommandLine {
     bool keepQueues = false;
     bool quiet = false;
     bool markdown = false;
+    bool settings = false;
     bool dump = false;
     std::string type;
     std::vector<std::string> assignments;
@@ -134,6 +136,8 @@ void addPreview(CLI::App &app, CommandLine &line)
 
 XmsExit describe(const CommandLine &line)
 {
+    if (line.settings)
+        return print(xmsSettingsMarkdown());
     if (line.markdown)
         return print(xmsMarkdown());
     if (line.type.empty())
@@ -150,6 +154,8 @@ void addDescribe(CLI::App &app, CommandLine &line)
                    [&] { return describe(line); });
     command->add_option("TYPE", line.type, "Message type");
     command->add_flag("--markdown", line.markdown, "All types, as a Markdown document");
+    command->add_flag("--settings", line.settings,
+                      "What all types change and answer, as a Markdown document");
 }
 
 void addQuestions(CLI::App &app, CommandLine &line)

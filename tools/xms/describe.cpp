@@ -1,9 +1,10 @@
 #include "xms/describe.h"
 
-#include "dispatch/dispatch_table.h"
+#include "dispatch/settings.h"
 #include "msg/type_names.h"
 #include "msg/values.h"
 #include "wire/message_names.h"
+#include "xms/settings_text.h"
 
 #include <algorithm>
 #include <iterator>
@@ -115,6 +116,19 @@ XmsJson typeJson(std::uint32_t msgtype)
     return json;
 }
 
+/** When the application is started, and what an acknowledgement may say. */
+std::string resultsText(std::uint32_t msgtype)
+{
+    const std::string start = xmsStartText(msgtype);
+    std::string text =
+        start.empty() ? start : "  " + xmsApplicationText(msgtype) + " is started: " + start + "\n";
+    std::vector<std::vector<std::string>> rows = xmsResultRows(msgtype);
+    if (rows.empty())
+        return text;
+    rows.insert(rows.begin(), {"file", "when", "code", "reason"});
+    return text + xmsAligned(rows);
+}
+
 } // namespace
 
 std::vector<std::vector<std::string>> xmsFieldRows(const XasMsgFields &fields)
@@ -142,7 +156,7 @@ std::vector<std::string> xmsGroupTexts(const XasMsgFields &fields)
 
 std::string xmsApplicationText(std::uint32_t msgtype)
 {
-    const XasDispatchRow *row = xasFindDispatchRow(msgtype);
+    const XasSetting *row = xasFindSetting(msgtype);
     if (row == nullptr)
         return {};
     return row->application.empty() ? "(by field)" : std::string{row->application};
@@ -186,14 +200,14 @@ std::string xmsDescribeText(std::uint32_t msgtype, XmsPaint paint)
     std::string text =
         title + number + ": " + std::string{fields->meaning} + "\n  " + xmsHandlingText(*fields) + "\n";
     if (fields->fields.empty())
-        return text + "  no fields\n";
+        return text + "  no fields\n" + resultsText(msgtype);
     std::vector<std::vector<std::string>> rows = {
         {"field", "offset", "bytes", "kind", "default", "meaning (values)"}};
     std::ranges::copy(xmsFieldRows(*fields), std::back_inserter(rows));
     text += xmsAligned(rows);
     for (const std::string &group : xmsGroupTexts(*fields))
         text += "  " + group + "\n";
-    return text;
+    return text + resultsText(msgtype);
 }
 
 XmsJson xmsDescribeJson(std::uint32_t msgtype)

@@ -73,7 +73,9 @@ std::string line(const std::vector<std::string> &cells)
     return text + "\n";
 }
 
-std::string table(const std::vector<std::string> &head, const Rows &rows)
+} // namespace
+
+std::string xmsMarkdownTable(const std::vector<std::string> &head, const Rows &rows)
 {
     std::string text = "\n" + line(head) + "|";
     for (std::size_t i = 0; i < head.size(); ++i)
@@ -83,6 +85,8 @@ std::string table(const std::vector<std::string> &head, const Rows &rows)
         text += line(row);
     return text;
 }
+
+namespace {
 
 /** "0 Set, 1 Get, 2 Return": the names from 0 up to the first number without one. */
 std::string numbered(std::string_view (*nameOf)(std::uint32_t))
@@ -96,14 +100,14 @@ std::string numbered(std::string_view (*nameOf)(std::uint32_t))
 std::string headerSection()
 {
     return "\n## The header\n" +
-           table({"field", "offset", "bytes", "meaning"},
-                 {{"`msgtype`", "0", "4", "type of the message, see below"},
-                  {"`action`", "4", "4", numbered(xasActionName)},
-                  {"`sender`", "8", "4", numbered(xasSenderName)},
-                  {"`id`", "12", "4", "number of the message, given by its sender"},
-                  {"`orig_id`", "16", "4", "in an answer the `id` of what it answers, else 0"},
-                  {"", "20", "100", "not used, zero"},
-                  {"", "120", "2368", "payload, by type"}});
+           xmsMarkdownTable({"field", "offset", "bytes", "meaning"},
+                            {{"`msgtype`", "0", "4", "type of the message, see below"},
+                             {"`action`", "4", "4", numbered(xasActionName)},
+                             {"`sender`", "8", "4", numbered(xasSenderName)},
+                             {"`id`", "12", "4", "number of the message, given by its sender"},
+                             {"`orig_id`", "16", "4", "in an answer the `id` of what it answers, else 0"},
+                             {"", "20", "100", "not used, zero"},
+                             {"", "120", "2368", "payload, by type"}});
 }
 
 std::string typesSection()
@@ -122,7 +126,7 @@ std::string typesSection()
         rows.push_back(row);
     }
     return "\n## Types\n\nA type without an application is refused; answers and errors are never answered.\n" +
-           table({"number", "type", "application", "meaning"}, rows);
+           xmsMarkdownTable({"number", "type", "application", "meaning"}, rows);
 }
 
 std::string fieldsTable(const XasMsgFields &fields)
@@ -132,7 +136,8 @@ std::string fieldsTable(const XasMsgFields &fields)
         row.front() = "`" + row.front() + "`";
         std::transform(row.begin() + 1, row.end(), row.begin() + 1, cell);
     }
-    std::string text = table({"field", "offset", "bytes", "kind", "default", "meaning (values)"}, rows);
+    std::string text =
+        xmsMarkdownTable({"field", "offset", "bytes", "kind", "default", "meaning (values)"}, rows);
     for (const std::string &group : xmsGroupTexts(fields)) {
         const std::size_t colon = group.find(':');
         text += "\n`" + group.substr(0, colon) + "`" + cell(group.substr(colon)) + "\n";

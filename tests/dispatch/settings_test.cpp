@@ -1,26 +1,6 @@
-// The dispatch table, row by row against the list of types that are acted upon. The model rule of "xpb" reads
-// a file at a fixed path: tests/root/xas_application_message_test.cpp.
-#include "auth/cifs.h"
-#include "auth/kerberos.h"
-#include "auth/ldap.h"
-#include "auth/nfs.h"
-#include "auth/nis.h"
-#include "auth/radius.h"
-#include "auth/snmp.h"
-#include "auth/tacacs.h"
-#include "auth/update_auth.h"
-#include "auth/users.h"
-#include "config/dns.h"
-#include "config/ethernet.h"
-#include "config/hostname.h"
-#include "config/link_status.h"
-#include "config/ntp.h"
-#include "config/routing.h"
-#include "config/timezone.h"
-#include "config/update_syslog.h"
-#include "dispatch/dispatch_table.h"
-#include "dispatch/update_firewall.h"
-#include "dispatch/vpn.h"
+// The settings, row by row against the list of types that are acted upon. The model rule of "xpb" reads a
+// file at a fixed path: settings_root_test.cpp.
+#include "dispatch/settings_list.h"
 #include "support/message.h"
 
 #include <array>
@@ -48,7 +28,7 @@ constexpr StartRule WORD_1 = [](bool, bool word1) {
 struct ExpectedRow {
     std::uint32_t msgtype;
     const char *application;
-    XasUpdateHandler handler;
+    XasUpdate update;
     StartRule startWanted;
 };
 
@@ -74,10 +54,10 @@ constexpr std::array EXPECTED = {
     ExpectedRow{26, "radius", xasUpdateRadiusCfg, WORD_0},
     ExpectedRow{28, "kerberos", xasUpdateKerberosCfg, WORD_0},
     ExpectedRow{29, "tacacs", xasUpdateTacacsCfg, WORD_0},
-    ExpectedRow{55, "xdd", nullptr, WORD_1}, // word 0 is the index of the application, 0 here
+    ExpectedRow{55, "xdd", {}, WORD_1}, // word 0 is the index of the application, 0 here
     ExpectedRow{57, "user", xasUpdateSingleLocalUsersCfg, ALWAYS},
     ExpectedRow{58, "userlist", xasUpdateUserListCfg, ALWAYS},
-    ExpectedRow{63, "nat", nullptr, ALWAYS},
+    ExpectedRow{63, "nat", {}, ALWAYS},
     ExpectedRow{64, "netlink", xasUpdateEthIfStatusCfg, ALWAYS},
 };
 
@@ -87,9 +67,9 @@ XasMessage messageWithWords(std::uint32_t msgtype, std::uint32_t word0, std::uin
 }
 
 /** The row of a type, which must have one. */
-const XasDispatchRow &rowOf(std::uint32_t msgtype)
+const XasSetting &rowOf(std::uint32_t msgtype)
 {
-    const XasDispatchRow *row = xasFindDispatchRow(msgtype);
+    const XasSetting *row = xasFindSetting(msgtype);
     if (row == nullptr)
         throw std::out_of_range{"no row for type " + std::to_string(msgtype)};
     return *row;
@@ -97,37 +77,41 @@ const XasDispatchRow &rowOf(std::uint32_t msgtype)
 
 } // namespace
 
-TEST(DispatchTable, RefusesEveryOtherTypeUpTo64)
+TEST(Settings, RefusesEveryOtherTypeUpTo64)
 {
     std::set<std::uint32_t> acted;
     for (const ExpectedRow &expected : EXPECTED)
         acted.insert(expected.msgtype);
     for (std::uint32_t msgtype = 0; msgtype <= 64; ++msgtype) {
         if (!acted.contains(msgtype)) {
-            EXPECT_EQ(xasFindDispatchRow(msgtype), nullptr) << msgtype;
+            EXPECT_EQ(xasFindSetting(msgtype), nullptr) << msgtype;
         }
     }
 }
 
-TEST(DispatchTable, RefusesValuesOutside1To64)
+TEST(Settings, RefusesValuesOutside1To64)
 {
     for (const std::uint32_t msgtype :
          {0U, 65U, 66U, 67U, 68U, 69U, 255U, 257U, 65537U, 0x7FFFFFFFU, 0x80000001U, 0xFFFFFFFFU})
-        EXPECT_EQ(xasFindDispatchRow(msgtype), nullptr) << msgtype;
+        EXPECT_EQ(xasFindSetting(msgtype), nullptr) << msgtype;
 }
 
-TEST(DispatchTable, HasExactlyTheRowsOfTheTypesThatAreActedUpon)
+TEST(Settings, HasExactlyTheRowsOfTheTypesThatAreActedUpon)
 {
-    ASSERT_EQ(xasDispatchRows().size(), EXPECTED.size());
+    ASSERT_EQ(xasSettings().size(), EXPECTED.size());
     for (std::size_t i = 0; i < EXPECTED.size(); ++i) {
-        const XasDispatchRow &row = xasDispatchRows()[i];
+        const XasSetting &row = xasSettings()[i];
         EXPECT_EQ(row.msgtype, EXPECTED[i].msgtype);
-        EXPECT_EQ(row.handler, EXPECTED[i].handler) << row.msgtype;
-        EXPECT_EQ(xasFindDispatchRow(row.msgtype), &row);
+        const XasUpdate &expected = EXPECTED[i].update;
+        EXPECT_EQ(row.update.function, expected.function) << row.msgtype;
+        if (expected.function == nullptr) {
+            EXPECT_EQ(row.update.files, expected.files) << row.msgtype;
+        }
+        EXPECT_EQ(xasFindSetting(row.msgtype), &row);
     }
 }
 
-TEST(DispatchTable, NamesTheApplicationOfEveryType)
+TEST(Settings, NamesTheApplicationOfEveryType)
 {
     for (const ExpectedRow &expected : EXPECTED) {
         const XasMessage msg = messageWithWords(expected.msgtype, 0, 0);
@@ -135,7 +119,7 @@ TEST(DispatchTable, NamesTheApplicationOfEveryType)
     }
 }
 
-TEST(DispatchTable, StartsEveryTypesApplicationByItsRule)
+TEST(Settings, StartsEveryTypesApplicationByItsRule)
 {
     for (const ExpectedRow &expected : EXPECTED) {
         for (const auto &[word0, word1] :
@@ -148,7 +132,7 @@ TEST(DispatchTable, StartsEveryTypesApplicationByItsRule)
     }
 }
 
-TEST(DispatchTable, NamesTheApplicationOfAnApplicationMessageByItsIndex)
+TEST(Settings, NamesTheApplicationOfAnApplicationMessageByItsIndex)
 {
     constexpr std::array NAMES = {"xdd", "xld", "snmptrapd", "portmap", "xpb"};
     for (std::uint32_t index = 0; index < NAMES.size(); ++index)
@@ -157,7 +141,7 @@ TEST(DispatchTable, NamesTheApplicationOfAnApplicationMessageByItsIndex)
         EXPECT_EQ(xasApplicationName(rowOf(55), messageWithWords(55, index, 1)), "INVALID_APP") << index;
 }
 
-TEST(DispatchTable, LooksAtNoModelForApplicationsOtherThanXpb)
+TEST(Settings, LooksAtNoModelForApplicationsOtherThanXpb)
 {
     for (const std::uint32_t index : {0U, 1U, 2U, 3U, 5U}) {
         EXPECT_TRUE(xasIsStartWanted(rowOf(55), messageWithWords(55, index, 1))) << index;

@@ -1,8 +1,9 @@
 // The listing of the applications, which goes to a fixed file.
-#include "core/appmgr.h"
+#include "files/app_list_dump.h"
 #include "support/apps.h"
 #include "support/files.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 
 TEST(AppListDump, ListsEveryApplicationAndSaysNullForWhatIsAbsent)
@@ -39,4 +40,13 @@ TEST(AppListDump, IsAppended)
                                              "App: a\n"
                                              "     Start Script: NULL\n"
                                              "     Stop Script: NULL\n");
+}
+
+TEST(AppListDump, DoesNothingWhenItsFileCannotBeOpened)
+{
+    std::filesystem::remove("/tmp/outfp.txt");
+    std::filesystem::create_directory("/tmp/outfp.txt");
+    xasDumpAppList(xasTestAppList({{.name = "a"}}));
+    EXPECT_TRUE(std::filesystem::is_empty("/tmp/outfp.txt"));
+    std::filesystem::remove("/tmp/outfp.txt");
 }

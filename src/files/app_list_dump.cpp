@@ -1,0 +1,36 @@
+#include "files/app_list_dump.h"
+
+#include "core/text.h"
+#include "files/generated_file.h"
+
+namespace {
+
+const char *textOrNull(const std::optional<std::string> &text)
+{
+    return text ? text->c_str() : "NULL";
+}
+
+std::string appText(const XasApp &app)
+{
+    std::string text = xasFormat("App: %s\n", textOrNull(app.name));
+    text += xasFormat("     Start Script: %s\n", textOrNull(app.startScript));
+    text += xasFormat("     Stop Script: %s\n", textOrNull(app.stopScript));
+    for (const XasDaemon &daemon : app.daemons)
+        text += xasFormat("     Exe: %s\n", daemon.exe.c_str());
+    for (const XasCfgFileEntry &entry : app.cfgFiles) {
+        text += xasFormat("     CfgFile Type: %s\n", textOrNull(entry.type));
+        text += xasFormat("     CfgFile Path: %s\n", textOrNull(entry.path));
+    }
+    return text;
+}
+
+} // namespace
+
+void xasDumpAppList(const XasAppList &apps)
+{
+    const XasFile out = xasOpenGrowingFile("/tmp/outfp.txt");
+    if (!out)
+        return;
+    for (const XasApp &app : apps)
+        xasWriteGenerated(out.get(), appText(app));
+}
