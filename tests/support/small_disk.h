@@ -30,6 +30,7 @@ class XasSmallDisk {
     {
         return dir.write(name, text);
     }
+    [[nodiscard]] std::string path(std::string_view name) const { return dir.path(name); }
     [[nodiscard]] std::string read(std::string_view name) const { return dir.read(name); }
     [[nodiscard]] bool has(std::string_view name) const { return dir.has(name); }
 
