@@ -63,11 +63,12 @@ class Walk {
 
     bool isModelUnusable(const XasExpectedFile &file)
     {
-        if (situation.failing == nullptr || situation.failing->type != file.model)
+        if (file.model.empty())
             return false;
-        if (situation.failure == XasFailure::notOnDisk)
-            reply(2, situation.failing->openReason);
-        return true;
+        const XasExpectedFile &model = situation.setting.file(file.model);
+        if (fails(model, XasFailure::notOnDisk))
+            reply(2, model.openReason);
+        return fails(model, XasFailure::notOnDisk) || fails(model, XasFailure::isEmpty);
     }
 
     bool generate(const XasExpectedFile &file)
@@ -76,6 +77,12 @@ class Walk {
             if (file.openReason.empty())
                 logPath("Error opening config file \"%s\"\n", situation.path(file));
             reply(2, file.openReason);
+            return false;
+        }
+        if (fails(file, XasFailure::notWritten)) {
+            if (file.saveReason.empty())
+                log("Error printing line to file\n");
+            reply(3, file.saveReason);
             return false;
         }
         const bool isPam = file.orderReads != 0; // it is everybody's whatever it was
@@ -153,9 +160,9 @@ class Walk {
         }
     }
 
-    [[nodiscard]] bool fails(const XasExpectedFile &file, XasFailure failure) const
+    [[nodiscard]] bool fails(const XasExpectedFile &file, XasFailure how) const
     {
-        return &file == situation.failing && failure == situation.failure;
+        return situation.fails(file, how);
     }
 
     [[nodiscard]] bool isOrderMissing() const { return !outcome.files.contains("r58authconfig"); }
@@ -202,10 +209,17 @@ class Walk {
 
 } // namespace
 
+bool XasSituation::fails(const XasExpectedFile &file, XasFailure how) const
+{
+    return how == failure && (failing == nullptr || failing == &file);
+}
+
 std::string XasSituation::path(const XasExpectedFile &file) const
 {
-    if (&file == failing)
-        return failingPath;
+    if (fails(file, XasFailure::notWritten))
+        return fullDisk;
+    if (fails(file, XasFailure::notOpened) && file.way == XasFileWay::generated)
+        return directory + "/nowhere/" + file.type;
     return file.path.empty() ? directory + "/" + file.type : file.path;
 }
 

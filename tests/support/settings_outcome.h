@@ -27,12 +27,14 @@ using XasFileListing = std::map<std::string, std::string>;
 /** What a message finds. */
 struct XasSituation {
     const XasExpectedSetting &setting;
-    const XasExpectedFile *failing = nullptr; /**< the file that fails */
+    const XasExpectedFile *failing; /**< the file that fails; none: every file of the setting */
     XasFailure failure = XasFailure::none;
     bool canRestore = true;
-    std::string directory;   /**< of the files */
-    std::string failingPath; /**< of the file that fails */
-    XasFileListing files;    /**< in `directory` */
+    std::string directory; /**< of the files */
+    std::string fullDisk;  /**< where the failing file is when the disk is full */
+    XasFileListing files;  /**< in `directory` */
+
+    [[nodiscard]] bool fails(const XasExpectedFile &file, XasFailure how) const;
 
     /** The path of a TYPE's file, and its name in `files`. */
     [[nodiscard]] std::string path(const XasExpectedFile &file) const;

@@ -48,7 +48,7 @@ XasExpectedSetting eth()
         .files =
             {
                 {.type = "gatewayprec",
-                 .oldText = "DHCP_GW_PRECEDENCE=0\n",
+                 .oldText = "# comment\nDHCP_GW_PRECEDENCE=0\n",
                  .newText = "DHCP_GW_PRECEDENCE=2\n",
                  .missingLog = "Error determining gateway precedence config file\n",
                  .missingReason = "Error determining gateway precedence config file",
@@ -579,7 +579,7 @@ XasExpectedSetting nis()
         .files =
             {
                 {.type = "yp",
-                 .oldText = "old\n",
+                 .oldText = "# comment\nypserver old\n",
                  .newText = "# /etc/yp.conf - ypbind configuration file\ndomain  server nis0 \n",
                  .missingLog = "Error determining yp.conf config file\n",
                  .openReason = "Error opening yp.conf config file",
@@ -787,6 +787,19 @@ XasExpectedSetting notify(const char *name, const char *port, const char *type)
     };
 }
 
+/** A message whose work is done at fixed paths alone. */
+XasExpectedSetting withoutFiles(const char *name, std::uint32_t msgtype, const char *application)
+{
+    return {.name = name,
+            .msgtype = msgtype,
+            .msgtypeName = std::string{"XMSG_"} + name,
+            .application = application,
+            .hasFixedPaths = false,
+            .files = {},
+            .course = {},
+            .message = XasMessageBuilder{msgtype}.build()};
+}
+
 } // namespace
 
 const XasExpectedFile &XasExpectedSetting::file(std::string_view type) const
@@ -816,6 +829,9 @@ const std::vector<XasExpectedSetting> &xasExpectedSettings()
         tacacs(),
         notify("LinkOfEth1", "Eth1", "eth0"),
         notify("LinkOfEth2", "Eth2", "eth1"),
+        withoutFiles("LOCALUSERS", 22, "localuser"),
+        withoutFiles("USER", 57, "user"),
+        withoutFiles("USERLIST", 58, "userlist"),
     };
     return SETTINGS;
 }

@@ -75,7 +75,7 @@ struct XasExpectedSetting {
 /** Where the order of login methods is read, by whoever needs it. */
 inline constexpr const char *XAS_ORDER_FILE = "/etc/sysconfig/r58authconfig";
 
-/** Every setting that has files. */
+/** Every setting with a handler of its own; the last ones have no files. */
 const std::vector<XasExpectedSetting> &xasExpectedSettings();
 
 /** Calls the update handler of a message type: the only place where these tests know how that is done. */
