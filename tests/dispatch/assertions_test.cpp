@@ -1,12 +1,11 @@
 // Programming errors end the process with the assertion's text: every one on a message's way through the
-// transport, the process manager, the safe replacement and the host-name and DNS handlers. (Those of the
-// script parameters are in xas_script_params_test.cpp.)
+// transport, the process manager, the safe replacement and the host-name and DNS editors. (Those of the
+// script parameters are in script_params_test.cpp, those of all handlers in settings_test.cpp.)
 #include "config/dns.h"
 #include "config/hostname.h"
 #include "core/daemon.h"
 #include "core/msgqueue.h"
 #include "files/config_file.h"
-#include "support/message.h"
 
 #include <gmock/gmock.h>
 
@@ -23,11 +22,7 @@ auto assertion(const std::string &text, const std::string &function)
 
 class AssertionsDeathTest : public testing::Test {
   protected:
-    XasMessage other = XasMessageBuilder{XMSG_SSH}.build();
-    XasMessage hostname = XasMessageBuilder{XMSG_HOSTNAME}.build();
-    XasMessage dns = XasMessageBuilder{XMSG_DNS}.build();
     XasDnsPayload servers{};
-    XasCfgFileList files;
     XasReplyStatus reply;
     XasCfgFile cf;
 };
@@ -92,24 +87,4 @@ TEST_F(AssertionsDeathTest, OfTheDnsEditorsNameTheArgument)
                  assertion("dnsInfo != ((void *)0)", "xasEditDNSCfgFile"));
     EXPECT_DEATH(xasEditDnsPrecCfgFile(nullptr, true, &reply),
                  assertion("cfgFileName != ((void *)0)", "xasEditDnsPrecCfgFile"));
-}
-
-TEST_F(AssertionsDeathTest, OfTheHostNameHandlerNameMessageTypeAndFiles)
-{
-    EXPECT_DEATH(xasUpdateHostnameCfg(nullptr, &files, &reply),
-                 assertion("msg != ((void *)0)", "xasUpdateHostnameCfg"));
-    EXPECT_DEATH(xasUpdateHostnameCfg(&other, &files, &reply),
-                 assertion("XMSG_HOSTNAME == msg->xH.msgtype", "xasUpdateHostnameCfg"));
-    EXPECT_DEATH(xasUpdateHostnameCfg(&hostname, nullptr, &reply),
-                 assertion("cfgFiles != ((void *)0)", "xasUpdateHostnameCfg"));
-}
-
-TEST_F(AssertionsDeathTest, OfTheDnsHandlerNameMessageTypeAndFiles)
-{
-    EXPECT_DEATH(xasUpdateDnsCfg(nullptr, &files, &reply),
-                 assertion("msg != ((void *)0)", "xasUpdateDnsCfg"));
-    EXPECT_DEATH(xasUpdateDnsCfg(&other, &files, &reply),
-                 assertion("XMSG_DNS == msg->xH.msgtype", "xasUpdateDnsCfg"));
-    EXPECT_DEATH(xasUpdateDnsCfg(&dns, nullptr, &reply),
-                 assertion("cfgFiles != ((void *)0)", "xasUpdateDnsCfg"));
 }
