@@ -1,11 +1,9 @@
 // The authentication order: its file in both forms, and reading it back.
 #include "auth/auth_order.h"
 
-#include "support/faults.h"
 #include "support/files.h"
 #include "support/log.h"
 
-#include <cerrno>
 #include <gmock/gmock.h>
 #include <tuple>
 
@@ -66,28 +64,6 @@ TEST_F(AuthOrderFile, MustExistAndTheMessageIsThenLeftAlone)
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
     EXPECT_EQ(cfgAuth.ldap, 9);
     EXPECT_THAT(dir.names(), IsEmpty());
-}
-
-TEST_F(AuthOrderFile, StaysWhenItsTemporaryCannotBeMade)
-{
-    const std::string path = dir.write("order", "LOCAL=1\n");
-    dir.write("order.tmp/in the way", "");
-    EXPECT_EQ(xasEditAuthenOrderCfgFile(path.c_str(), &cfgAuth, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening sysconfig/r58authconfig config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening output file \"" + path + ".tmp\"\n")));
-    EXPECT_EQ(dir.read("order"), "LOCAL=1\n");
-}
-
-TEST_F(AuthOrderFile, StaysWhenItCannotBeSaved)
-{
-    const std::string path = dir.write("order", "LOCAL=1\n");
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(xasEditAuthenOrderCfgFile(path.c_str(), &cfgAuth, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new r58authconfig config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
-    EXPECT_EQ(dir.read("order"), "LOCAL=1\n");
 }
 
 TEST_F(AuthOrderFile, IsWrittenAnewWithTheFirstResponderInItsFirstLine)

@@ -40,20 +40,9 @@ class UpdateSamba : public XasUpdateSharesTest {
     }
 };
 
-using UpdateSambaDeathTest = UpdateSamba;
 using DispatchSamba = XasDispatchSharesTest;
 
 } // namespace
-
-TEST_F(UpdateSambaDeathTest, NeedsAMessageOfItsTypeAndAList)
-{
-    XasMessage nfs = XasMessageBuilder{XMSG_NFS}.build();
-    XasMessage cifs = cifsMessage().build();
-    const XasCfgFileList list;
-    EXPECT_DEATH(xasUpdateSambaCfg(nullptr, &list, &reply), "msg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasUpdateSambaCfg(&nfs, &list, &reply), "XMSG_CIFS == msg->xH.msgtype");
-    EXPECT_DEATH(xasUpdateSambaCfg(&cifs, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
-}
 
 TEST_F(UpdateSamba, FailsWithoutOneOfItsFilesInTheListEvenWhenTheShareIsOff)
 {
@@ -70,23 +59,6 @@ TEST_F(UpdateSamba, FailsWithoutOneOfItsFilesInTheListEvenWhenTheShareIsOff)
     expectUntouched();
 }
 
-TEST_F(UpdateSamba, FailsWhenSmbConfCannotBeWrittenAndLeavesThePasswords)
-{
-    std::filesystem::remove(files.path("smb"));
-    EXPECT_EQ(updateSamba(cifsMessage()), 1);
-    expectReply(2, "Error opening Ethernet config file");
-    EXPECT_THAT(log.take(), ElementsAre(fileError("opening config", "smb"),
-                                        xasErrorLine("Error editing SMB config file\n")));
-    files.write("smb", XasShareFiles::SMB);
-    const XasFault fault{"rename", EIO, 1, 1};
-    EXPECT_EQ(updateSamba(cifsMessage()), 1);
-    expectReply(3, "Error saving new SMB/CIFS config file");
-    EXPECT_THAT(log.take(), ElementsAre(fileError("renaming new config", "smb"),
-                                        xasErrorLine("Error editing SMB config file\n")));
-    EXPECT_EQ(files.read("smb"), XasShareFiles::SMB);
-    EXPECT_EQ(files.read("smbpasswd"), XasShareFiles::PASSWORDS);
-}
-
 TEST_F(UpdateSamba, RestoresSmbConfWhenThePasswordLacksAPart)
 {
     EXPECT_EQ(updateSamba(cifsMessage().bytes(165, std::string(2, '\0'))), 1);
@@ -96,39 +68,6 @@ TEST_F(UpdateSamba, RestoresSmbConfWhenThePasswordLacksAPart)
                                          "lct_field = LCT-1\n"),
                             xasErrorLine("Error editing smbpasswd file\n")));
     expectUntouched();
-}
-
-TEST_F(UpdateSamba, RestoresSmbConfWhenThePasswordsCannotBeWritten)
-{
-    std::filesystem::remove(files.path("smbpasswd"));
-    EXPECT_EQ(updateSamba(cifsMessage()), 1);
-    expectReply(2, "Error opening samba/smbpasswd config file");
-    EXPECT_THAT(log.take(), ElementsAre(fileError("opening config", "smbpasswd"),
-                                        xasErrorLine("Error editing smbpasswd file\n")));
-    files.write("smbpasswd", XasShareFiles::PASSWORDS);
-    expectUntouched();
-
-    const XasFault fault{"rename", EIO, 3, 1};
-    EXPECT_EQ(updateSamba(cifsMessage()), 1);
-    expectReply(3, "Error saving new smbpasswd config file");
-    EXPECT_THAT(log.take(), ElementsAre(fileError("renaming new config", "smbpasswd"),
-                                        xasErrorLine("Error editing smbpasswd file\n")));
-    EXPECT_EQ(files.read("smb"), XasShareFiles::SMB);
-    EXPECT_EQ(files.read("smbpasswd"), XasShareFiles::PASSWORDS);
-}
-
-TEST_F(UpdateSamba, LogsARestoreThatFailsAndKeepsTheReply)
-{
-    files.write("smbpasswd.tmp/inside", "");
-    const XasFault fault{"rename", EIO, 2};
-    EXPECT_EQ(updateSamba(cifsMessage()), 1);
-    expectReply(2, "Error opening samba/smbpasswd config file");
-    EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error opening output file \"" +
-                                                     files.path("smbpasswd.tmp") + "\"\n"),
-                                        xasErrorLine("Error editing smbpasswd file\n"),
-                                        fileError("restoring old config", "smb")));
-    EXPECT_EQ(files.read("smb"), NEW_SMB);
-    EXPECT_EQ(files.read("smb.old"), XasShareFiles::SMB);
 }
 
 TEST_F(UpdateSamba, TouchesNeitherFileWhenTheShareIsOff)

@@ -1,12 +1,10 @@
 // The share that is offered: smb.conf and the SMB password file.
 #include "auth/cifs.h"
 
-#include "support/faults.h"
 #include "support/files.h"
 #include "support/growth.h"
 #include "support/log.h"
 
-#include <cerrno>
 #include <cstring>
 #include <gmock/gmock.h>
 
@@ -73,7 +71,6 @@ class SmbPassText : public testing::Test {
 
 class SambaFiles : public XasFilesTest {
   protected:
-    int editSmb() { return xasEditSMBCfgFile(path.c_str(), &cifs, &reply); }
     int editPasswords() { return xasEditSMBPassCfgFile(path.c_str(), &cifs, &reply); }
 
     void expectReply(std::uint32_t rcode, std::string_view reason) const
@@ -304,48 +301,6 @@ TEST_F(SambaFilesDeathTest, NeedTheirPathAndTheirValues)
                  "cfgSmbPassCfg != \\(\\(void \\*\\)0\\)");
 }
 
-TEST_F(SambaFiles, MustExist)
-{
-    const XasLogLine notOpened = xasErrorLine("Error opening config file \"" + path + "\"\n");
-    EXPECT_EQ(editSmb(), 1);
-    expectReply(2, "Error opening Ethernet config file");
-    EXPECT_EQ(editPasswords(), 1);
-    expectReply(2, "Error opening samba/smbpasswd config file");
-    EXPECT_THAT(log.lines(), ElementsAre(notOpened, notOpened));
-    EXPECT_THAT(dir.names(), IsEmpty());
-}
-
-TEST_F(SambaFiles, StayAsTheyAreWhenNothingCanBeWrittenBesideThem)
-{
-    dir.write("file", "old\n");
-    dir.write("file.tmp/inside", "");
-    const XasLogLine notOpened = xasErrorLine("Error opening output file \"" + path + ".tmp\"\n");
-    EXPECT_EQ(editSmb(), 1);
-    expectReply(2, "Error opening Ethernet config file");
-    EXPECT_EQ(editPasswords(), 1);
-    expectReply(2, "Error opening samba/smbpasswd config file");
-    EXPECT_THAT(log.lines(), ElementsAre(notOpened, notOpened));
-    EXPECT_EQ(dir.read("file"), "old\n");
-}
-
-TEST_F(SambaFiles, StayAsTheyAreWhenTheNewOnesCannotBePutInPlace)
-{
-    dir.write("file", "old\n");
-    const XasLogLine notRenamed = xasErrorLine("Error renaming new config file \"" + path + "\"\n");
-    {
-        const XasFault fault{"rename", EIO, 1};
-        EXPECT_EQ(editSmb(), 1);
-        expectReply(3, "Error saving new SMB/CIFS config file");
-    }
-    {
-        const XasFault fault{"rename", EIO, 1};
-        EXPECT_EQ(editPasswords(), 1);
-        expectReply(3, "Error saving new smbpasswd config file");
-    }
-    EXPECT_THAT(log.lines(), ElementsAre(notRenamed, notRenamed));
-    EXPECT_EQ(dir.read("file"), "old\n");
-}
-
 TEST_F(SambaFiles, ThePasswordFileStaysAsItIsWhenThePasswordIsRefused)
 {
     xasWriteFile(path, "# c\ncifsuser:100:old\n", 0644);
@@ -356,28 +311,4 @@ TEST_F(SambaFiles, ThePasswordFileStaysAsItIsWhenThePasswordIsRefused)
     EXPECT_EQ(dir.read("file.tmp"), "# c\n");
     EXPECT_EQ(xasModeOf(path + ".tmp"), 0600U);
     EXPECT_THAT(dir.names(), ElementsAre("file", "file.tmp"));
-}
-
-TEST_F(SambaFiles, SmbConfKeepsItsModeAndLeavesABackup)
-{
-    xasWriteFile(path, "[global]\nworkgroup = X\n", 0640);
-    EXPECT_EQ(editSmb(), 0);
-    EXPECT_EQ(dir.read("file"), "[global]\n   workgroup = ENGINEERING\n");
-    EXPECT_EQ(xasModeOf(path), 0640U);
-    EXPECT_EQ(dir.read("file.old"), "[global]\nworkgroup = X\n");
-    expectReply(0, "");
-    EXPECT_THAT(log.lines(), IsEmpty());
-}
-
-TEST_F(SambaFiles, ThePasswordFileIsSecretAfterwardsWhateverItsModeWas)
-{
-    for (const mode_t mode : {0644U, 0666U, 0600U}) {
-        xasWriteFile(path, "# c\n", mode);
-        EXPECT_EQ(editPasswords(), 0);
-        EXPECT_EQ(dir.read("file"), "# c\n" + std::string{ENTRY});
-        EXPECT_EQ(xasModeOf(path), 0600U);
-        EXPECT_EQ(dir.read("file.old"), "# c\n");
-    }
-    expectReply(0, "");
-    EXPECT_THAT(log.lines(), IsEmpty());
 }

@@ -1,15 +1,11 @@
 // LDAP: the directory tools' file and the client file from its template.
 #include "auth/ldap.h"
 
-#include "support/faults.h"
 #include "support/files.h"
 #include "support/hosts.h"
-#include "support/log.h"
 
-#include <cerrno>
 #include <gmock/gmock.h>
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
@@ -35,7 +31,6 @@ constexpr const char *TEMPLATE = "host $(HOST)\n"
 class LdapFiles : public XasFilesTest {
   protected:
     XasLdapPayload cfgLDAP = settings();
-    XasLogCapture log;
     XasReplyStatus reply;
 };
 
@@ -52,25 +47,6 @@ TEST_F(LdapFilesDeathTest, NeedTheirPathsAndSettings)
     EXPECT_DEATH(xasEditLdapCfgFileBC("/x", nullptr, &cfgLDAP, &reply),
                  "cfgFileName != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasEditLdapCfgFileBC("/x", "/x", nullptr, &reply), "cfgLDAP != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(LdapFiles, ToolsFileMustExist)
-{
-    const std::string path = dir.path("openldap.conf");
-    EXPECT_EQ(xasEditOpenLdapCfgFile(path.c_str(), &cfgLDAP, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening openldap/ldap.conf config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
-}
-
-TEST_F(LdapFiles, ToolsFileStaysWhenItCannotBeSaved)
-{
-    const std::string path = dir.write("openldap.conf", "BASE old\n");
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(xasEditOpenLdapCfgFile(path.c_str(), &cfgLDAP, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new openldap config file");
-    EXPECT_EQ(dir.read("openldap.conf"), "BASE old\n");
 }
 
 TEST_F(LdapFiles, ToolsFileHasItsHostAndBaseAtTheEnd)
@@ -90,27 +66,6 @@ TEST_F(LdapFiles, ClientFileIsRemovedWhenDisabledAndNeedsNoTemplate)
     EXPECT_THAT(dir.names(), IsEmpty());
     EXPECT_EQ(xasEditLdapCfgFileBC("/missing", path.c_str(), &cfgLDAP, &reply), 0);
     EXPECT_EQ(reply.rcode, 0U);
-}
-
-TEST_F(LdapFiles, ClientFileNeedsItsTemplate)
-{
-    EXPECT_EQ(xasEditLdapCfgFileBC("/missing", dir.write("ldap.conf", "old").c_str(), &cfgLDAP, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening ldap.conf.tempalte file for read");
-    EXPECT_EQ(dir.read("ldap.conf"), "old");
-}
-
-TEST_F(LdapFiles, ClientFileThatCannotBeOpenedOrWrittenIsTold)
-{
-    const std::string templateFile = dir.write("template", TEMPLATE);
-    EXPECT_EQ(xasEditLdapCfgFileBC(templateFile.c_str(), dir.path("no/ldap.conf").c_str(), &cfgLDAP, &reply),
-              1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening ldap.conf file for write");
-    EXPECT_EQ(xasEditLdapCfgFileBC(templateFile.c_str(), "/dev/full", &cfgLDAP, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error writing to ldap.conf file");
-    EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST_F(LdapFiles, ClientFileIsTheOwnersAlone)

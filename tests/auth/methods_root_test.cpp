@@ -1,4 +1,4 @@
-// The handlers of NIS, LDAP, RADIUS, Kerberos and TACACS+: order of work, failures, what is left how.
+// The handlers of NIS, LDAP, RADIUS, Kerberos and TACACS+: what is their own beside what all settings share.
 #include "auth/kerberos.h"
 #include "auth/ldap.h"
 #include "auth/nis.h"
@@ -110,64 +110,7 @@ class UpdateTacacs : public XasLoginFilesTest {
     const std::vector<std::string> TYPES = {"tacplustmpl", "tacplus", "nsswitch", "system-auth"};
 };
 
-using UpdateMethodDeathTest = XasLoginFilesTest;
-
 } // namespace
-
-TEST_F(UpdateMethodDeathTest, AHandlerNeedsAMessageOfItsTypeAndAList)
-{
-    struct Case {
-        XasUpdate handler;
-        std::uint32_t msgtype;
-        const char *text;
-    };
-    const Case cases[] = {
-        {xasUpdateNisCfg, XMSG_NIS, "XMSG_NIS == msg->xH.msgtype"},
-        {xasUpdateLdapCfg, XMSG_LDAP, "XMSG_LDAP == msg->xH.msgtype"},
-        {xasUpdateRadiusCfg, XMSG_RADIUS, "XMSG_RADIUS == msg->xH.msgtype"},
-        {xasUpdateKerberosCfg, XMSG_KERBEROS, "XMSG_KERBEROS == msg->xH.msgtype"},
-        {xasUpdateTacacsCfg, XMSG_TACACS, "XMSG_TACACS == msg->xH.msgtype"},
-    };
-    const XasCfgFileList list;
-    for (const Case &c : cases) {
-        XasMessage msg = XasMessageBuilder{c.msgtype}.build();
-        XasMessage other = XasMessageBuilder{XMSG_DNS}.build();
-        EXPECT_DEATH(c.handler(nullptr, &list, &reply), "msg != \\(\\(void \\*\\)0\\)");
-        EXPECT_DEATH(c.handler(&other, &list, &reply), c.text);
-        EXPECT_DEATH(c.handler(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
-    }
-}
-
-TEST_F(UpdateNis, NeedsItsFourFiles)
-{
-    expectMissing(xasUpdateNisCfg, nisMessage().build(), TYPES,
-                  {"Error determining yp.conf config file\n", "Error determining network config file\n",
-                   "Error determining system-auth config file\n",
-                   "Error determining nsswitch.conf config file\n"});
-    EXPECT_EQ(dir.read("yp"), "old\n");
-    EXPECT_THAT(stubs.calls(), IsEmpty());
-}
-
-TEST_F(UpdateNis, GoesOnAfterAFailureAndKeepsTheLastReason)
-{
-    std::remove(dir.path("yp").c_str());
-    std::remove(dir.path("network").c_str());
-    EXPECT_EQ(update(nisMessage().build()), 1);
-    expectReply(2, "Error opening sysconfig/network config file");
-    EXPECT_THAT(log.lines(),
-                ElementsAre(openFailed("yp"), xasErrorLine("Error editing yp.conf config file\n"),
-                            openFailed("network"), xasErrorLine("Error editing network config file\n")));
-    expectDerivedFiles();
-}
-
-TEST_F(UpdateNis, FailsWithTheClientFileAlone)
-{
-    std::remove(dir.path("yp").c_str());
-    EXPECT_EQ(update(nisMessage().build()), 1);
-    expectReply(2, "Error opening yp.conf config file");
-    EXPECT_EQ(dir.read("network"), "A=1\nNISDOMAIN=eng");
-    EXPECT_TRUE(stubs.await(1));
-}
 
 TEST_F(UpdateNis, WritesItsFilesAndStartsTheDomainProgramWithItsOwnName)
 {
@@ -208,38 +151,6 @@ TEST_F(UpdateNis, GivesADomainWithShellCharactersToTheProgramAsOneWord)
     ASSERT_TRUE(stubs.await(1));
     EXPECT_EQ(stubs.calls().front().back(), "a b; touch /tmp/owned");
     EXPECT_FALSE(xasExists("/tmp/owned"));
-}
-
-TEST_F(UpdateLdap, NeedsItsFiveFiles)
-{
-    expectMissing(xasUpdateLdapCfg, message(), TYPES,
-                  {"Error determining openldap config file\n", "Error determining ldap config file\n",
-                   "Error determining ldap config template file\n",
-                   "Error determining nsswitch.conf config file\n",
-                   "Error determining ldap SysAuth config file\n"});
-    EXPECT_EQ(dir.read("openldap"), "HOST old\n");
-    EXPECT_EQ(dir.read("ldap"), "old\n");
-}
-
-TEST_F(UpdateLdap, GoesOnAfterAFailure)
-{
-    std::remove(dir.path("openldap").c_str());
-    std::remove(dir.path("ldaptmpl").c_str());
-    EXPECT_EQ(update(message()), 1);
-    expectReply(2, "Error opening ldap.conf.tempalte file for read");
-    EXPECT_THAT(log.lines(),
-                ElementsAre(openFailed("openldap"), xasErrorLine("Error editing openldap config file\n"),
-                            xasErrorLine("Error editing ldap config file\n")));
-    expectDerivedFiles();
-}
-
-TEST_F(UpdateLdap, FailsWithoutReasonWhenTheTemplateIsEmpty)
-{
-    dir.write("ldaptmpl", "");
-    EXPECT_EQ(update(message()), 1);
-    expectReply(0, "");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error editing ldap config file\n")));
-    EXPECT_EQ(dir.read("ldap"), "old\n");
 }
 
 TEST_F(UpdateLdap, RemovesTheClientFileWhenDisabled)
@@ -344,25 +255,6 @@ TEST_F(UpdateLdap, LeavesOutWhatCannotBeConverted)
     EXPECT_FALSE(xasExists("/etc/openldap/key.der"));
 }
 
-TEST_F(UpdateRadius, NeedsItsThreeFiles)
-{
-    expectMissing(xasUpdateRadiusCfg, XasMessageBuilder{XMSG_RADIUS}.build(), TYPES,
-                  {"Error determining openldap config file\n",
-                   "Error determining nsswitch.conf config file\n",
-                   "Error determining system-auth config file\n"});
-    EXPECT_EQ(dir.read("radius"), "# c\nold 1 2\n");
-}
-
-TEST_F(UpdateRadius, GoesOnAfterAFailure)
-{
-    std::remove(dir.path("radius").c_str());
-    EXPECT_EQ(handle(xasUpdateRadiusCfg, XasMessageBuilder{XMSG_RADIUS}.build(), TYPES), 1);
-    expectReply(2, "Error opening /etc/raddb/server file");
-    EXPECT_THAT(log.lines(),
-                ElementsAre(openFailed("radius"), xasErrorLine("Error editing ldap config file\n")));
-    expectDerivedFiles();
-}
-
 TEST_F(UpdateRadius, WritesItsServers)
 {
     const XasMessage msg = XasMessageBuilder{XMSG_RADIUS}
@@ -379,28 +271,6 @@ TEST_F(UpdateRadius, WritesItsServers)
     EXPECT_EQ(dir.read("radius"), "# c\nrad1:1812   one    7\n10.0.0.2:1645    two    7\n");
     EXPECT_EQ(xasModeOf(dir.path("radius")), 0600U);
     EXPECT_THAT(log.lines(), IsEmpty());
-    expectDerivedFiles();
-}
-
-TEST_F(UpdateKerberos, NeedsItsFiveFiles)
-{
-    expectMissing(xasUpdateKerberosCfg, message().build(), TYPES,
-                  {"Error determining kerberos config template file\n",
-                   "Error determining kerberos config file\n",
-                   "Error determining nsswitch.conf config file\n",
-                   "Error determining system-auth config file\n", "Error determining system hosts file\n"});
-    EXPECT_EQ(dir.read("krb5"), "old\n");
-}
-
-TEST_F(UpdateKerberos, GoesOnAfterAFailure)
-{
-    std::remove(dir.path("krb5tmpl").c_str());
-    std::remove(dir.path("hosts").c_str());
-    EXPECT_EQ(update(message().build()), 1);
-    expectReply(2, "Error opening /etc/hosts file");
-    EXPECT_THAT(log.lines(),
-                ElementsAre(xasErrorLine("Error editing " + dir.path("krb5") + "\n"), openFailed("hosts"),
-                            xasErrorLine("Error editing " + dir.path("hosts") + "\n")));
     expectDerivedFiles();
 }
 
@@ -426,39 +296,6 @@ TEST_F(UpdateKerberos, RemovesItsFileWhenDisabledButStillWritesTheHostsLine)
     EXPECT_EQ(update(message().word(120, 0).build()), 0);
     EXPECT_FALSE(dir.has("krb5"));
     EXPECT_EQ(dir.read("hosts"), "127.0.0.1 localhost\n10.0.0.44    kdc.x  kdc.x\n");
-}
-
-TEST_F(UpdateTacacs, NeedsItsTwoFilesBeforeAnythingIsDone)
-{
-    const XasMessage msg = XasMessageBuilder{XMSG_TACACS}.build();
-    EXPECT_EQ(handle(xasUpdateTacacsCfg, msg, {"tacplus", "nsswitch", "system-auth"}), 1);
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining tacplus config template file\n")));
-    EXPECT_EQ(handle(xasUpdateTacacsCfg, msg, {"tacplustmpl", "nsswitch", "system-auth"}), 1);
-    EXPECT_THAT(log.lines(),
-                testing::Contains(xasErrorLine("Error determining tacplus config file\n")).Times(1));
-    EXPECT_EQ(dir.read("tacplus"), "old\n");
-}
-
-TEST_F(UpdateTacacs, HasWrittenItsFileWhenOneOfTheOthersIsMissing)
-{
-    const XasMessage msg = XasMessageBuilder{XMSG_TACACS}.build();
-    EXPECT_EQ(handle(xasUpdateTacacsCfg, msg, {"tacplustmpl", "tacplus", "system-auth"}), 1);
-    expectReply(0, "");
-    EXPECT_THAT(log.take(), testing::Contains(xasErrorLine("Error determining nsswitch.conf config file\n")));
-    EXPECT_EQ(dir.read("tacplus"), "server1 = 0.0.0.0\n");
-    EXPECT_EQ(dir.read("system-auth"), "old pam\n");
-    EXPECT_EQ(handle(xasUpdateTacacsCfg, msg, {"tacplustmpl", "tacplus", "nsswitch"}), 1);
-    EXPECT_THAT(log.take(), testing::Contains(xasErrorLine("Error determining system-auth config file\n")));
-    EXPECT_EQ(dir.read("nsswitch"), "passwd: old\n");
-}
-
-TEST_F(UpdateTacacs, GoesOnAfterAFailure)
-{
-    std::remove(dir.path("tacplustmpl").c_str());
-    EXPECT_EQ(update(XasMessageBuilder{XMSG_TACACS}.build()), 1);
-    expectReply(2, "Error opening tacplus.conf.tempalte file for read");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error editing " + dir.path("tacplus") + "\n")));
-    expectDerivedFiles();
 }
 
 TEST_F(UpdateTacacs, WritesItsFile)

@@ -43,20 +43,9 @@ class UpdateNfs : public XasUpdateSharesTest {
     }
 };
 
-using UpdateNfsDeathTest = UpdateNfs;
 using DispatchNfs = XasDispatchSharesTest;
 
 } // namespace
-
-TEST_F(UpdateNfsDeathTest, NeedsAMessageOfItsTypeAndAList)
-{
-    XasMessage nfs = nfsMessage({}).build();
-    XasMessage cifs = XasMessageBuilder{XMSG_CIFS}.build();
-    const XasCfgFileList list;
-    EXPECT_DEATH(xasUpdateNFSCfg(nullptr, &list, &reply), "msg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasUpdateNFSCfg(&cifs, &list, &reply), "XMSG_NFS == msg->xH.msgtype");
-    EXPECT_DEATH(xasUpdateNFSCfg(&nfs, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
-}
 
 TEST_F(UpdateNfs, FailsWithoutOneOfItsFilesInTheListAndTouchesNothing)
 {
@@ -83,46 +72,6 @@ TEST_F(UpdateNfs, FailsWhenAMountPointCannotBeMadeAndLeavesTheFiles)
     expectUntouched();
     EXPECT_TRUE(std::filesystem::is_directory("/var/nfsmounts/a"));
     EXPECT_FALSE(xasExists("/var/nfsmounts/c"));
-}
-
-TEST_F(UpdateNfs, FailsWhenTheServersCannotBeWrittenAndLeavesTheTable)
-{
-    std::filesystem::remove(files.path("nfsServers"));
-    EXPECT_EQ(updateNfs(nfsMessage({{"nas:/a", "/a"}})), 1);
-    expectReply(2, "Error opening NFS servers file");
-    EXPECT_THAT(log.take(), ElementsAre(fileError("opening config", "nfsServers"),
-                                        xasErrorLine("Error editing NFS servers file\n")));
-    EXPECT_EQ(files.read("fstab"), XasShareFiles::TABLE);
-
-    files.write("nfsServers", XasShareFiles::SERVERS);
-    const XasFault fault{"rename", EIO, 1, 1};
-    EXPECT_EQ(updateNfs(nfsMessage({{"nas:/a", "/a"}})), 1);
-    expectReply(3, "Error saving new NFS servers file");
-    EXPECT_THAT(log.take(), ElementsAre(fileError("renaming new config", "nfsServers"),
-                                        xasErrorLine("Error editing NFS servers file\n")));
-    expectUntouched();
-}
-
-TEST_F(UpdateNfs, KeepsTheNewServersWhenTheTableCannotBeWritten)
-{
-    files.write("fstab.tmp/inside", "");
-    EXPECT_EQ(updateNfs(nfsMessage({{"nas:/a", "/a"}})), 1);
-    expectReply(2, "Error opening NFS config file");
-    EXPECT_THAT(log.take(),
-                ElementsAre(xasErrorLine("Error opening output file \"" + files.path("fstab.tmp") + "\"\n"),
-                            xasErrorLine("Error editing NFS fstab config file\n")));
-    EXPECT_EQ(files.read("nfsServers"), "NFS_SERVERS=\"192.168.10.20\"\n");
-    EXPECT_EQ(files.read("nfsServers.old"), XasShareFiles::SERVERS);
-    EXPECT_EQ(files.read("fstab"), XasShareFiles::TABLE);
-
-    std::filesystem::remove_all(files.path("fstab.tmp"));
-    const XasFault fault{"rename", EIO, 3, 1};
-    EXPECT_EQ(updateNfs(nfsMessage({{"nas:/a", "/a"}})), 1);
-    expectReply(3, "Error saving new NFS config file");
-    EXPECT_THAT(log.take(), ElementsAre(fileError("renaming new config", "fstab"),
-                                        xasErrorLine("Error editing NFS fstab config file\n")));
-    EXPECT_EQ(files.read("nfsServers"), "NFS_SERVERS=\"192.168.10.20\"\n");
-    EXPECT_EQ(files.read("fstab"), XasShareFiles::TABLE);
 }
 
 TEST_F(UpdateNfs, WarnsOfServersThatHaveNoAddressAndMountsThemAllTheSame)

@@ -1,14 +1,12 @@
 // Remote directories: the list of their servers and their lines in the file-system table.
 #include "auth/nfs.h"
 
-#include "support/faults.h"
 #include "support/files.h"
 #include "support/growth.h"
 #include "support/log.h"
 #include "wire/address.h"
 
 #include <arpa/inet.h>
-#include <cerrno>
 #include <gmock/gmock.h>
 
 using testing::ElementsAre;
@@ -70,18 +68,6 @@ class NfsText : public testing::Test {
 
 class NfsFiles : public XasFilesTest {
   protected:
-    int editServers()
-    {
-        const XasNfsServers servers{::inet_addr("10.0.0.1"), NONE, NONE};
-        return xasEditNFSServersFile(path.c_str(), &servers, &reply);
-    }
-
-    int editTable()
-    {
-        const XasNfsShares shares = {share("10.0.0.1:/a", "/var/nfsmounts/a"), {}, {}};
-        return xasEditNFSCfgFile(path.c_str(), &shares, &reply);
-    }
-
     void expectReply(std::uint32_t rcode, std::string_view reason) const
     {
         EXPECT_EQ(reply.rcode, rcode);
@@ -240,70 +226,6 @@ TEST_F(NfsText, TakesTheSameTimeForALineOfAnyFile)
         return text(oldText, {});
     };
     EXPECT_LT(xasGrowthPerLine(edit, "server:/somewhere /mnt/somewhere nfs ro 0 0\n"), XAS_CONSTANT_GROWTH);
-}
-
-TEST_F(NfsFiles, MustExist)
-{
-    const XasLogLine notOpened = xasErrorLine("Error opening config file \"" + path + "\"\n");
-    EXPECT_EQ(editServers(), 1);
-    expectReply(2, "Error opening NFS servers file");
-    EXPECT_EQ(editTable(), 1);
-    expectReply(2, "Error opening NFS config file");
-    EXPECT_THAT(log.lines(), ElementsAre(notOpened, notOpened));
-    EXPECT_THAT(dir.names(), IsEmpty());
-}
-
-TEST_F(NfsFiles, StayAsTheyAreWhenNothingCanBeWrittenBesideThem)
-{
-    dir.write("file", "old\n");
-    dir.write("file.tmp/inside", "");
-    const XasLogLine notOpened = xasErrorLine("Error opening output file \"" + path + ".tmp\"\n");
-    EXPECT_EQ(editServers(), 1);
-    expectReply(2, "Error opening NFS servers file");
-    EXPECT_EQ(editTable(), 1);
-    expectReply(2, "Error opening NFS config file");
-    EXPECT_THAT(log.lines(), ElementsAre(notOpened, notOpened));
-    EXPECT_EQ(dir.read("file"), "old\n");
-}
-
-TEST_F(NfsFiles, StayAsTheyAreWhenTheNewOnesCannotBePutInPlace)
-{
-    dir.write("file", "old\n");
-    const XasLogLine notRenamed = xasErrorLine("Error renaming new config file \"" + path + "\"\n");
-    {
-        const XasFault fault{"rename", EIO, 1};
-        EXPECT_EQ(editServers(), 1);
-        expectReply(3, "Error saving new NFS servers file");
-    }
-    {
-        const XasFault fault{"rename", EIO, 1};
-        EXPECT_EQ(editTable(), 1);
-        expectReply(3, "Error saving new NFS config file");
-    }
-    EXPECT_THAT(log.lines(), ElementsAre(notRenamed, notRenamed));
-    EXPECT_EQ(dir.read("file"), "old\n");
-}
-
-TEST_F(NfsFiles, TheServersReplaceWhateverTheirFileHeld)
-{
-    dir.write("file", "# comment\nNFS_SERVERS=\"10.9.9.9\"\nOTHER=1\n");
-    EXPECT_EQ(editServers(), 0);
-    EXPECT_EQ(dir.read("file"), "NFS_SERVERS=\"10.0.0.1\"\n");
-    EXPECT_EQ(dir.read("file.old"), "# comment\nNFS_SERVERS=\"10.9.9.9\"\nOTHER=1\n");
-    expectReply(0, "");
-    EXPECT_THAT(log.lines(), IsEmpty());
-}
-
-TEST_F(NfsFiles, TheTableKeepsItsModeAndItsOtherLines)
-{
-    xasWriteFile(path, "# comment\nold:/x /x nfs ro 0 0\n", 0640);
-    EXPECT_EQ(editTable(), 0);
-    EXPECT_EQ(dir.read("file"),
-              "# comment\n10.0.0.1:/a\t /var/nfsmounts/a\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
-    EXPECT_EQ(xasModeOf(path), 0640U);
-    EXPECT_EQ(dir.read("file.old"), "# comment\nold:/x /x nfs ro 0 0\n");
-    expectReply(0, "");
-    EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST_F(NfsFiles, TheTableIsSavedWithTheReplyOfAnOverLongLine)

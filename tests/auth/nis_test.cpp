@@ -4,13 +4,9 @@
 #include "support/faults.h"
 #include "support/files.h"
 #include "support/hosts.h"
-#include "support/log.h"
 
 #include <cerrno>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -27,7 +23,6 @@ XasNisPayload settings(std::string_view domain)
 
 class NisFiles : public XasFilesTest {
   protected:
-    XasLogCapture log;
     XasReplyStatus reply;
 };
 
@@ -42,38 +37,6 @@ TEST_F(NisFilesDeathTest, NeedTheirPathsAndSettings)
     EXPECT_DEATH(xasEditYpCfgFile("/x", nullptr, &reply), "cfgNIS != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasEditNetworkCfgFile(nullptr, &cfgNIS, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasEditNetworkCfgFile("/x", nullptr, &reply), "cfgNIS != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(NisFiles, ClientFileMustExist)
-{
-    const std::string path = dir.path("yp.conf");
-    const XasNisPayload cfgNIS = settings("eng");
-    EXPECT_EQ(xasEditYpCfgFile(path.c_str(), &cfgNIS, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening yp.conf config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
-}
-
-TEST_F(NisFiles, ClientFileStaysWhenItCannotBeSaved)
-{
-    const std::string path = dir.write("yp.conf", "old\n");
-    const XasNisPayload cfgNIS = settings("eng");
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(xasEditYpCfgFile(path.c_str(), &cfgNIS, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new yp.conf config file");
-    EXPECT_EQ(dir.read("yp.conf"), "old\n");
-}
-
-TEST_F(NisFiles, ClientFileForgetsItsEarlierContent)
-{
-    const std::string path = dir.write("yp.conf", "# comment\nypserver old\n");
-    const XasNisPayload cfgNIS = settings("eng");
-    EXPECT_EQ(xasEditYpCfgFile(path.c_str(), &cfgNIS, &reply), 0);
-    EXPECT_EQ(dir.read("yp.conf"), "# /etc/yp.conf - ypbind configuration file\n"
-                                   "domain eng server 10.0.0.40 \n");
-    EXPECT_EQ(dir.read("yp.conf.old"), "# comment\nypserver old\n");
-    EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST_F(NisFiles, NetworkSettingsMustExistAndNoDomainIsThenSet)

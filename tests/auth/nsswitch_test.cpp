@@ -1,16 +1,9 @@
-// The name-service switch: its sources, its lines, and the file.
+// The name-service switch: its sources and its lines.
 #include "auth/nsswitch.h"
 
-#include "support/faults.h"
-#include "support/files.h"
-#include "support/log.h"
-
 #include <algorithm>
-#include <cerrno>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <vector>
-
-using testing::Contains;
 
 namespace {
 
@@ -25,38 +18,12 @@ XasAuthOrder orderOf(std::uint32_t local, std::uint32_t nis, std::uint32_t radiu
     return order;
 }
 
-class NsswitchFile : public XasFilesTest {
-  protected:
-    XasLogCapture log;
-    XasReplyStatus reply;
-};
-
-using NsswitchFileDeathTest = NsswitchFile;
-
 } // namespace
 
-TEST_F(NsswitchFileDeathTest, NeedsItsPath)
+TEST(NsswitchFileDeathTest, NeedsItsPath)
 {
+    XasReplyStatus reply;
     EXPECT_DEATH(xasEditNsswitchCfgFile(nullptr, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(NsswitchFile, MustExistButItsFailureIsOnlyInTheReply)
-{
-    const std::string path = dir.path("nsswitch.conf");
-    EXPECT_EQ(xasEditNsswitchCfgFile(path.c_str(), &reply), 0);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening pam.d/system-auth config file");
-    EXPECT_THAT(log.lines(), Contains(xasErrorLine("Error opening config file \"" + path + "\"\n")));
-}
-
-TEST_F(NsswitchFile, StaysWhenItCannotBeSavedButThatIsOnlyInTheReply)
-{
-    const std::string path = dir.write("nsswitch.conf", "passwd: compat\n");
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(xasEditNsswitchCfgFile(path.c_str(), &reply), 0);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new firewall config file");
-    EXPECT_EQ(dir.read("nsswitch.conf"), "passwd: compat\n");
 }
 
 TEST(NsswitchSources, AreTheLocalFilesWhenNothingElseIs)

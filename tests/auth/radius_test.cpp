@@ -1,16 +1,9 @@
 // RADIUS: the server file.
 #include "auth/radius.h"
 
-#include "support/faults.h"
-#include "support/files.h"
 #include "support/hosts.h"
-#include "support/log.h"
 
-#include <cerrno>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -30,51 +23,14 @@ XasRadiusPayload settings(const XasHostAddr &host1, const XasHostAddr &host2)
             .timeout = 255};
 }
 
-class RadiusFile : public XasFilesTest {
-  protected:
-    XasRadiusPayload cfgRadius = settings(xasNamedHost("rad1"), xasNamedHost(""));
-    XasLogCapture log;
-    XasReplyStatus reply;
-};
-
-using RadiusFileDeathTest = RadiusFile;
-
 } // namespace
 
-TEST_F(RadiusFileDeathTest, NeedsItsPathAndSettings)
+TEST(RadiusFileDeathTest, NeedsItsPathAndSettings)
 {
+    const XasRadiusPayload cfgRadius{};
+    XasReplyStatus reply;
     EXPECT_DEATH(xasEditRadiusCfgFile(nullptr, &cfgRadius, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasEditRadiusCfgFile("/x", nullptr, &reply), "cfgRadius != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(RadiusFile, MustExist)
-{
-    const std::string path = dir.path("server");
-    EXPECT_EQ(xasEditRadiusCfgFile(path.c_str(), &cfgRadius, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening /etc/raddb/server file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
-}
-
-TEST_F(RadiusFile, StaysWhenItCannotBeSaved)
-{
-    const std::string path = dir.write("server", "old\n");
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(xasEditRadiusCfgFile(path.c_str(), &cfgRadius, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new /etc/raddb/server file");
-    EXPECT_EQ(dir.read("server"), "old\n");
-}
-
-TEST_F(RadiusFile, IsTheOwnersAloneAndSoIsItsTemporary)
-{
-    const std::string path = dir.write("server", "# comment\nold 1 2\n", 0644);
-    EXPECT_EQ(xasEditRadiusCfgFile(path.c_str(), &cfgRadius, &reply), 0);
-    EXPECT_EQ(xasModeOf(path), 0600U);
-    EXPECT_EQ(dir.read("server"), "# comment\nrad1:1812   one    255\n");
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(xasEditRadiusCfgFile(path.c_str(), &cfgRadius, &reply), 1);
-    EXPECT_EQ(xasModeOf(path + ".tmp"), 0600U);
 }
 
 TEST(RadiusText, KeepsOnlyCommentsWhenDisabled)

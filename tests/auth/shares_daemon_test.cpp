@@ -96,14 +96,6 @@ class DaemonAgent : public XasFilesTest {
 
 } // namespace
 
-TEST_F(DaemonSnmp, RefusesWithoutItsFileInTheList)
-{
-    start("snmp");
-    EXPECT_EQ(outcome(snmpMessage("reader").build()), "0 1 Error determining snmp config file");
-    EXPECT_THAT(logLines(),
-                ElementsAre(xasErrorLine("Error determining config file for snmp\n"), updateFailed("snmp")));
-}
-
 TEST_F(DaemonSnmp, RefusesAFileThatCannotBePutInPlace)
 {
     files.putDirectory("snmp");

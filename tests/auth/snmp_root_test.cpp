@@ -1,10 +1,8 @@
 // The handler of XMSG_SNMP: which byte of the message goes where, failures, and when the agent is started.
 #include "auth/snmp.h"
 #include "support/dispatcher_fixture.h"
-#include "support/faults.h"
 #include "support/hosts.h"
 
-#include <cerrno>
 #include <gmock/gmock.h>
 
 using testing::ElementsAre;
@@ -74,8 +72,6 @@ class UpdateSnmp : public XasFilesTest {
     XasReplyStatus reply;
 };
 
-using UpdateSnmpDeathTest = UpdateSnmp;
-
 /** The dispatcher with the agent's application. */
 class DispatchSnmp : public XasDispatcherTest {
   protected:
@@ -92,44 +88,6 @@ class DispatchSnmp : public XasDispatcherTest {
 };
 
 } // namespace
-
-TEST_F(UpdateSnmpDeathTest, NeedsAMessageOfItsTypeAndAList)
-{
-    XasMessage msg = message().build();
-    XasMessage other = XasMessageBuilder{XMSG_DNS}.build();
-    const XasCfgFileList list;
-    EXPECT_DEATH(xasUpdateSNMPCfg(nullptr, &list, &reply), "msg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasUpdateSNMPCfg(&other, &list, &reply), "XMSG_SNMP == msg->xH.msgtype");
-    EXPECT_DEATH(xasUpdateSNMPCfg(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(UpdateSnmp, FailsWithoutItsFileInTheList)
-{
-    XasMessage msg = message().build();
-    const XasCfgFileList list = xasTestCfgFiles({{"snmpd", path}, {"SNMP", path}});
-    EXPECT_EQ(xasUpdateSNMPCfg(&msg, &list, &reply), 1);
-    expectReply(1, "Error determining snmp config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining config file for snmp\n")));
-}
-
-TEST_F(UpdateSnmp, FailsWhenItsFileIsNotThere)
-{
-    EXPECT_EQ(update(message()), 1);
-    expectReply(2, "Error opening SNMP config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n"),
-                                         xasErrorLine("Error editing SNMP config file\n")));
-}
-
-TEST_F(UpdateSnmp, RollsNothingBackWhenTheBackupFails)
-{
-    dir.write("snmpd.conf", OLD_TEXT);
-    const XasFault fault{"rename", EIO, 0, 1};
-    EXPECT_EQ(update(message()), 1);
-    expectReply(3, "Error saving new SNMP config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming old config file \"" + path + "\"\n"),
-                                         xasErrorLine("Error editing SNMP config file\n")));
-    EXPECT_EQ(dir.read("snmpd.conf"), NEW_TEXT);
-}
 
 TEST_F(UpdateSnmp, WritesEveryFieldOfTheMessageToItsPlace)
 {

@@ -9,11 +9,9 @@
 
 #include <array>
 #include <cerrno>
-#include <filesystem>
 #include <gmock/gmock.h>
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 using testing::Values;
 
 namespace {
@@ -459,25 +457,6 @@ TEST_F(SnmpFileDeathTest, NeedsItsPathItsValuesAndAReply)
     EXPECT_DEATH(xasEditSNMPCfgFile("/tmp/none", &snmpCfg, nullptr), "replyReason != \\(\\(void \\*\\)0\\)");
 }
 
-TEST_F(SnmpFile, MustExist)
-{
-    EXPECT_EQ(edit(), 1);
-    expectReply(2, "Error opening SNMP config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
-    EXPECT_THAT(dir.names(), IsEmpty());
-}
-
-TEST_F(SnmpFile, StaysAsItIsWhenNothingCanBeWrittenBesideIt)
-{
-    dir.write("snmpd.conf", "syscontact me\n");
-    dir.write("snmpd.conf.tmp/inside", "");
-    EXPECT_EQ(edit(), 1);
-    expectReply(2, "Error opening SNMP config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening output file \"" + path + ".tmp\"\n")));
-    EXPECT_EQ(dir.read("snmpd.conf"), "syscontact me\n");
-    EXPECT_EQ(xasModeOf(path), 0644U);
-}
-
 TEST_F(SnmpFile, StaysAsItIsButForItsModeWhenTheNewOneCannotBePutInPlace)
 {
     dir.write("snmpd.conf", "syscontact me\n");
@@ -489,30 +468,4 @@ TEST_F(SnmpFile, StaysAsItIsButForItsModeWhenTheNewOneCannotBePutInPlace)
     EXPECT_EQ(xasModeOf(path), 0600U);
     EXPECT_EQ(dir.read("snmpd.conf.tmp"), "syscontact  noc@example.org\n");
     EXPECT_EQ(xasModeOf(path + ".tmp"), 0600U);
-}
-
-TEST_F(SnmpFile, IsNewAndSecretButCountsAsNotSavedWhenTheOldOneCannotBeKept)
-{
-    dir.write("snmpd.conf", "syscontact me\n");
-    const XasFault fault{"rename", EIO, 0, 1};
-    EXPECT_EQ(edit(), 1);
-    expectReply(3, "Error saving new SNMP config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming old config file \"" + path + "\"\n")));
-    EXPECT_EQ(dir.read("snmpd.conf"), "syscontact  noc@example.org\n");
-    EXPECT_EQ(xasModeOf(path), 0600U);
-    EXPECT_FALSE(dir.has("snmpd.conf.old"));
-}
-
-TEST_F(SnmpFile, IsSecretAfterwardsWhateverItsModeWas)
-{
-    for (const mode_t mode : {0644U, 0666U, 0400U, 0600U, 0755U}) {
-        xasWriteFile(path, "syscontact me\n", mode);
-        EXPECT_EQ(edit(), 0);
-        EXPECT_EQ(xasModeOf(path), 0600U);
-        EXPECT_EQ(dir.read("snmpd.conf"), "syscontact  noc@example.org\n");
-        EXPECT_EQ(dir.read("snmpd.conf.old"), "syscontact me\n");
-        EXPECT_THAT(dir.names(), ElementsAre("snmpd.conf", "snmpd.conf.old"));
-        expectReply(0, "");
-    }
-    EXPECT_THAT(log.lines(), IsEmpty());
 }

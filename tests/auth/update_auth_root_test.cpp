@@ -16,8 +16,6 @@ using testing::IsEmpty;
 
 namespace {
 
-const std::vector<std::string> TYPES = {"authentication", "system-auth", "nsswitch"};
-
 const XasLogLine ORDER_MISSING = xasErrorLine("Error opening config file \"/etc/sysconfig/r58authconfig\"\n");
 
 class UpdateAuth : public XasLoginFilesTest {
@@ -38,16 +36,6 @@ using UpdateAuthDeathTest = UpdateAuth;
 
 } // namespace
 
-TEST_F(UpdateAuthDeathTest, NeedsAMessageOfItsTypeAndAList)
-{
-    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.build();
-    XasMessage other = XasMessageBuilder{XMSG_NIS}.build();
-    const XasCfgFileList list;
-    EXPECT_DEATH(xasUpdateAuthenOrderCfg(nullptr, &list, &reply), "msg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasUpdateAuthenOrderCfg(&other, &list, &reply), "XMSG_AUTH == msg->xH.msgtype");
-    EXPECT_DEATH(xasUpdateAuthenOrderCfg(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
-}
-
 TEST_F(UpdateAuthDeathTest, TheEditorsOfTheMethodsNeedTheirSettings)
 {
     EXPECT_DEATH(xasEditSysAuthCfgFile(nullptr, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
@@ -56,17 +44,6 @@ TEST_F(UpdateAuthDeathTest, TheEditorsOfTheMethodsNeedTheirSettings)
     EXPECT_DEATH(xasEditRadiusSysAuthCfgFile("/x", nullptr), "cfgRadius != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasEditKerberosSysAuthCfgFile("/x", nullptr), "cfgKerberos != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasEditTacacsSysAuthCfgFile("/x", nullptr), "cfgTacacs != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(UpdateAuth, NeedsItsThreeFilesBeforeAnyIsTouched)
-{
-    expectMissing(xasUpdateAuthenOrderCfg, XasMessageBuilder{XMSG_AUTH}.byte(122, 1).build(), TYPES,
-                  {"Error determining r58 authentication config file\n",
-                   "Error determining Auth Order 1 system-auth config file\n",
-                   "Error determining nsswitch.conf config file\n"});
-    EXPECT_EQ(dir.read("authentication"), "LOCAL=1\n");
-    EXPECT_EQ(dir.read("system-auth"), "old pam\n");
-    EXPECT_EQ(dir.read("nsswitch"), "passwd: old\n");
 }
 
 TEST_F(UpdateAuth, MakesTheDerivedFilesFromTheEarlierOrderWhenTheNewOneCannotBeSaved)
@@ -106,35 +83,6 @@ TEST_F(UpdateAuth, RemembersNoPositionThatTheOrderFileNoLongerNames)
     EXPECT_EQ(xasEditNsswitchCfgFile(dir.path("nsswitch").c_str(), &reply), 0);
     EXPECT_EQ(xasEditSysAuthCfgFile(dir.path("system-auth").c_str(), &reply), 0);
     expectDerivedFiles();
-}
-
-TEST_F(UpdateAuth, SucceedsWithAReasonWhenTheNameServiceFileCannotBeOpened)
-{
-    std::remove(dir.path("nsswitch").c_str());
-    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.byte(120, 1).build();
-    EXPECT_EQ(update(msg), 0);
-    expectReply(2, "Error opening pam.d/system-auth config file");
-    EXPECT_THAT(log.lines(), ElementsAre(openFailed("nsswitch")));
-}
-
-TEST_F(UpdateAuth, SucceedsWithAReasonWhenTheNameServiceFileCannotBeSaved)
-{
-    const XasFault fault{"rename", EIO, 3};
-    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.byte(120, 1).build();
-    EXPECT_EQ(update(msg), 0);
-    expectReply(3, "Error saving new firewall config file");
-    EXPECT_EQ(dir.read("nsswitch"), "passwd: old\n");
-}
-
-TEST_F(UpdateAuth, SucceedsWhenThePamFileCannotBeOpened)
-{
-    std::filesystem::remove(dir.path("system-auth"));
-    dir.write("system-auth/inside", "");
-    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.byte(120, 1).build();
-    EXPECT_EQ(update(msg), 0);
-    expectReply(0, "");
-    EXPECT_THAT(log.lines(), ElementsAre(openFailed("system-auth")));
-    EXPECT_EQ(dir.read("nsswitch"), "passwd:     files\n");
 }
 
 TEST_F(UpdateAuth, WritesTheOrderAndWhatFollowsFromItAndFromTheSettingsOfOtherMethods)

@@ -80,27 +80,7 @@ class LocalUsers : public testing::Test {
     XasReplyStatus reply;
 };
 
-using LocalUsersDeathTest = LocalUsers;
-
 } // namespace
-
-TEST_F(LocalUsersDeathTest, AHandlerNeedsAMessageOfItsTypeAndAList)
-{
-    struct Case {
-        int (*handler)(XasMessage *, const XasCfgFileList *, XasReplyStatus *);
-        std::uint32_t msgtype;
-        const char *text;
-    };
-    for (const Case &c : {Case{xasUpdateLocalUsersCfg, XMSG_LOCALUSERS, "XMSG_LOCALUSERS == msg->xH.msgtype"},
-                          Case{xasUpdateSingleLocalUsersCfg, XMSG_USER, "XMSG_USER == msg->xH.msgtype"},
-                          Case{xasUpdateUserListCfg, XMSG_USERLIST, "XMSG_USERLIST == msg->xH.msgtype"}}) {
-        XasMessage msg = XasMessageBuilder{c.msgtype}.build();
-        XasMessage other = XasMessageBuilder{XMSG_DNS}.build();
-        EXPECT_DEATH(c.handler(nullptr, &cfgFiles, &reply), "msg != \\(\\(void \\*\\)0\\)");
-        EXPECT_DEATH(c.handler(&other, &cfgFiles, &reply), c.text);
-        EXPECT_DEATH(c.handler(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
-    }
-}
 
 TEST_F(LocalUsers, RefuseALoginThatIsNoneWhateverTheAction)
 {

@@ -1,4 +1,4 @@
-// A DNS message through the built daemon: whole files, and each failure's log, reply and roll-back.
+// A DNS message through the built daemon: whole files, and a failure.
 #include "support/message_files.h"
 
 using testing::ElementsAre;
@@ -22,16 +22,11 @@ XasMessageBuilder dnsMessage()
 
 class DaemonDns : public XasMessageFilesTest {
   protected:
-    DaemonDns() : XasMessageFilesTest{"dns", {"resolv", "dnsprec"}} { putOldFiles(); }
-
-    void putOldFiles()
+    DaemonDns() : XasMessageFilesTest{"dns", {"resolv", "dnsprec"}}
     {
         files.write("resolv", SERVERS);
         files.write("dnsprec", PRECEDENCE);
     }
-
-    /** Sends the usual message, which fails. */
-    std::string failure() { return outcome(dnsMessage().bytes(120, IPV4).word(180, 1).build()); }
 };
 
 } // namespace
@@ -62,68 +57,13 @@ TEST_F(DaemonDns, SkipsServersThatAreNotSet)
     EXPECT_EQ(files.read("dnsprec"), "IPV4_PRECEDENCE=yes");
 }
 
-TEST_F(DaemonDns, MakesThePrecedenceFileWhenItIsNotThere)
-{
-    start();
-    files.remove("dnsprec");
-    EXPECT_EQ(outcome(dnsMessage().bytes(120, IPV4).build()), "1 0 ");
-    EXPECT_EQ(files.read("dnsprec"), "IPV4_PRECEDENCE=no");
-    EXPECT_FALSE(files.has("dnsprec.old"));
-    EXPECT_EQ(xasModeOf(files.path("dnsprec")), 0644U);
-}
-
 TEST_F(DaemonDns, FailsWithoutTheServersFileInTheList)
 {
     start("resolv");
-    EXPECT_EQ(failure(), "0 1 Error determining dns config file");
+    EXPECT_EQ(outcome(dnsMessage().bytes(120, IPV4).word(180, 1).build()),
+              "0 1 Error determining dns config file");
     EXPECT_THAT(logLines(),
                 ElementsAre(xasErrorLine("Error determining config file for dns\n"), UPDATE_FAILED));
     EXPECT_EQ(files.read("dnsprec"), PRECEDENCE);
     EXPECT_THAT(commands(), ElementsAre("/bin/killall -SIGHUP syslogd", "/bin/killall -SIGHUP snmpd"));
-}
-
-TEST_F(DaemonDns, RollsBackWithoutThePrecedenceFileInTheList)
-{
-    start("dnsprec");
-    EXPECT_EQ(failure(), "0 1 Error determining dns precedence config file");
-    EXPECT_THAT(logLines(), ElementsAre(xasErrorLine("Error determining precedence config file for dns\n"),
-                                        UPDATE_FAILED));
-    EXPECT_EQ(files.read("resolv"), SERVERS);
-    EXPECT_FALSE(files.has("resolv.old"));
-}
-
-TEST_F(DaemonDns, RestoresNothingWhenTheServersFileFails)
-{
-    start();
-    files.write("resolv.old", "earlier\n");
-    files.remove("resolv");
-    EXPECT_EQ(failure(), "0 2 Error opening DNS config file");
-    EXPECT_THAT(logLines(), ElementsAre(openFailed("resolv"), xasErrorLine("Error editing DNS config file\n"),
-                                        UPDATE_FAILED));
-    EXPECT_FALSE(files.has("resolv"));
-    EXPECT_EQ(files.read("resolv.old"), "earlier\n");
-
-    files.putDirectory("resolv");
-    EXPECT_EQ(failure(), "0 3 Error saving new DNS config file");
-    EXPECT_THAT(logLines(), ElementsAre(renameNewFailed("resolv"),
-                                        xasErrorLine("Error editing DNS config file\n"), UPDATE_FAILED));
-}
-
-TEST_F(DaemonDns, RollsBackWhenThePrecedenceFileFails)
-{
-    start();
-    files.putDirectory("dnsprec");
-    EXPECT_EQ(failure(), "0 3 Error saving new DNS precedence config file");
-    EXPECT_THAT(logLines(),
-                ElementsAre(renameNewFailed("dnsprec"),
-                            xasErrorLine("Error editing DNS precedence config file\n"), UPDATE_FAILED));
-    EXPECT_EQ(files.read("resolv"), SERVERS);
-    files.removeDirectory("dnsprec");
-
-    files.putDirectory("dnsprec.tmp");
-    EXPECT_EQ(failure(), "0 2 Error opening DNS precedence config file");
-    EXPECT_THAT(logLines(),
-                ElementsAre(outputFailed("dnsprec"),
-                            xasErrorLine("Error editing DNS precedence config file\n"), UPDATE_FAILED));
-    EXPECT_EQ(files.read("resolv"), SERVERS);
 }

@@ -1,4 +1,4 @@
-// The handler of XMSG_ETH: eight files, and what happens to the others when one fails.
+// The handler of XMSG_ETH: what is its own beside what all settings share.
 #include "config/ethernet.h"
 
 #include "support/apps.h"
@@ -8,13 +8,11 @@
 #include "support/log.h"
 #include "support/message.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <gmock/gmock.h>
 
 using testing::ElementsAre;
-using testing::ElementsAreArray;
 using testing::IsEmpty;
 
 namespace {
@@ -98,164 +96,10 @@ class EthUpdate : public XasFilesTest {
     XasReplyStatus reply;
 };
 
-using EthUpdateDeathTest = EthUpdate;
-
-/** A step whose failure ends the update. */
-struct Step {
-    const char *type;
-    const char *missingLog;
-    const char *missingReason;
-    const char *openReason;
-    const char *saveReason;
-    const char *editLog;
-    std::vector<std::string> restored; /**< in this order, whatever the failure */
-};
-
-void PrintTo(const Step &step, std::ostream *out)
-{
-    *out << step.type;
-}
-
-class EthUpdateStep : public EthUpdate, public testing::WithParamInterface<Step> {
-  protected:
-    /** How many files are saved before this step. */
-    static unsigned savedBefore()
-    {
-        return static_cast<unsigned>(std::ranges::find(TYPES, GetParam().type) - TYPES.begin());
-    }
-
-    /** The lines of roll-backs that all fail, in order. */
-    [[nodiscard]] std::vector<XasLogLine> notRestoredLines() const
-    {
-        std::vector<XasLogLine> lines;
-        for (const std::string &type : GetParam().restored)
-            lines.push_back(notRestoredLine(type));
-        return lines;
-    }
-};
-
 /** A save of a file that is there renames twice: the backup, then the new file. */
 constexpr unsigned RENAMES_PER_SAVE = 2;
 
-const std::array STEPS = {
-    Step{"gatewayprec",
-         "Error determining gateway precedence config file\n",
-         "Error determining gateway precedence config file",
-         "Error opening dhcp gateway precedenc config file",
-         "Error saving new hostname config file",
-         "Error editing dhcp gateway precedence config file\n",
-         {}},
-    Step{"kernel",
-         "Error determining config file for kernel parameters\n",
-         "Error determining config file for kernel parameters",
-         "Error opening kernel config file",
-         "Error saving new kernel config file",
-         "Error editing kernel config file\n",
-         {"gatewayprec"}},
-    Step{"modprobe",
-         "Error determining config file for modprobe parameters\n",
-         "Error determining config file for modprobe parameters",
-         "Error opening modprobe config file",
-         "Error saving new modprobe config file",
-         "Error editing modprobe config file\n",
-         {"gatewayprec", "kernel"}},
-    Step{"bond0",
-         "Error determining config file for bonding interface\n",
-         "Error determining config file for bonding interface",
-         "Error opening ethernet config file",
-         "Error saving new ethernet config file",
-         "Error editing config file for bond0\n",
-         {"gatewayprec", "kernel", "modprobe"}},
-    Step{"eth0",
-         "Error determining config file for Ethernet 0\n",
-         "Error determining Eth0 config file",
-         "Error opening ethernet config file",
-         "Error saving new ethernet config file",
-         "Error editing config file for Ethernet 0\n",
-         {"gatewayprec", "kernel", "modprobe", "bond0"}},
-    Step{"eth1",
-         "Error determining config file for Ethernet 1\n",
-         "Error determining Eth1 config file",
-         "Error opening ethernet config file",
-         "Error saving new ethernet config file",
-         "Error editing config file for Ethernet 1\n",
-         {"gatewayprec", "kernel", "modprobe", "eth0", "bond0"}},
-};
-
 } // namespace
-
-TEST_F(EthUpdateDeathTest, NeedsItsArgumentsAndItsType)
-{
-    XasMessage msg = XasMessageBuilder{XMSG_ETH}.build();
-    const XasCfgFileList none;
-    EXPECT_DEATH(xasUpdateEthCfg(nullptr, &none, &reply), "msg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasUpdateEthCfg(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
-    msg.xH.msgtype = XMSG_DNS;
-    EXPECT_DEATH(xasUpdateEthCfg(&msg, &none, &reply), "XMSG_ETH == msg->xH.msgtype");
-}
-
-TEST_P(EthUpdateStep, EndsTheUpdateWhenItsFileIsNotInTheList)
-{
-    const Step &step = GetParam();
-    removeType(step.type);
-    EXPECT_EQ(update(), 1);
-    expectReply(1, step.missingReason);
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine(step.missingLog)));
-    EXPECT_THAT(newFiles(), IsEmpty());
-}
-
-TEST_P(EthUpdateStep, RollsBackInItsOrderWhenItsFileIsNotInTheList)
-{
-    const Step &step = GetParam();
-    removeType(step.type);
-    const XasFault fault{"rename", EIO, RENAMES_PER_SAVE * savedBefore()};
-    EXPECT_EQ(update(), 1);
-    std::vector<XasLogLine> expected = notRestoredLines();
-    expected.insert(expected.begin(), xasErrorLine(step.missingLog));
-    EXPECT_THAT(log.lines(), ElementsAreArray(expected));
-    EXPECT_EQ(newFiles().size(), savedBefore());
-}
-
-TEST_P(EthUpdateStep, EndsTheUpdateWhenItsFileCannotBeOpened)
-{
-    const Step &step = GetParam();
-    block(step.type);
-    EXPECT_EQ(update(), 1);
-    expectReply(2, step.openReason);
-    EXPECT_THAT(log.lines(), ElementsAre(blockedLine(step.type), xasErrorLine(step.editLog)));
-    EXPECT_THAT(newFiles(), IsEmpty());
-}
-
-TEST_P(EthUpdateStep, RollsBackInItsOrderWhenItsFileCannotBeOpened)
-{
-    const Step &step = GetParam();
-    block(step.type);
-    const XasFault fault{"rename", EIO, RENAMES_PER_SAVE * savedBefore()};
-    EXPECT_EQ(update(), 1);
-    std::vector<XasLogLine> expected = notRestoredLines();
-    expected.insert(expected.begin(), {blockedLine(step.type), xasErrorLine(step.editLog)});
-    EXPECT_THAT(log.lines(), ElementsAreArray(expected));
-    EXPECT_EQ(newFiles().size(), savedBefore());
-}
-
-TEST_P(EthUpdateStep, EndsTheUpdateWhenItsFileCannotBeSaved)
-{
-    const Step &step = GetParam();
-    const XasFault fault{"rename", EIO, RENAMES_PER_SAVE * savedBefore() + 1, 1};
-    EXPECT_EQ(update(), 1);
-    expectReply(3, step.saveReason);
-    EXPECT_THAT(log.lines(),
-                ElementsAre(xasErrorLine("Error renaming new config file \"" + dir.path(step.type) + "\"\n"),
-                            xasErrorLine(step.editLog)));
-    for (const std::string &type : TYPES) {
-        EXPECT_EQ(dir.read(type), oldText(type));
-        // The failed save had made its backup; its file is not among those rolled back.
-        EXPECT_EQ(dir.has(type + ".old"), type == step.type) << type;
-    }
-}
-
-INSTANTIATE_TEST_SUITE_P(Steps, EthUpdateStep, testing::ValuesIn(STEPS),
-                         [](const auto &test) { return std::string{test.param.type}; });
 
 TEST_F(EthUpdate, WithAnUnknownBondingModeRollsBackWhatCameBeforeTheModules)
 {
@@ -310,17 +154,6 @@ TEST_F(EthUpdate, HasDeletedTheBondWithoutBondingAndCannotRollItBack)
     EXPECT_EQ(dir.read("modprobe"), "old modprobe\n");
 }
 
-TEST_F(EthUpdate, GoesOnToTheAlternateGatewayWhenTheNetworkFileFails)
-{
-    block("network");
-    EXPECT_EQ(update(), 1);
-    expectReply(2, "Error opening network config file");
-    EXPECT_THAT(log.lines(),
-                ElementsAre(blockedLine("network"), xasErrorLine("Error editing network config file\n")));
-    EXPECT_THAT(newFiles(), ElementsAre("altgateway"));
-    EXPECT_EQ(dir.read("altgateway"), "DGD_GATEWAY=192.168.1.2\nDGD_PING_DELAY=10\n");
-}
-
 TEST_F(EthUpdate, RollsBackOnlyFilledPortsWhenTheNetworkFileFails)
 {
     block("network");
@@ -348,46 +181,12 @@ TEST_F(EthUpdate, RollsBackNoPortWhenNeitherIsFilled)
     EXPECT_THAT(newFiles(), ElementsAre("eth0", "eth1", "altgateway"));
 }
 
-TEST_F(EthUpdate, RollsBackInOrderWhenTheNetworkFileFails)
-{
-    block("network");
-    removeType("altgateway");
-    const XasFault fault{"rename", EIO, RENAMES_PER_SAVE * 6};
-    EXPECT_EQ(update(), 1);
-    EXPECT_THAT(log.lines(),
-                ElementsAre(blockedLine("network"), xasErrorLine("Error editing network config file\n"),
-                            notRestoredLine("gatewayprec"), notRestoredLine("kernel"),
-                            notRestoredLine("modprobe"), notRestoredLine("bond0"), notRestoredLine("eth0"),
-                            notRestoredLine("eth1")));
-}
-
 TEST_F(EthUpdate, FailsForTheNetworkFileAlsoWithoutAnAlternateGateway)
 {
     const XasFault fault{"rename", EIO, RENAMES_PER_SAVE * 6 + 1, 1};
     removeType("altgateway");
     EXPECT_EQ(update(), 1);
     expectReply(3, "Error saving new network config file");
-}
-
-TEST_F(EthUpdate, KeepsAllOtherFilesWhenTheAlternateGatewayFails)
-{
-    block("altgateway");
-    EXPECT_EQ(update(), 1);
-    expectReply(2, "Error opening alternate gateway config file");
-    EXPECT_THAT(log.lines(),
-                ElementsAre(blockedLine("altgateway"), xasErrorLine("Error editing network config file\n"),
-                            notRestoredLine("altgateway")));
-    EXPECT_THAT(newFiles(),
-                ElementsAre("gatewayprec", "kernel", "modprobe", "bond0", "eth0", "eth1", "network"));
-}
-
-TEST_F(EthUpdate, BringsBackAnEarlierAlternateGatewayWhenItFails)
-{
-    block("altgateway");
-    dir.write("altgateway.old", "of an earlier save\n");
-    EXPECT_EQ(update(), 1);
-    EXPECT_EQ(dir.read("altgateway"), "of an earlier save\n");
-    EXPECT_FALSE(dir.has("altgateway.old"));
 }
 
 TEST_F(EthUpdate, ReportsTheLastOfTwoFailures)
@@ -402,16 +201,6 @@ TEST_F(EthUpdate, ReportsTheLastOfTwoFailures)
                     xasErrorLine("Error renaming new config file \"" + dir.path("altgateway") + "\"\n"),
                     xasErrorLine("Error editing network config file\n")));
     EXPECT_THAT(newFiles(), IsEmpty());
-}
-
-TEST_F(EthUpdate, DoesWithoutNetworkFileAndAlternateGateway)
-{
-    removeType("network");
-    removeType("altgateway");
-    EXPECT_EQ(update(), 0);
-    expectReply(0, "");
-    EXPECT_THAT(log.lines(), IsEmpty());
-    EXPECT_THAT(newFiles(), ElementsAre("gatewayprec", "kernel", "modprobe", "bond0", "eth0", "eth1"));
 }
 
 TEST_F(EthUpdate, WritesEveryFileWithoutBonding)
@@ -435,25 +224,6 @@ TEST_F(EthUpdate, WritesEveryFileWithoutBonding)
     EXPECT_EQ(dir.read("network"),
               "NETWORKING=yes\nNETWORKING_IPV6=no\nHOSTNAME=console\nGATEWAY=192.168.1.1\n");
     EXPECT_EQ(dir.read("altgateway"), "DGD_GATEWAY=192.168.1.2\nDGD_PING_DELAY=10\n");
-}
-
-TEST_F(EthUpdate, WritesEveryFileWithBonding)
-{
-    EXPECT_EQ(update(), 0);
-    EXPECT_EQ(dir.read("modprobe"), "alias netdev-bond0 bonding\n"
-                                    "options bond0 mode=active-backup primary=eth0 miimon=250 use_carrier=1 "
-                                    "downdelay=2500 updelay=2500\n");
-    EXPECT_EQ(dir.read("bond0"), "DEVICE=bond0\nTYPE=Bonding\nBOOTPROTO=static\nIPADDR=192.168.1.10\n"
-                                 "NETMASK=255.255.255.0\nNETWORK=192.168.1.0\nBROADCAST=192.168.1.255\n"
-                                 "IPV6INIT=yes\nIPV6ADDR=\nDHCP_HOSTNAME=\nONBOOT=yes\nMTU=1500\n"
-                                 "BONDING_OPTS=\"mode=active-backup primary=eth0 miimon=250 use_carrier=1 "
-                                 "downdelay=2500 updelay=2500\"\n");
-    EXPECT_EQ(dir.read("eth0"),
-              "DEVICE=eth0\nTYPE=Ethernet\nMASTER=bond0\nSLAVE=yes\nBOOTPROTO=none\nONBOOT=yes\n");
-    EXPECT_EQ(dir.read("eth1"),
-              "DEVICE=eth1\nTYPE=Ethernet\nMASTER=bond0\nSLAVE=yes\nBOOTPROTO=none\nONBOOT=yes\n");
-    EXPECT_EQ(dir.read("network"),
-              "NETWORKING=yes\nNETWORKING_IPV6=yes\nHOSTNAME=console\nGATEWAY=192.168.1.1\n");
 }
 
 TEST_F(EthUpdate, MakesBothPortsSlavesInEveryBondingMode)

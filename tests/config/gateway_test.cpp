@@ -2,16 +2,9 @@
 #include "config/gateway.h"
 
 #include "support/eth.h"
-#include "support/faults.h"
-#include "support/files.h"
-#include "support/log.h"
 
-#include <cerrno>
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <initializer_list>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -33,95 +26,7 @@ XasEthPayload preferring(std::uint32_t precedence)
     return eth;
 }
 
-class GatewayFiles : public XasFilesTest {
-  protected:
-    void expectFailure(std::uint32_t rcode, const char *reason, const std::string &logged)
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
-        EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine(logged)));
-    }
-
-    int editPrecedence(const char *path, std::uint32_t precedence)
-    {
-        const XasEthPayload eth = preferring(precedence);
-        return xasEditGWPrecFile(path, &eth, &reply);
-    }
-
-    int editAlternate(const char *path)
-    {
-        const XasEthPayload eth = values();
-        return xasEditAltGWFile(path, &eth, &reply);
-    }
-
-    XasLogCapture log;
-    XasReplyStatus reply;
-};
-
-using GatewayFilesDeathTest = GatewayFiles;
-
 } // namespace
-
-TEST_F(GatewayFilesDeathTest, NeedTheirPaths)
-{
-    EXPECT_DEATH(editPrecedence(nullptr, 1), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(editAlternate(nullptr), "cfgFileName != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(GatewayFiles, PrecedenceMustExist)
-{
-    const std::string path = dir.path("precedence");
-    EXPECT_EQ(editPrecedence(path.c_str(), 1), 1);
-    expectFailure(2, "Error opening dhcp gateway precedenc config file",
-                  "Error opening config file \"" + path + "\"\n");
-    EXPECT_THAT(dir.names(), IsEmpty());
-}
-
-TEST_F(GatewayFiles, PrecedenceStaysWhenItCannotBeSaved)
-{
-    const std::string path = dir.write("precedence", "old\n");
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(editPrecedence(path.c_str(), 1), 1);
-    expectFailure(3, "Error saving new hostname config file",
-                  "Error renaming new config file \"" + path + "\"\n");
-    EXPECT_EQ(dir.read("precedence"), "old\n");
-}
-
-TEST_F(GatewayFiles, PrecedenceForgetsItsEarlierContent)
-{
-    const std::string path = dir.write("precedence", "# comment\nDHCP_GW_PRECEDENCE=1\nOTHER=2\n");
-    EXPECT_EQ(editPrecedence(path.c_str(), 5), 0);
-    EXPECT_EQ(dir.read("precedence"), "DHCP_GW_PRECEDENCE=0\n");
-    EXPECT_EQ(dir.read("precedence.old"), "# comment\nDHCP_GW_PRECEDENCE=1\nOTHER=2\n");
-    EXPECT_THAT(log.lines(), IsEmpty());
-}
-
-TEST_F(GatewayFiles, AlternateGatewayMustExist)
-{
-    const std::string path = dir.path("alternate");
-    EXPECT_EQ(editAlternate(path.c_str()), 1);
-    expectFailure(2, "Error opening alternate gateway config file",
-                  "Error opening config file \"" + path + "\"\n");
-}
-
-TEST_F(GatewayFiles, AlternateGatewayStaysWhenItCannotBeSaved)
-{
-    const std::string path = dir.write("alternate", "DGD_GATEWAY=1.2.3.4\n");
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(editAlternate(path.c_str()), 1);
-    expectFailure(3, "Error saving new altenate gateway config file",
-                  "Error renaming new config file \"" + path + "\"\n");
-    EXPECT_EQ(dir.read("alternate"), "DGD_GATEWAY=1.2.3.4\n");
-}
-
-TEST_F(GatewayFiles, AlternateGatewayIsReplacedAndItsOldContentKept)
-{
-    const std::string path = dir.write("alternate", "DGD_GATEWAY=1.2.3.4\n");
-    EXPECT_EQ(editAlternate(path.c_str()), 0);
-    EXPECT_EQ(dir.read("alternate"), "DGD_GATEWAY=192.168.1.2\n");
-    EXPECT_EQ(dir.read("alternate.old"), "DGD_GATEWAY=1.2.3.4\n");
-    EXPECT_THAT(log.lines(), IsEmpty());
-}
 
 TEST(GatewayPrecedence, IsNeitherPortForAnyOtherValue)
 {

@@ -1,4 +1,4 @@
-// A host-name message through the built daemon: whole files, and each failure's log, reply and roll-back.
+// A host-name message through the built daemon: whole files, and two failures.
 #include "support/message_files.h"
 
 using testing::ElementsAre;
@@ -19,11 +19,6 @@ XasMessage hostnameMessage(std::string_view hostname, std::string_view domain)
 class DaemonHostname : public XasMessageFilesTest {
   protected:
     DaemonHostname() : XasMessageFilesTest{"hostname", {"hosts", "hostname", "network", "domain"}}
-    {
-        putOldFiles();
-    }
-
-    void putOldFiles()
     {
         files.write("hosts", HOSTS);
         files.write("hostname", "old.name\n");
@@ -90,6 +85,11 @@ TEST_F(DaemonHostname, CutsALongNameInTheNetworkFileAlone)
     EXPECT_EQ(files.read("hostname"), host + ".example.org\n");
     EXPECT_EQ(files.read("network"), "NETWORKING=yes\nHOSTNAME=" + host + "\nGATEWAY=192.0.2.1\n");
     EXPECT_EQ(files.read("domain"), "STATIC_DOMAIN=example.org\n");
+
+    const std::string shorter(60, 'h');
+    EXPECT_EQ(outcome(hostnameMessage(shorter, "example.org")), "1 0 ");
+    EXPECT_EQ(files.read("hostname"), shorter + ".example.org\n");
+    EXPECT_EQ(files.read("network"), "NETWORKING=yes\nHOSTNAME=" + shorter + ".exam\nGATEWAY=192.0.2.1\n");
 }
 
 TEST_F(DaemonHostname, FailsWithoutTheHostsFileInTheList)
@@ -100,110 +100,6 @@ TEST_F(DaemonHostname, FailsWithoutTheHostsFileInTheList)
                 ElementsAre(xasErrorLine("Error determining hosts config file\n"), UPDATE_FAILED));
     expectOldFiles({"hosts", "hostname", "network", "domain"});
     EXPECT_THAT(commands(), ElementsAre("/bin/killall -SIGHUP syslogd")) << "also after a failure";
-}
-
-TEST_F(DaemonHostname, RollsBackWithoutTheHostNameFileInTheList)
-{
-    start("hostname");
-    EXPECT_EQ(failure(), "0 1 Error determining hostname config file");
-    EXPECT_THAT(logLines(),
-                ElementsAre(xasErrorLine("Error determining config file for hostname\n"), UPDATE_FAILED));
-    expectOldFiles({"hosts", "hostname", "network", "domain"});
-}
-
-TEST_F(DaemonHostname, RollsBackWithoutTheNetworkFileInTheList)
-{
-    start("network");
-    EXPECT_EQ(failure(), "0 1 Error determining network config file");
-    EXPECT_THAT(logLines(),
-                ElementsAre(xasErrorLine("Error determining network config file\n"), UPDATE_FAILED));
-    expectOldFiles({"hosts", "hostname", "network", "domain"});
-}
-
-TEST_F(DaemonHostname, RollsBackWithoutTheDomainFileInTheList)
-{
-    start("domain");
-    EXPECT_EQ(failure(), "0 1 Error determining static domain configuration file");
-    EXPECT_THAT(logLines(), ElementsAre(xasErrorLine("Error determining static domain configuration file\n"),
-                                        UPDATE_FAILED));
-    expectOldFiles({"hosts", "hostname", "network", "domain"});
-}
-
-TEST_F(DaemonHostname, RollsBackWhenAFileIsNotThere)
-{
-    start();
-    files.remove("hosts");
-    EXPECT_EQ(failure(), "0 2 Error opening hosts config file");
-    EXPECT_THAT(logLines(), ElementsAre(openFailed("hosts"), xasErrorLine("Error editing hosts file\n"),
-                                        restoreFailed("hosts"), UPDATE_FAILED));
-    expectOldFiles({"hostname", "network", "domain"});
-
-    putOldFiles();
-    files.remove("hostname");
-    EXPECT_EQ(failure(), "0 2 Error opening hostname config file");
-    EXPECT_THAT(logLines(), ElementsAre(openFailed("hostname"), xasErrorLine("Error editing hostname file\n"),
-                                        UPDATE_FAILED));
-    expectOldFiles({"hosts", "network", "domain"});
-
-    putOldFiles();
-    files.remove("network");
-    EXPECT_EQ(failure(), "0 2 Error opening network config file");
-    EXPECT_THAT(logLines(), ElementsAre(openFailed("network"),
-                                        xasErrorLine("Error editing network config file\n"), UPDATE_FAILED));
-    expectOldFiles({"hosts", "hostname", "domain"});
-
-    putOldFiles();
-    files.remove("domain");
-    EXPECT_EQ(failure(), "0 2 Error opening static domain configuration file");
-    EXPECT_THAT(logLines(),
-                ElementsAre(openFailed("domain"),
-                            xasErrorLine("Error editing static domain configuration file\n"), UPDATE_FAILED));
-    expectOldFiles({"hosts", "hostname", "network"});
-}
-
-TEST_F(DaemonHostname, RollsBackWhenADirectoryStandsInAFilesPlace)
-{
-    start();
-    files.putDirectory("hosts");
-    EXPECT_EQ(failure(), "0 3 Error saving new hosts file");
-    EXPECT_THAT(logLines(), ElementsAre(renameNewFailed("hosts"), xasErrorLine("Error editing hosts file\n"),
-                                        restoreFailed("hosts"), UPDATE_FAILED));
-    files.removeDirectory("hosts");
-
-    putOldFiles();
-    files.putDirectory("hostname");
-    EXPECT_EQ(failure(), "0 3 Error saving new hostname config file");
-    EXPECT_THAT(logLines(), ElementsAre(renameNewFailed("hostname"),
-                                        xasErrorLine("Error editing hostname file\n"), UPDATE_FAILED));
-    expectOldFiles({"hosts", "network", "domain"});
-    files.removeDirectory("hostname");
-
-    putOldFiles();
-    files.putDirectory("network");
-    EXPECT_EQ(failure(), "0 3 Error saving new network config file");
-    EXPECT_THAT(logLines(), ElementsAre(renameNewFailed("network"),
-                                        xasErrorLine("Error editing network config file\n"), UPDATE_FAILED));
-    expectOldFiles({"hosts", "hostname", "domain"});
-    files.removeDirectory("network");
-
-    putOldFiles();
-    files.putDirectory("domain");
-    EXPECT_EQ(failure(), "0 3 Error saving new static domain config file");
-    EXPECT_THAT(logLines(),
-                ElementsAre(renameNewFailed("domain"),
-                            xasErrorLine("Error editing static domain configuration file\n"), UPDATE_FAILED));
-    expectOldFiles({"hosts", "hostname", "network"});
-}
-
-TEST_F(DaemonHostname, ReportsABackupThatCannotBeMadeThoughTheNewFileIsInPlace)
-{
-    start();
-    files.putDirectory("hosts.old");
-    EXPECT_EQ(failure(), "0 3 Error saving new hosts file");
-    EXPECT_THAT(logLines(), ElementsAre(renameOldFailed("hosts"), xasErrorLine("Error editing hosts file\n"),
-                                        restoreFailed("hosts"), UPDATE_FAILED));
-    EXPECT_EQ(files.read("hosts").substr(0, 30), "127.0.0.1\tconsole1.example.org");
-    EXPECT_EQ(files.read("hostname"), "old.name\n");
 }
 
 TEST_F(DaemonHostname, ReportsALineThatCannotBeWrittenByTheLogAlone)

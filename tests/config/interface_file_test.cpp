@@ -2,11 +2,9 @@
 #include "config/interface_file.h"
 
 #include "support/eth.h"
-#include "support/faults.h"
 #include "support/files.h"
 #include "support/log.h"
 
-#include <cerrno>
 #include <gmock/gmock.h>
 #include <regex>
 #include <sstream>
@@ -111,43 +109,6 @@ TEST_F(EthernetFile, OfBondingIsLeftAloneWhenTheModeHasNoOptions)
                                          "ONBOOT=yes\n"
                                          "MTU=1500\n");
     }
-}
-
-TEST_F(EthernetFile, IsLeftAloneWhenItCannotBeOpened)
-{
-    dir.write("ifcfg", "old\n");
-    dir.write("ifcfg.tmp/in-the-way", "");
-    EXPECT_EQ(edit(), 1);
-    expectReply(2, "Error opening ethernet config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening output file \"" + path + ".tmp\"\n")));
-    EXPECT_EQ(dir.read("ifcfg"), "old\n");
-}
-
-TEST_F(EthernetFile, IsLeftAloneWhenItCannotBeSaved)
-{
-    dir.write("ifcfg", "old\n");
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(edit(), 1);
-    expectReply(3, "Error saving new ethernet config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
-    EXPECT_EQ(dir.read("ifcfg"), "old\n");
-}
-
-TEST_F(EthernetFile, NeedNotExist)
-{
-    EXPECT_EQ(edit(), 0);
-    expectReply(0, "");
-    EXPECT_EQ(dir.read("ifcfg"), STATIC_ETH0);
-    EXPECT_THAT(dir.names(), ElementsAre("ifcfg"));
-    EXPECT_THAT(log.lines(), IsEmpty());
-}
-
-TEST_F(EthernetFile, ForgetsItsEarlierContent)
-{
-    dir.write("ifcfg", "# edited by hand\nDEVICE=eth5\n");
-    EXPECT_EQ(edit(), 0);
-    EXPECT_EQ(dir.read("ifcfg"), STATIC_ETH0);
-    EXPECT_EQ(dir.read("ifcfg.old"), "# edited by hand\nDEVICE=eth5\n");
 }
 
 TEST(EthernetText, EndsBehindTheTypeWhenTheAddressSourceIsUnknown)
@@ -310,45 +271,6 @@ TEST(EthernetText, OfRandomBytesHoldsNothingButAssignments)
         for (std::string line; std::getline(lines, line);)
             ASSERT_TRUE(std::regex_match(line, assignment)) << line;
     }
-}
-
-TEST_F(EthernetFile, ToEnableMustExist)
-{
-    EXPECT_EQ(enable(true), 1);
-    expectReply(2, "Error opening ethernet enable config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
-    EXPECT_THAT(dir.names(), IsEmpty());
-}
-
-TEST_F(EthernetFile, ToEnableStaysWhenItCannotBeSaved)
-{
-    dir.write("ifcfg", "ONBOOT=no\n");
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(enable(true), 1);
-    expectReply(3, "Error saving new ethernet config file");
-    EXPECT_EQ(dir.read("ifcfg"), "ONBOOT=no\n");
-}
-
-TEST_F(EthernetFile, ChangesNothingButItsStartAtBoot)
-{
-    dir.write("ifcfg", STATIC_ETH0);
-    EXPECT_EQ(enable(false), 0);
-    EXPECT_EQ(dir.read("ifcfg"), "DEVICE=eth0\n"
-                                 "TYPE=Ethernet\n"
-                                 "BOOTPROTO=static\n"
-                                 "IPADDR=192.168.1.10\n"
-                                 "NETMASK=255.255.255.0\n"
-                                 "NETWORK=192.168.1.0\n"
-                                 "BROADCAST=192.168.1.255\n"
-                                 "IPV6INIT=yes\n"
-                                 "IPV6ADDR=\n"
-                                 "DHCP_HOSTNAME=\n"
-                                 "ONBOOT=no\n"
-                                 "MTU=1500\n");
-    EXPECT_EQ(dir.read("ifcfg.old"), STATIC_ETH0);
-    EXPECT_EQ(enable(true), 0);
-    EXPECT_EQ(dir.read("ifcfg"), STATIC_ETH0);
-    EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST(EthernetEnableText, OfAnEmptyFileStaysEmpty)

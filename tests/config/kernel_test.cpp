@@ -1,14 +1,7 @@
 // Kernel parameters in the file that sysctl reads.
 #include "config/kernel.h"
 
-#include "support/faults.h"
-#include "support/files.h"
-#include "support/log.h"
-
-#include <cerrno>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -21,52 +14,13 @@ const XasEthPayload VALUES = [] {
     return eth;
 }();
 
-class KernelFile : public XasFilesTest {
-  protected:
-    XasLogCapture log;
-    XasReplyStatus reply;
-};
-
-using KernelFileDeathTest = KernelFile;
-
 } // namespace
 
-TEST_F(KernelFileDeathTest, NeedsItsPathAndItsValues)
+TEST(KernelFileDeathTest, NeedsItsPathAndItsValues)
 {
+    XasReplyStatus reply;
     EXPECT_DEATH(xasEditKernelCfgFile(nullptr, &VALUES, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasEditKernelCfgFile("/tmp/none", nullptr, &reply), "kernCfg != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(KernelFile, MustExist)
-{
-    const std::string path = dir.path("sysctl.conf");
-    EXPECT_EQ(xasEditKernelCfgFile(path.c_str(), &VALUES, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening kernel config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
-    EXPECT_TRUE(dir.names().empty());
-}
-
-TEST_F(KernelFile, StaysAsItIsWhenTheNewOneCannotBePutInPlace)
-{
-    const std::string path = dir.write("sysctl.conf", "net.ipv4.ip_forward = 0\n");
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(xasEditKernelCfgFile(path.c_str(), &VALUES, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new kernel config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
-    EXPECT_EQ(dir.read("sysctl.conf"), "net.ipv4.ip_forward = 0\n");
-}
-
-TEST_F(KernelFile, IsReplacedAndItsOldContentKept)
-{
-    const std::string path = dir.write("sysctl.conf", "net.ipv4.ip_forward = 0\n");
-    EXPECT_EQ(xasEditKernelCfgFile(path.c_str(), &VALUES, &reply), 0);
-    EXPECT_EQ(reply.rcode, 0U);
-    EXPECT_EQ(reply.rstr, "");
-    EXPECT_EQ(dir.read("sysctl.conf"), "net.ipv4.ip_forward = 1\n");
-    EXPECT_EQ(dir.read("sysctl.conf.old"), "net.ipv4.ip_forward = 0\n");
-    EXPECT_TRUE(log.lines().empty());
 }
 
 TEST(KernelText, OfAnEmptyFileStaysEmpty)

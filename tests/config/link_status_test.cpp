@@ -2,12 +2,10 @@
 #include "config/link_status.h"
 
 #include "support/apps.h"
-#include "support/faults.h"
 #include "support/files.h"
 #include "support/log.h"
 #include "support/message.h"
 
-#include <cerrno>
 #include <gmock/gmock.h>
 
 using testing::ElementsAre;
@@ -53,18 +51,7 @@ class EthStatusUpdate : public XasFilesTest {
     XasReplyStatus reply;
 };
 
-using EthStatusUpdateDeathTest = EthStatusUpdate;
-
 } // namespace
-
-TEST_F(EthStatusUpdateDeathTest, NeedsItsArgumentsAndItsType)
-{
-    XasMessage msg = notice(2, "Eth1 Link Up");
-    EXPECT_DEATH(xasUpdateEthIfStatusCfg(nullptr, &cfgFiles, &reply), "msg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasUpdateEthIfStatusCfg(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
-    msg.xH.msgtype = XMSG_ETH;
-    EXPECT_DEATH(xasUpdateEthIfStatusCfg(&msg, &cfgFiles, &reply), "XMSG_NOTIFY == msg->xH.msgtype");
-}
 
 TEST_F(EthStatusUpdate, RefusesOtherKindsOfNotice)
 {
@@ -100,38 +87,6 @@ TEST_F(EthStatusUpdate, ReadsANameThatFillsTheRecordToItsEnd)
     const std::string name(2352, 'x');
     EXPECT_EQ(update(2, name), 1);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Invalid link change interface type: " + name + "\n")));
-}
-
-TEST_F(EthStatusUpdate, NeedsTheFileOfThePortThatChanged)
-{
-    cfgFiles.erase(cfgFiles.begin());
-    EXPECT_EQ(update(2, "Eth1 Link Up"), 1);
-    expectReply(1, "Error determining Ethernet enable config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining Ethernet enable config file\n")));
-    expectNothingChanged();
-    EXPECT_EQ(update(3, "Eth2 Link Down"), 0);
-}
-
-TEST_F(EthStatusUpdate, TellsAFileThatIsNotThere)
-{
-    cfgFiles = xasTestCfgFiles({{"eth1", dir.path("gone")}});
-    EXPECT_EQ(update(3, "Eth2 Link Down"), 1);
-    expectReply(2, "Error opening ethernet enable config file");
-    EXPECT_THAT(log.lines(),
-                ElementsAre(xasErrorLine("Error opening config file \"" + dir.path("gone") + "\"\n"),
-                            xasErrorLine("Error editing Ethernet enable configuration file\n")));
-}
-
-TEST_F(EthStatusUpdate, TellsAFileThatCannotBeSavedAndRestoresNothing)
-{
-    const XasFault fault{"rename", EIO, 1, 1};
-    EXPECT_EQ(update(3, "Eth2 Link Down"), 1);
-    expectReply(3, "Error saving new ethernet config file");
-    EXPECT_THAT(log.lines(),
-                ElementsAre(xasErrorLine("Error renaming new config file \"" + dir.path("eth1") + "\"\n"),
-                            xasErrorLine("Error editing Ethernet enable configuration file\n")));
-    EXPECT_EQ(dir.read("eth1"), "DEVICE=eth1\nONBOOT=yes\n");
-    EXPECT_TRUE(dir.has("eth1.old"));
 }
 
 TEST_F(EthStatusUpdate, StartsAtBootAPortThatCameUp)

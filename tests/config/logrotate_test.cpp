@@ -1,16 +1,9 @@
 // The sizes in the log rotation's configuration and in its shell fragment.
 #include "config/logrotate.h"
 
-#include "support/faults.h"
-#include "support/files.h"
 #include "support/growth.h"
-#include "support/log.h"
 
-#include <cerrno>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -54,15 +47,6 @@ XasSyslogPayload sizes(std::uint16_t nutSize = 30, std::uint16_t logSize = 64)
     sysLogInfo.log_size = logSize;
     return sysLogInfo;
 }
-
-class LogrotateFile : public XasFilesTest {
-  protected:
-    XasSyslogPayload sysLogInfo = sizes();
-    XasLogCapture log;
-    XasReplyStatus reply;
-};
-
-using LogrotateFileDeathTest = LogrotateFile;
 
 } // namespace
 
@@ -191,40 +175,12 @@ TEST(LogrotateText, TakesTheSameTimeForALineOfAnyFile)
     EXPECT_LT(xasGrowthPerLine(edit, "            tail -c 51200 $1 > /www/$1.log\n"), XAS_CONSTANT_GROWTH);
 }
 
-TEST_F(LogrotateFileDeathTest, NeedsItsPathAndItsValues)
+TEST(LogrotateFileDeathTest, NeedsItsPathAndItsValues)
 {
+    const XasSyslogPayload sysLogInfo{};
+    XasReplyStatus reply;
     EXPECT_DEATH(xasEditLogrotateCfgFile(nullptr, &sysLogInfo, &reply),
                  "cfgFileName != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasEditLogrotateCfgFile("/tmp/none", nullptr, &reply),
                  "sysLogInfo != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(LogrotateFile, MustExist)
-{
-    const std::string path = dir.path("logrotate.conf");
-    EXPECT_EQ(xasEditLogrotateCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening logrotate config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
-}
-
-TEST_F(LogrotateFile, StaysAsItIsWhenTheNewOneCannotBePutInPlace)
-{
-    const std::string path = dir.write("logrotate.conf", LIFELIKE);
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(xasEditLogrotateCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new logrotate config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
-    EXPECT_EQ(dir.read("logrotate.conf"), LIFELIKE);
-}
-
-TEST_F(LogrotateFile, IsReplacedAndItsOldContentKept)
-{
-    const std::string path = dir.write("logrotate.conf", "size 1k\n");
-    EXPECT_EQ(xasEditLogrotateCfgFile(path.c_str(), &sysLogInfo, &reply), 0);
-    EXPECT_EQ(dir.read("logrotate.conf"), "size 64k\n");
-    EXPECT_EQ(dir.read("logrotate.conf.old"), "size 1k\n");
-    EXPECT_EQ(reply.rcode, 0U);
-    EXPECT_THAT(log.lines(), IsEmpty());
 }

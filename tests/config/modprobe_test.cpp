@@ -1,15 +1,12 @@
 // Module options: the bonding driver and IPv6.
 #include "config/modprobe.h"
 
-#include "support/faults.h"
 #include "support/files.h"
 #include "support/log.h"
 
-#include <cerrno>
 #include <gmock/gmock.h>
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -61,42 +58,6 @@ TEST_F(ModprobeFile, IsLeftAloneWhenTheBondingModeIsUnknown)
     EXPECT_EQ(dir.read("network.conf"), "options ipv6 disable=1\n");
     EXPECT_EQ(dir.read("network.conf.tmp"), "alias netdev-bond0 bonding\n");
     EXPECT_FALSE(dir.has("network.conf.old"));
-}
-
-TEST_F(ModprobeFile, IsLeftAloneWhenItCannotBeOpened)
-{
-    dir.write("network.conf.tmp/in-the-way", "");
-    EXPECT_EQ(edit(path.c_str(), 0, false), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening modprobe config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening output file \"" + path + ".tmp\"\n")));
-}
-
-TEST_F(ModprobeFile, IsLeftAloneWhenItCannotBeSaved)
-{
-    dir.write("network.conf", "old\n");
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(edit(path.c_str(), 0, false), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new modprobe config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
-    EXPECT_EQ(dir.read("network.conf"), "old\n");
-}
-
-TEST_F(ModprobeFile, NeedNotExist)
-{
-    EXPECT_EQ(edit(path.c_str(), 0, false), 0);
-    EXPECT_EQ(dir.read("network.conf"), "options ipv6 disable=1\n");
-    EXPECT_THAT(dir.names(), ElementsAre("network.conf"));
-    EXPECT_THAT(log.lines(), IsEmpty());
-}
-
-TEST_F(ModprobeFile, ForgetsItsEarlierContent)
-{
-    dir.write("network.conf", "alias netdev-bond0 bonding\noptions other x=1\n");
-    EXPECT_EQ(edit(path.c_str(), 0, true), 0);
-    EXPECT_EQ(dir.read("network.conf"), "");
-    EXPECT_EQ(dir.read("network.conf.old"), "alias netdev-bond0 bonding\noptions other x=1\n");
 }
 
 TEST(ModprobeText, OfAnUnknownModeEndsBehindTheAlias)

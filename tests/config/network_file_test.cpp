@@ -2,16 +2,9 @@
 #include "config/network_file.h"
 
 #include "support/eth.h"
-#include "support/faults.h"
-#include "support/files.h"
-#include "support/log.h"
 #include "wire/address.h"
 
-#include <cerrno>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -41,53 +34,14 @@ constexpr std::string_view WHOLE_FILE = "# global\n"
                                         "IPV6_GATEWAY=fe80::1\n"
                                         "FORWARD_IPV4=no\n";
 
-class NetworkFile : public XasFilesTest {
-  protected:
-    XasLogCapture log;
-    XasReplyStatus reply;
-};
-
-using NetworkFileDeathTest = NetworkFile;
-
 } // namespace
 
-TEST_F(NetworkFileDeathTest, NeedsItsPathAndItsValues)
+TEST(NetworkFileDeathTest, NeedsItsPathAndItsValues)
 {
+    XasReplyStatus reply;
     const XasNetInfo netInfo;
     EXPECT_DEATH(xasEditNetCfgFile(nullptr, &netInfo, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasEditNetCfgFile("/tmp/none", nullptr, &reply), "netInfo != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(NetworkFile, MustExist)
-{
-    const std::string path = dir.path("network");
-    const XasNetInfo netInfo = gateways("10.0.0.1");
-    EXPECT_EQ(xasEditNetCfgFile(path.c_str(), &netInfo, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening network config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
-    EXPECT_THAT(dir.names(), IsEmpty());
-}
-
-TEST_F(NetworkFile, StaysAsItIsWhenTheNewOneCannotBePutInPlace)
-{
-    const std::string path = dir.write("network", WHOLE_FILE);
-    const XasNetInfo netInfo = gateways("10.0.0.1");
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(xasEditNetCfgFile(path.c_str(), &netInfo, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new network config file");
-    EXPECT_EQ(dir.read("network"), WHOLE_FILE);
-}
-
-TEST_F(NetworkFile, IsReplacedAndItsOldContentKept)
-{
-    const std::string path = dir.write("network", WHOLE_FILE);
-    const XasNetInfo netInfo = hostname("console1");
-    EXPECT_EQ(xasEditNetCfgFile(path.c_str(), &netInfo, &reply), 0);
-    EXPECT_THAT(dir.read("network"), testing::HasSubstr("\nHOSTNAME=console1\n"));
-    EXPECT_EQ(dir.read("network.old"), WHOLE_FILE);
-    EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST(NetworkText, StaysAsItIsWithNothingToSet)

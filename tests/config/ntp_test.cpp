@@ -106,9 +106,7 @@ class NtpUpdate : public XasFilesTest {
     }
 };
 
-using NtpFiles = NtpUpdate;
 using NtpFilesDeathTest = NtpUpdate;
-using NtpUpdateDeathTest = NtpUpdate;
 
 } // namespace
 
@@ -330,70 +328,7 @@ TEST_F(NtpFilesDeathTest, NeedTheirPathsAndValues)
     EXPECT_DEATH(xasEditNTPCfgFile("/tmp/none", nullptr, &reply), "ntpInfo != \\(\\(void \\*\\)0\\)");
 }
 
-TEST_F(NtpFiles, MustExist)
-{
-    const std::string none = dir.path("none");
-    const XasLogLine noSuchFile = xasErrorLine("Error opening config file \"" + none + "\"\n");
-    EXPECT_EQ(xasEditNTPStepFile(none.c_str(), &THREE, &reply), 1);
-    expectReply(2, "Error opening NTP step file");
-    EXPECT_EQ(xasEditNTPCfgFile(none.c_str(), &THREE, &reply), 1);
-    expectReply(2, "Error opening NTP config file");
-    EXPECT_THAT(log.lines(), ElementsAre(noSuchFile, noSuchFile));
-}
-
-TEST_F(NtpFiles, StayAsTheyAreWhenTheNewOnesCannotBePutInPlace)
-{
-    {
-        const XasFault fault{"rename", EIO, 1, 1};
-        EXPECT_EQ(xasEditNTPStepFile(steps.c_str(), &THREE, &reply), 1);
-    }
-    expectReply(3, "Error saving new NTP step file");
-    {
-        const XasFault fault{"rename", EIO, 1, 1};
-        EXPECT_EQ(xasEditNTPCfgFile(ntp.c_str(), &THREE, &reply), 1);
-    }
-    expectReply(3, "Error saving new NTP config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + steps + "\"\n"),
-                                         xasErrorLine("Error renaming new config file \"" + ntp + "\"\n")));
-    expectFilesAsTheyWere();
-}
-
-TEST_F(NtpFiles, TakeNoneOfTheirOldContentIntoTheStepFile)
-{
-    EXPECT_EQ(xasEditNTPStepFile(steps.c_str(), &THREE, &reply), 0);
-    EXPECT_EQ(dir.read("step-tickers"), "10.0.0.1\nntp.example.org\n2001:db8::7b\n");
-    EXPECT_EQ(dir.read("step-tickers.old"), "old.example.net\n");
-}
-
 // The handler.
-
-TEST_F(NtpUpdateDeathTest, NeedsAMessageOfItsTypeAndAList)
-{
-    XasMessage msg = message.build();
-    XasMessage other = XasMessageBuilder{XMSG_DNS}.build();
-    EXPECT_DEATH(xasUpdateNtpCfg(nullptr, &files, &reply), "msg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasUpdateNtpCfg(&other, &files, &reply), "XMSG_NTP == msg->xH.msgtype");
-    EXPECT_DEATH(xasUpdateNtpCfg(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(NtpUpdate, NeedsAStepFileInTheList)
-{
-    files = xasTestCfgFiles({{"ntp", ntp}});
-    EXPECT_EQ(update(), 1);
-    expectReply(1, "Error determining NTP step file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining step file for NTP\n")));
-    expectFilesAsTheyWere();
-}
-
-TEST_F(NtpUpdate, WithoutADaemonFileInTheListNamesTheStepFileAndPutsItBack)
-{
-    files = xasTestCfgFiles({{"stepTickers", steps}});
-    EXPECT_EQ(update(), 1);
-    expectReply(1, "Error determining NTP step file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining ntp config file\n")));
-    expectFilesAsTheyWere();
-    EXPECT_THAT(dir.names(), ElementsAre("ntp.conf", "step-tickers"));
-}
 
 TEST_F(NtpUpdate, PutsAnEmptiedStepFileBackTooWhenTheDaemonFileIsNotInTheList)
 {
@@ -403,16 +338,6 @@ TEST_F(NtpUpdate, PutsAnEmptiedStepFileBackTooWhenTheDaemonFileIsNotInTheList)
     expectReply(1, "Error determining NTP step file");
     expectFilesAsTheyWere();
     EXPECT_THAT(dir.names(), ElementsAre("ntp.conf", "step-tickers"));
-}
-
-TEST_F(NtpUpdate, PutsTheStepFileBackWhenTheDaemonFileCannotBeEdited)
-{
-    std::filesystem::remove(ntp);
-    EXPECT_EQ(update(), 1);
-    expectReply(2, "Error opening NTP config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + ntp + "\"\n"),
-                                         xasErrorLine("Error editing NTP config file\n")));
-    EXPECT_EQ(dir.read("step-tickers"), "old.example.net\n");
 }
 
 TEST_F(NtpUpdate, RefusesAnUnknownPollingTypeWhenItPolls)
@@ -432,15 +357,6 @@ TEST_F(NtpUpdate, DoesNotLookAtThePollingTypeWhenItDoesNotPoll)
     EXPECT_EQ(dir.read("ntp.conf"), "#server old.example.net\n");
 }
 
-TEST_F(NtpUpdate, StopsAtAStepFileThatCannotBeEdited)
-{
-    std::filesystem::remove(steps);
-    EXPECT_EQ(update(), 1);
-    expectReply(2, "Error opening NTP step file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + steps + "\"\n")));
-    EXPECT_THAT(dir.names(), ElementsAre("ntp.conf"));
-}
-
 TEST_F(NtpUpdate, WritesTheThreePolledServersToBothFiles)
 {
     EXPECT_EQ(update(), 0);
@@ -450,14 +366,6 @@ TEST_F(NtpUpdate, WritesTheThreePolledServersToBothFiles)
     EXPECT_EQ(dir.read("step-tickers.old"), "old.example.net\n");
     EXPECT_EQ(dir.read("ntp.conf.old"), "server old.example.net\n");
     EXPECT_THAT(log.lines(), IsEmpty());
-}
-
-TEST_F(NtpUpdate, WritesTheSinglePolledServerAndTwoZeroesToTheStepFile)
-{
-    message.word(128, 1);
-    EXPECT_EQ(update(), 0);
-    EXPECT_EQ(dir.read("step-tickers"), "single.example.org\n0.0.0.0\n0.0.0.0\n");
-    EXPECT_EQ(dir.read("ntp.conf"), "server single.example.org\n");
 }
 
 TEST_F(NtpUpdate, DoesNotLookAtWhetherTheDaemonIsEnabled)

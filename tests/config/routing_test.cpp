@@ -2,18 +2,14 @@
 #include "config/routing.h"
 
 #include "support/apps.h"
-#include "support/faults.h"
 #include "support/files.h"
 #include "support/growth.h"
 #include "support/log.h"
 #include "support/message.h"
 
 #include <arpa/inet.h>
-#include <cerrno>
-#include <filesystem>
 #include <gmock/gmock.h>
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
@@ -139,9 +135,7 @@ class RoutingUpdate : public XasFilesTest {
     }
 };
 
-using RoutingFiles = RoutingUpdate;
 using RoutingFilesDeathTest = RoutingUpdate;
-using RoutingUpdateDeathTest = RoutingUpdate;
 
 } // namespace
 
@@ -389,81 +383,7 @@ TEST_F(RoutingFilesDeathTest, NeedTheirPathsAndValues)
     EXPECT_DEATH(xasEditRipdCfgFile("/tmp/none", nullptr, &reply), "routerCfg != \\(\\(void \\*\\)0\\)");
 }
 
-TEST_F(RoutingFiles, MustExist)
-{
-    const std::string none = dir.path("none");
-    const XasRoutingPayload routerCfg{};
-    EXPECT_EQ(xasEditZebraCfgFile(none.c_str(), &routerCfg, &reply), 1);
-    expectReply(2, "Error opening zebra config file");
-    EXPECT_EQ(xasEditRipdCfgFile(none.c_str(), &routerCfg, &reply), 1);
-    expectReply(2, "Error opening routing config file");
-    const XasLogLine noSuchFile = xasErrorLine("Error opening config file \"" + none + "\"\n");
-    EXPECT_THAT(log.lines(), ElementsAre(noSuchFile, noSuchFile));
-}
-
-TEST_F(RoutingFiles, NameTheFirewallWhenTheyCannotBePutInPlace)
-{
-    const XasRoutingPayload routerCfg = rip(true);
-    {
-        const XasFault fault{"rename", EIO, 1, 1};
-        EXPECT_EQ(xasEditZebraCfgFile(zebra.c_str(), &routerCfg, &reply), 1);
-    }
-    expectReply(3, "Error saving new firewall config file");
-    reply = {};
-    {
-        const XasFault fault{"rename", EIO, 1, 1};
-        EXPECT_EQ(xasEditRipdCfgFile(ripd.c_str(), &routerCfg, &reply), 1);
-    }
-    expectReply(3, "Error saving new firewall config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + zebra + "\"\n"),
-                                         xasErrorLine("Error renaming new config file \"" + ripd + "\"\n")));
-    EXPECT_EQ(dir.read("zebra.conf"), "hostname a\n");
-    EXPECT_EQ(dir.read("ripd.conf"), "line vty\n");
-}
-
 // The handler.
-
-TEST_F(RoutingUpdateDeathTest, NeedsAMessageOfItsTypeAndAList)
-{
-    XasMessage msg = message.build();
-    XasMessage other = XasMessageBuilder{XMSG_NTP}.build();
-    EXPECT_DEATH(xasUpdateRoutingCfg(nullptr, &files, &reply), "msg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasUpdateRoutingCfg(&other, &files, &reply), "XMSG_ROUTING == msg->xH.msgtype");
-    EXPECT_DEATH(xasUpdateRoutingCfg(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(RoutingUpdate, NeedsBothFilesInTheListAndGivesNoReason)
-{
-    const XasLogLine missing = xasErrorLine("Error determining router config file\n");
-    for (const XasCfgFileList &list :
-         {xasTestCfgFiles({{"zebra", zebra}}), xasTestCfgFiles({{"ripd", ripd}}), xasTestCfgFiles({})}) {
-        files = list;
-        EXPECT_EQ(update(), 1);
-        EXPECT_THAT(log.take(), ElementsAre(missing));
-    }
-    expectReply(0, "");
-    EXPECT_THAT(dir.names(), ElementsAre("ripd.conf", "zebra.conf"));
-}
-
-TEST_F(RoutingUpdate, WritesTheRipFileAlthoughTheOtherCannotBeEdited)
-{
-    std::filesystem::remove(zebra);
-    EXPECT_EQ(update(), 1);
-    expectReply(2, "Error opening zebra config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + zebra + "\"\n"),
-                                         xasErrorLine("Error editing Zebra config file\n")));
-    EXPECT_EQ(dir.read("ripd.conf"), sections("2") + "line vty\n");
-}
-
-TEST_F(RoutingUpdate, KeepsTheNewRoutesWhenTheRipFileCannotBeEdited)
-{
-    std::filesystem::remove(ripd);
-    EXPECT_EQ(update(), 1);
-    expectReply(2, "Error opening routing config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + ripd + "\"\n"),
-                                         xasErrorLine("Error editing Ripd config file\n")));
-    EXPECT_EQ(dir.read("zebra.conf"), "hostname a\n" + routeLines());
-}
 
 TEST_F(RoutingUpdate, WritesBothFilesAndKeepsTheirOldContent)
 {

@@ -2,8 +2,6 @@
 #include "support/hosts.h"
 #include "support/message_files.h"
 
-#include <arpa/inet.h>
-
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -77,15 +75,6 @@ TEST_F(DaemonNtp, RefusesAnUnknownPollingType)
     start();
     EXPECT_EQ(outcome(message(1, 2).build()), "0 1 Invalid NTP polling type");
     EXPECT_THAT(logLines(), ElementsAre(xasErrorLine("Invalid NTP polling type\n"), updateFailed("ntp")));
-    EXPECT_EQ(files.read("stepTickers"), "old\n");
-}
-
-TEST_F(DaemonNtp, NamesTheStepFileWhereTheDaemonFileIsMissing)
-{
-    start("ntp");
-    EXPECT_EQ(outcome(message(1, 0).build()), "0 1 Error determining NTP step file");
-    EXPECT_THAT(logLines(),
-                ElementsAre(xasErrorLine("Error determining ntp config file\n"), updateFailed("ntp")));
     EXPECT_EQ(files.read("stepTickers"), "old\n");
 }
 

@@ -7,7 +7,6 @@
 #include "support/log.h"
 #include "support/message.h"
 
-#include <filesystem>
 #include <gmock/gmock.h>
 
 using testing::ElementsAre;
@@ -50,8 +49,6 @@ class SyslogUpdate : public XasFilesTest {
     }
 };
 
-using SyslogUpdateDeathTest = SyslogUpdate;
-
 constexpr const char *NEW_SYSLOG = "local0.err    /var/log/network\n"
                                    "local5.debug    /var/log/general\n"
                                    "local0.err    @loghost\n"
@@ -67,24 +64,6 @@ constexpr const char *NEW_LOGROTATE = "size 64k\n/var/log/nut {\nsize 30k\n}\n";
 
 } // namespace
 
-TEST_F(SyslogUpdateDeathTest, NeedsAMessageOfItsTypeAndAList)
-{
-    XasMessage msg = message.build();
-    XasMessage other = XasMessageBuilder{XMSG_NTP}.build();
-    EXPECT_DEATH(xasUpdateSyslogCfg(nullptr, &files, &reply), "msg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasUpdateSyslogCfg(&other, &files, &reply), "XMSG_SYSLOG == msg->xH.msgtype");
-    EXPECT_DEATH(xasUpdateSyslogCfg(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(SyslogUpdate, WithoutASyslogFileInTheListTouchesNothingAndGivesNoReason)
-{
-    files = xasTestCfgFiles({{"logrotate", logrotateFile}});
-    EXPECT_EQ(update(), 1);
-    expectReply(0, "");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining config file for syslog\n")));
-    EXPECT_THAT(dir.names(), ElementsAre("logrotate.conf", "syslog.conf"));
-}
-
 TEST_F(SyslogUpdate, RefusesAnUnknownLevelInAnyPlaceWithoutAWord)
 {
     for (std::uint32_t i = 0; i < 6; ++i) {
@@ -95,49 +74,6 @@ TEST_F(SyslogUpdate, RefusesAnUnknownLevelInAnyPlaceWithoutAWord)
     expectReply(0, "");
     EXPECT_THAT(log.lines(), IsEmpty());
     EXPECT_THAT(dir.names(), ElementsAre("logrotate.conf", "syslog.conf"));
-}
-
-TEST_F(SyslogUpdate, WritesTheSizesAlthoughTheSyslogFileCannotBeEdited)
-{
-    std::filesystem::remove(syslogFile);
-    EXPECT_EQ(update(), 1);
-    expectReply(2, "Error opening syslog config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + syslogFile + "\"\n"),
-                                         xasErrorLine("Error editing syslog config file\n")));
-    EXPECT_EQ(dir.read("logrotate.conf"), NEW_LOGROTATE);
-}
-
-TEST_F(SyslogUpdate, KeepsTheNewSyslogFileWithoutALogrotateFileInTheList)
-{
-    files = xasTestCfgFiles({{"syslog", syslogFile}});
-    EXPECT_EQ(update(), 1);
-    expectReply(0, "");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining config file for logrotate\n")));
-    EXPECT_EQ(dir.read("syslog.conf"), NEW_SYSLOG);
-}
-
-TEST_F(SyslogUpdate, KeepsTheNewSyslogFileWhenTheLogrotateFileCannotBeEdited)
-{
-    std::filesystem::remove(logrotateFile);
-    EXPECT_EQ(update(), 1);
-    expectReply(2, "Error opening logrotate config file");
-    EXPECT_THAT(log.lines(),
-                ElementsAre(xasErrorLine("Error opening config file \"" + logrotateFile + "\"\n"),
-                            xasErrorLine("Error editing logrotate config file\n")));
-    EXPECT_EQ(dir.read("syslog.conf"), NEW_SYSLOG);
-}
-
-TEST_F(SyslogUpdate, SaysBothFailuresAndReportsTheSecond)
-{
-    std::filesystem::remove(syslogFile);
-    std::filesystem::remove(logrotateFile);
-    EXPECT_EQ(update(), 1);
-    expectReply(2, "Error opening logrotate config file");
-    EXPECT_THAT(log.lines(),
-                ElementsAre(xasErrorLine("Error opening config file \"" + syslogFile + "\"\n"),
-                            xasErrorLine("Error editing syslog config file\n"),
-                            xasErrorLine("Error opening config file \"" + logrotateFile + "\"\n"),
-                            xasErrorLine("Error editing logrotate config file\n")));
 }
 
 TEST_F(SyslogUpdate, WritesBothFilesAndKeepsTheirOldContent)

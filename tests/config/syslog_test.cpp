@@ -1,16 +1,13 @@
 // The system logger's configuration.
 #include "config/syslog.h"
 
-#include "support/faults.h"
 #include "support/files.h"
 #include "support/growth.h"
 #include "support/hosts.h"
 #include "support/log.h"
 
-#include <cerrno>
 #include <gmock/gmock.h>
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
@@ -227,26 +224,6 @@ TEST_F(SyslogFileDeathTest, NeedsItsPathAndItsValues)
 {
     EXPECT_DEATH(xasEditSyslogCfgFile(nullptr, &sysLogInfo, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasEditSyslogCfgFile("/tmp/none", nullptr, &reply), "sysLogInfo != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(SyslogFile, MustExist)
-{
-    const std::string path = dir.path("syslog.conf");
-    EXPECT_EQ(xasEditSyslogCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening syslog config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
-}
-
-TEST_F(SyslogFile, StaysAsItIsWhenTheNewOneCannotBePutInPlace)
-{
-    const std::string path = dir.write("syslog.conf", LIFELIKE);
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(xasEditSyslogCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new syslog config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
-    EXPECT_EQ(dir.read("syslog.conf"), LIFELIKE);
 }
 
 TEST_F(SyslogFile, HasTheLocalRulesAndThenTheForwardingRules)

@@ -45,28 +45,9 @@ class TimezoneUpdate : public XasFilesTest {
     }
 };
 
-using TimezoneUpdateDeathTest = TimezoneUpdate;
-
 const XasLogLine NOT_UNLINKED = xasWarningLine("failure unlinking timezone symlink file\n");
 
 } // namespace
-
-TEST_F(TimezoneUpdateDeathTest, NeedsAMessageOfItsTypeAndAList)
-{
-    XasMessage msg = XasMessageBuilder{XMSG_TIMEZONE}.build();
-    XasMessage other = XasMessageBuilder{XMSG_NTP}.build();
-    EXPECT_DEATH(xasUpdateTimezoneCfg(nullptr, &files, &reply), "msg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasUpdateTimezoneCfg(&other, &files, &reply), "XMSG_TIMEZONE == msg->xH.msgtype");
-    EXPECT_DEATH(xasUpdateTimezoneCfg(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(TimezoneUpdate, NeedsADirectoryOfZonesInTheList)
-{
-    files = xasTestCfgFiles({{"cfglink", link}});
-    EXPECT_EQ(update("Europe/Berlin"), 1);
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining timezone base path\n")));
-    EXPECT_EQ(fs::read_symlink(link), utc);
-}
 
 TEST_F(TimezoneUpdate, NeedsALinkInTheListButLooksForTheZoneFirst)
 {

@@ -1,12 +1,11 @@
 // Programming errors end the process with the assertion's text: every one on a message's way through the
-// transport, the process manager, the safe replacement and the host-name and DNS handlers. (Those of the
-// script parameters are in xas_script_params_test.cpp.)
+// transport, the process manager, the safe replacement and the host-name and DNS editors. (Those of the
+// script parameters are in script_params_test.cpp, those of all handlers in settings_test.cpp.)
 #include "config/dns.h"
 #include "config/hostname.h"
 #include "core/daemon.h"
 #include "core/msgqueue.h"
 #include "files/config_file.h"
-#include "support/message.h"
 
 #include <gmock/gmock.h>
 
@@ -23,11 +22,7 @@ auto assertion(const std::string &text, const std::string &function)
 
 class AssertionsDeathTest : public testing::Test {
   protected:
-    XasMessage other = XasMessageBuilder{XMSG_SSH}.build();
-    XasMessage hostname = XasMessageBuilder{XMSG_HOSTNAME}.build();
-    XasMessage dns = XasMessageBuilder{XMSG_DNS}.build();
     XasDnsPayload servers{};
-    XasCfgFileList files;
     XasReplyStatus reply;
     XasCfgFile cf;
 };

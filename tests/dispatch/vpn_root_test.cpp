@@ -101,16 +101,6 @@ TEST_F(VpnDeathTest, AssertsItsArguments)
     EXPECT_DEATH(xasEditIPsecCfgFile("/x", nullptr, &reply), HasSubstr("`vpnCfg != ((void *)0)'"));
 }
 
-TEST_F(VpnTest, FailsWithoutAReasonWhenTheFileIsNotListed)
-{
-    XasMessage msg = XasMessageBuilder{XMSG_VPN}.payload(xasTestVpn()).build();
-    const XasCfgFileList files = xasTestCfgFiles({{"other", CONF}});
-    EXPECT_EQ(xasUpdateVPNCfg(&msg, &files, &reply), 1);
-    expectReply(0, "");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining vpn config file\n")));
-    EXPECT_THAT(shell.take(), IsEmpty());
-}
-
 TEST_F(VpnTest, IsRefusedWithTheSecretsUntouchedWhenTheFileCannotBeOpened)
 {
     std::remove(CONF.c_str());

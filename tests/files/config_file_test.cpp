@@ -116,21 +116,6 @@ TEST_F(CfgOpen, TakesADirectoryForReadingAsAnEmptyFile)
     EXPECT_EQ(std::fgets(line, sizeof line, cf.inFile.get()), nullptr);
 }
 
-TEST(CfgFileDeathTest, NeedsItsArguments)
-{
-    XasCfgFile cf;
-    EXPECT_DEATH(xasCfgOpenFiles(nullptr, &cf), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasCfgOpenFiles("/tmp/x", nullptr), "cf != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasCfgOpenOutFile(nullptr, &cf), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasCfgOpenOutFile("/tmp/x", nullptr), "cf != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasOutputLine(nullptr, "x", false), "outFile != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasOutputLine(stdout, nullptr, false), "line != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasCloseCfgFile(nullptr), "cf != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasSaveCfgFile(nullptr), "cf != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasRestoreCfgFile(nullptr), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasRestoreCfgFile(""), "strlen\\(cfgFileName\\) > 0");
-}
-
 TEST(OutputLine, FailsWhenTheMediumIsFull)
 {
     const XasLogCapture log;

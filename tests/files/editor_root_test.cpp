@@ -1,8 +1,6 @@
-// What the editors of time, logging, routing and firewall settings do when the disk fills up under them.
+// What editors do when the disk fills up under them, beside what all settings share.
 #include "config/firewall_services.h"
-#include "config/logrotate.h"
 #include "config/ntp.h"
-#include "config/routing.h"
 #include "config/syslog.h"
 
 #include "support/hosts.h"
@@ -76,30 +74,6 @@ TEST_F(FullDisk, LeavesTheNtpConfigurationAndGivesNoReason)
     EXPECT_FALSE(disk.has("ntp.conf.old"));
 }
 
-TEST_F(FullDisk, LeavesTheNtpStepFileAndGivesItsOwnReason)
-{
-    const std::string path = disk.write("step-tickers", "old\n");
-    const std::string other = disk.write("other", std::string(XasSmallDisk::FILE_SIZE, 'o'));
-    const XasNtpPayload server = polling("new");
-    EXPECT_EQ(xasEditNTPStepFile(path.c_str(), &server, &reply), 1);
-    expectReply(3, "Error writing to NTP step file");
-    EXPECT_THAT(log.lines(),
-                ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to NTP step file\n")));
-    EXPECT_EQ(disk.read("step-tickers"), "old\n");
-}
-
-TEST_F(FullDisk, LeavesTheSyslogConfigurationAndGivesNoReasonForALocalRule)
-{
-    const std::string text = filled("kern.*\t/a\n");
-    const std::string path = disk.write("syslog.conf", text);
-    XasSyslogPayload sysLogInfo{};
-    EXPECT_EQ(xasEditSyslogCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
-    expectReply(0, "");
-    EXPECT_THAT(log.lines(),
-                ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to syslog config file\n")));
-    EXPECT_EQ(disk.read("syslog.conf"), text);
-}
-
 TEST_F(FullDisk, LeavesTheSyslogConfigurationAndSaysThatItCouldNotBeSavedForAForwardingRule)
 {
     const std::string text = filled("mail.*\t/a\n", 50);
@@ -113,19 +87,6 @@ TEST_F(FullDisk, LeavesTheSyslogConfigurationAndSaysThatItCouldNotBeSavedForAFor
         ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to syslog config file\n"), NOT_PRINTED));
     EXPECT_EQ(disk.read("syslog.conf"), text);
     EXPECT_FALSE(disk.has("syslog.conf.old"));
-}
-
-TEST_F(FullDisk, LeavesTheLogrotateConfigurationAndGivesNoReason)
-{
-    const std::string text = filled("size 1k\n");
-    const std::string path = disk.write("logrotate.conf", text);
-    XasSyslogPayload sysLogInfo{};
-    sysLogInfo.log_size = 1000;
-    EXPECT_EQ(xasEditLogrotateCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
-    expectReply(0, "");
-    EXPECT_THAT(log.lines(),
-                ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to logrotate config file\n")));
-    EXPECT_EQ(disk.read("logrotate.conf"), text);
 }
 
 TEST_F(FullDisk, LeavesTheFirewallSettingsAndNamesAnotherFileForAComment)
@@ -152,21 +113,4 @@ TEST_F(FullDisk, LeavesTheFirewallSettingsAndNamesThemForASetting)
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to firewall config file\n")));
     EXPECT_EQ(disk.read("firewall"), text);
-}
-
-TEST_F(FullDisk, ShowsInTheRoutingFilesOnlyWhenTheyAreSaved)
-{
-    const std::string text = filled("line vty\n");
-    const std::string path = disk.write("router.conf", text);
-    XasRoutingPayload routerCfg{};
-    routerCfg.static_enabled = 1;
-    routerCfg.rip_enabled = 1;
-    EXPECT_EQ(xasEditZebraCfgFile(path.c_str(), &routerCfg, &reply), 1);
-    expectReply(3, "Error saving new firewall config file");
-    reply = {};
-    EXPECT_EQ(xasEditRipdCfgFile(path.c_str(), &routerCfg, &reply), 1);
-    expectReply(3, "Error saving new firewall config file");
-    EXPECT_THAT(log.lines(), ElementsAre(NOT_PRINTED, NOT_PRINTED));
-    EXPECT_EQ(disk.read("router.conf"), text);
-    EXPECT_FALSE(disk.has("router.conf.old"));
 }

@@ -26,6 +26,7 @@ struct Fault {
     unsigned skip;
     unsigned times;
     unsigned calls = 0;
+    std::string only = {}; /**< stands in what the call is about; empty: every call */
 };
 
 std::map<std::string, Fault, std::less<>> &faults()
@@ -35,10 +36,10 @@ std::map<std::string, Fault, std::less<>> &faults()
 }
 
 /** Counts a call of `function`; true, and errno set, when it is to fail. */
-bool fails(const char *function)
+bool fails(const char *function, std::string_view about = {})
 {
     const auto found = faults().find(std::string_view{function});
-    if (found == faults().end())
+    if (found == faults().end() || about.find(found->second.only) == std::string_view::npos)
         return false;
     Fault &fault = found->second;
     const unsigned number = fault.calls++;
@@ -64,6 +65,12 @@ XasFault::XasFault(std::string_view function, int error, unsigned skip, unsigned
 {
     if (!faults().try_emplace(name, Fault{error, skip, times}).second)
         throw std::logic_error{"two faults of " + name};
+}
+
+XasFault::XasFault(std::string_view function, int error, std::string_view onlyRenames)
+    : XasFault{function, error}
+{
+    faults().at(name).only = onlyRenames;
 }
 
 XasFault::~XasFault()
@@ -130,7 +137,8 @@ int ioctl(int fd, unsigned long request, ...) noexcept
 
 int rename(const char *from, const char *to) noexcept
 {
-    return fails("rename") ? -1 : real(rename, "rename")(from, to);
+    const std::string about = std::string{from}.append(" -> ").append(to);
+    return fails("rename", about) ? -1 : real(rename, "rename")(from, to);
 }
 
 int link(const char *from, const char *to) noexcept

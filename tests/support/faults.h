@@ -17,6 +17,8 @@ inline constexpr unsigned XAS_ALWAYS = std::numeric_limits<unsigned>::max();
 class XasFault {
   public:
     XasFault(std::string_view function, int error, unsigned skip = 0, unsigned times = XAS_ALWAYS);
+    /** Of the renames only those in whose "FROM -> TO" this text stands; the others are not even counted. */
+    XasFault(std::string_view function, int error, std::string_view onlyRenames);
     ~XasFault();
     XasFault(const XasFault &) = delete;
     XasFault &operator=(const XasFault &) = delete;

@@ -39,29 +39,10 @@ class XasLoginFilesTest : public XasFilesTest {
         return handler(&msg, &list, &reply);
     }
 
-    /** Calls the handler once without each of the TYPEs: it must fail with that TYPE's log and no reply. */
-    void expectMissing(XasUpdate handler, const XasMessage &msg, const std::vector<std::string> &types,
-                       const std::vector<std::string> &logTexts)
-    {
-        for (std::size_t missing = 0; missing < types.size(); ++missing) {
-            std::vector<std::string> rest = types;
-            rest.erase(rest.begin() + static_cast<std::ptrdiff_t>(missing));
-            EXPECT_EQ(handle(handler, msg, rest), 1);
-            EXPECT_EQ(reply.rcode, 0U);
-            EXPECT_EQ(reply.rstr, "");
-            EXPECT_THAT(log.lines(), testing::Contains(xasErrorLine(logTexts[missing]))) << types[missing];
-        }
-    }
-
     void expectReply(std::uint32_t rcode, std::string_view reason) const
     {
         EXPECT_EQ(reply.rcode, rcode);
         EXPECT_EQ(reply.rstr, reason);
-    }
-
-    [[nodiscard]] XasLogLine openFailed(const std::string &file) const
-    {
-        return xasErrorLine("Error opening config file \"" + dir.path(file) + "\"\n");
     }
 
     /** What the PAM file and the name-service file are, made from LOCAL=1. */

@@ -22,8 +22,6 @@ class XasPreparedFiles : public XasTestDir {
         remove(name);
         write(name + "/inside", "");
     }
-
-    void removeDirectory(const std::string &name) const { std::filesystem::remove_all(path(name)); }
 };
 
 class XasMessageFilesTest : public testing::Test {
@@ -63,7 +61,6 @@ class XasMessageFilesTest : public testing::Test {
     std::vector<std::string> commands() { return daemon.stubs.lines(); }
 
     XasLogLine openFailed(const std::string &file) { return fileLine("opening config", file); }
-    XasLogLine outputFailed(const std::string &file) { return fileLine("opening output", file + ".tmp"); }
     XasLogLine renameOldFailed(const std::string &file) { return fileLine("renaming old config", file); }
     XasLogLine renameNewFailed(const std::string &file) { return fileLine("renaming new config", file); }
     XasLogLine restoreFailed(const std::string &file) { return fileLine("restoring old config", file); }

@@ -4,9 +4,7 @@
 
 #include "files/update.h"
 #include "support/dispatcher_fixture.h"
-#include "support/faults.h"
 
-#include <cerrno>
 #include <filesystem>
 #include <gmock/gmock.h>
 
@@ -58,11 +56,6 @@ class XasUpdateSharesTest : public testing::Test {
     {
         EXPECT_EQ(reply.rcode, rcode);
         EXPECT_EQ(reply.rstr, reason);
-    }
-
-    [[nodiscard]] XasLogLine fileError(const std::string &what, const std::string &file) const
-    {
-        return xasErrorLine("Error " + what + " file \"" + files.path(file) + "\"\n");
     }
 
     XasShareFiles files;

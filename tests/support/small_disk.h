@@ -26,10 +26,8 @@ class XasSmallDisk {
     XasSmallDisk &operator=(const XasSmallDisk &) = delete;
 
     /** Writes `name` there and returns its path. */
-    [[nodiscard]] std::string write(std::string_view name, std::string_view text) const
-    {
-        return dir.write(name, text);
-    }
+    std::string write(std::string_view name, std::string_view text) const { return dir.write(name, text); }
+    [[nodiscard]] std::string path(std::string_view name) const { return dir.path(name); }
     [[nodiscard]] std::string read(std::string_view name) const { return dir.read(name); }
     [[nodiscard]] bool has(std::string_view name) const { return dir.has(name); }
 
