@@ -137,6 +137,8 @@ int ioctl(int fd, unsigned long request, ...) noexcept
 
 int rename(const char *from, const char *to) noexcept
 {
+    if (faults().empty()) // nothing that costs time: measurements run with this too
+        return real(rename, "rename")(from, to);
     const std::string about = std::string{from}.append(" -> ").append(to);
     return fails("rename", about) ? -1 : real(rename, "rename")(from, to);
 }
