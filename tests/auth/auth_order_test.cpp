@@ -4,6 +4,7 @@
 #include "support/faults.h"
 #include "support/files.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <gmock/gmock.h>
@@ -61,8 +62,7 @@ TEST_F(AuthOrderFile, MustExistAndTheMessageIsThenLeftAlone)
     cfgAuth.ldap = 9;
     const std::string path = dir.path("order");
     EXPECT_EQ(xasEditAuthenOrderCfgFile(path.c_str(), &cfgAuth, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening sysconfig/r58authconfig config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening sysconfig/r58authconfig config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
     EXPECT_EQ(cfgAuth.ldap, 9);
     EXPECT_THAT(dir.names(), IsEmpty());
@@ -73,8 +73,7 @@ TEST_F(AuthOrderFile, StaysWhenItsTemporaryCannotBeMade)
     const std::string path = dir.write("order", "LOCAL=1\n");
     dir.write("order.tmp/in the way", "");
     EXPECT_EQ(xasEditAuthenOrderCfgFile(path.c_str(), &cfgAuth, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening sysconfig/r58authconfig config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening sysconfig/r58authconfig config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening output file \"" + path + ".tmp\"\n")));
     EXPECT_EQ(dir.read("order"), "LOCAL=1\n");
 }
@@ -84,8 +83,7 @@ TEST_F(AuthOrderFile, StaysWhenItCannotBeSaved)
     const std::string path = dir.write("order", "LOCAL=1\n");
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(xasEditAuthenOrderCfgFile(path.c_str(), &cfgAuth, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new r58authconfig config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new r58authconfig config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
     EXPECT_EQ(dir.read("order"), "LOCAL=1\n");
 }
@@ -97,7 +95,7 @@ TEST_F(AuthOrderFile, IsWrittenAnewWithTheFirstResponderInItsFirstLine)
     EXPECT_EQ(dir.read("order"), "FIRSTRSP=1\nLOCAL=1\nNIS=2\nLDAP=3\nRADIUS=4\nSECURID=5\nKERBEROS=6\n"
                                  "TACACS=7\n");
     EXPECT_EQ(dir.read("order.old"), "# comment\nLOCAL=4\nOTHER=1\n");
-    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 

@@ -1,6 +1,7 @@
 // The handler of XMSG_CIFS: order of work, failures, what is left how, and when the share is offered again.
 #include "auth/cifs.h"
 
+#include "support/reply.h"
 #include "support/share_files.h"
 
 using testing::ElementsAre;
@@ -13,15 +14,8 @@ constexpr const char *NEW_PASSWORDS = "# passwords\ncifsuser:100:LANMAN:NT:[U   
 
 XasMessageBuilder cifsMessage()
 {
-    return XasMessageBuilder{XMSG_CIFS}
-        .id(77)
-        .word(120, 1)
-        .word(124, 1)
-        .word(128, 1)
-        .bytes(132, "LANMAN")
-        .bytes(165, "NT")
-        .bytes(198, "LCT-1")
-        .bytes(215, "ENG");
+    return XasMessageBuilder{XMSG_CIFS}.id(77).set(
+        "enabled=1 eth1=1 eth2=1 lanman_pwd=LANMAN nt_pwd=NT lct_field=LCT-1 workgroup=ENG");
 }
 
 class UpdateSamba : public XasUpdateSharesTest {
@@ -47,8 +41,8 @@ using DispatchSamba = XasDispatchSharesTest;
 
 TEST_F(UpdateSambaDeathTest, NeedsAMessageOfItsTypeAndAList)
 {
-    XasMessage nfs = XasMessageBuilder{XMSG_NFS}.build();
-    XasMessage cifs = cifsMessage().build();
+    XasMessage nfs = XasMessageBuilder{XMSG_NFS};
+    XasMessage cifs = cifsMessage();
     const XasCfgFileList list;
     EXPECT_DEATH(xasUpdateSambaCfg(nullptr, &list, &reply), "msg != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasUpdateSambaCfg(&nfs, &list, &reply), "XMSG_CIFS == msg->xH.msgtype");
@@ -58,14 +52,14 @@ TEST_F(UpdateSambaDeathTest, NeedsAMessageOfItsTypeAndAList)
 TEST_F(UpdateSamba, FailsWithoutOneOfItsFilesInTheListEvenWhenTheShareIsOff)
 {
     for (const std::uint32_t enabled : {0U, 1U}) {
-        const auto msg = cifsMessage().word(120, enabled);
+        const auto msg = cifsMessage().set("enabled", enabled);
         EXPECT_EQ(update(xasUpdateSambaCfg, msg, {}), 1);
         EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error determining SMB fstab config file\n")));
         EXPECT_EQ(update(xasUpdateSambaCfg, msg, {"smbpasswd"}), 1);
         EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error determining SMB fstab config file\n")));
         EXPECT_EQ(update(xasUpdateSambaCfg, msg, {"smb"}), 1);
         EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error determining smbpasswd config file\n")));
-        expectReply(0, "");
+        EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     }
     expectUntouched();
 }
@@ -74,13 +68,13 @@ TEST_F(UpdateSamba, FailsWhenSmbConfCannotBeWrittenAndLeavesThePasswords)
 {
     std::filesystem::remove(files.path("smb"));
     EXPECT_EQ(updateSamba(cifsMessage()), 1);
-    expectReply(2, "Error opening Ethernet config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening Ethernet config file");
     EXPECT_THAT(log.take(), ElementsAre(fileError("opening config", "smb"),
                                         xasErrorLine("Error editing SMB config file\n")));
     files.write("smb", XasShareFiles::SMB);
     const XasFault fault{"rename", EIO, 1, 1};
     EXPECT_EQ(updateSamba(cifsMessage()), 1);
-    expectReply(3, "Error saving new SMB/CIFS config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new SMB/CIFS config file");
     EXPECT_THAT(log.take(), ElementsAre(fileError("renaming new config", "smb"),
                                         xasErrorLine("Error editing SMB config file\n")));
     EXPECT_EQ(files.read("smb"), XasShareFiles::SMB);
@@ -89,8 +83,8 @@ TEST_F(UpdateSamba, FailsWhenSmbConfCannotBeWrittenAndLeavesThePasswords)
 
 TEST_F(UpdateSamba, RestoresSmbConfWhenThePasswordLacksAPart)
 {
-    EXPECT_EQ(updateSamba(cifsMessage().bytes(165, std::string(2, '\0'))), 1);
-    expectReply(1, "Invalid samba password");
+    EXPECT_EQ(updateSamba(cifsMessage().set("nt_pwd", "")), 1);
+    EXPECT_EQ(xasReplyText(reply), "1 Invalid samba password");
     EXPECT_THAT(log.take(),
                 ElementsAre(xasErrorLine("Invalid samba password, lanman_pwd = LANMAN, nt_pwd = , "
                                          "lct_field = LCT-1\n"),
@@ -102,7 +96,7 @@ TEST_F(UpdateSamba, RestoresSmbConfWhenThePasswordsCannotBeWritten)
 {
     std::filesystem::remove(files.path("smbpasswd"));
     EXPECT_EQ(updateSamba(cifsMessage()), 1);
-    expectReply(2, "Error opening samba/smbpasswd config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening samba/smbpasswd config file");
     EXPECT_THAT(log.take(), ElementsAre(fileError("opening config", "smbpasswd"),
                                         xasErrorLine("Error editing smbpasswd file\n")));
     files.write("smbpasswd", XasShareFiles::PASSWORDS);
@@ -110,7 +104,7 @@ TEST_F(UpdateSamba, RestoresSmbConfWhenThePasswordsCannotBeWritten)
 
     const XasFault fault{"rename", EIO, 3, 1};
     EXPECT_EQ(updateSamba(cifsMessage()), 1);
-    expectReply(3, "Error saving new smbpasswd config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new smbpasswd config file");
     EXPECT_THAT(log.take(), ElementsAre(fileError("renaming new config", "smbpasswd"),
                                         xasErrorLine("Error editing smbpasswd file\n")));
     EXPECT_EQ(files.read("smb"), XasShareFiles::SMB);
@@ -122,7 +116,7 @@ TEST_F(UpdateSamba, LogsARestoreThatFailsAndKeepsTheReply)
     files.write("smbpasswd.tmp/inside", "");
     const XasFault fault{"rename", EIO, 2};
     EXPECT_EQ(updateSamba(cifsMessage()), 1);
-    expectReply(2, "Error opening samba/smbpasswd config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening samba/smbpasswd config file");
     EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error opening output file \"" +
                                                      files.path("smbpasswd.tmp") + "\"\n"),
                                         xasErrorLine("Error editing smbpasswd file\n"),
@@ -133,8 +127,8 @@ TEST_F(UpdateSamba, LogsARestoreThatFailsAndKeepsTheReply)
 
 TEST_F(UpdateSamba, TouchesNeitherFileWhenTheShareIsOff)
 {
-    EXPECT_EQ(updateSamba(cifsMessage().word(120, 0)), 0);
-    expectReply(0, "");
+    EXPECT_EQ(updateSamba(cifsMessage().set("enabled", 0)), 0);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.take(), IsEmpty());
     expectUntouched();
     EXPECT_FALSE(files.has("smb.tmp"));
@@ -144,7 +138,7 @@ TEST_F(UpdateSamba, TouchesNeitherFileWhenTheShareIsOff)
 TEST_F(UpdateSamba, WritesBothFilesThePasswordsForNobodyElse)
 {
     EXPECT_EQ(updateSamba(cifsMessage()), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.take(), IsEmpty());
     EXPECT_EQ(files.read("smb"), NEW_SMB);
     EXPECT_EQ(files.read("smb.old"), XasShareFiles::SMB);
@@ -157,9 +151,9 @@ TEST_F(UpdateSamba, WritesBothFilesThePasswordsForNobodyElse)
 TEST_F(UpdateSamba, DoesNotRunFromATextThatFillsItsFieldIntoTheNext)
 {
     EXPECT_EQ(updateSamba(cifsMessage()
-                              .bytes(132, std::string(33, 'L'))
-                              .bytes(165, std::string(33, 'N'))
-                              .bytes(198, std::string(17, 'C'))),
+                              .set("lanman_pwd", std::string(33, 'L'))
+                              .set("nt_pwd", std::string(33, 'N'))
+                              .set("lct_field", std::string(17, 'C'))),
               0);
     EXPECT_EQ(files.read("smb"), NEW_SMB);
     EXPECT_EQ(files.read("smbpasswd"), "# passwords\ncifsuser:100:" + std::string(33, 'L') + ":" +
@@ -170,7 +164,7 @@ TEST_F(UpdateSamba, DoesNotRunFromATextThatFillsItsFieldIntoTheNext)
 TEST_F(DispatchSamba, TheShareIsStoppedWhenItIsSwitchedOff)
 {
     prepare("samba", {"smb", "smbpasswd"});
-    EXPECT_EQ(outcome(cifsMessage().word(120, 0).build()), XAS_APPLIED);
+    EXPECT_EQ(outcome(cifsMessage().set("enabled", 0)), XAS_APPLIED);
     EXPECT_THAT(programs(), ElementsAre("stop-samba"));
     EXPECT_EQ(files.read("smb"), XasShareFiles::SMB);
 }
@@ -178,8 +172,8 @@ TEST_F(DispatchSamba, TheShareIsStoppedWhenItIsSwitchedOff)
 TEST_F(DispatchSamba, TheShareIsOfferedAgainWithItsNewFilesAndAlsoWithItsOldOnes)
 {
     prepare("samba", {"smb", "smbpasswd"});
-    EXPECT_EQ(outcome(cifsMessage().build()), XAS_APPLIED);
-    EXPECT_EQ(outcome(cifsMessage().bytes(132, std::string(6, '\0')).build()), "0 1 Invalid samba password");
+    EXPECT_EQ(outcome(cifsMessage()), XAS_APPLIED);
+    EXPECT_EQ(outcome(cifsMessage().set("lanman_pwd", "")), "0 1 Invalid samba password");
     EXPECT_THAT(programs(), ElementsAre("stop-samba", "start-samba", "stop-samba", "start-samba"));
     EXPECT_EQ(files.read("smb"), NEW_SMB);
     EXPECT_EQ(files.read("smbpasswd"), NEW_PASSWORDS);

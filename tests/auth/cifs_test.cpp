@@ -5,6 +5,7 @@
 #include "support/files.h"
 #include "support/growth.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <cstring>
@@ -75,12 +76,6 @@ class SambaFiles : public XasFilesTest {
   protected:
     int editSmb() { return xasEditSMBCfgFile(path.c_str(), &cifs, &reply); }
     int editPasswords() { return xasEditSMBPassCfgFile(path.c_str(), &cifs, &reply); }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
-    }
 
     XasCifsPayload cifs = settings();
     std::string path = dir.path("file");
@@ -229,8 +224,7 @@ TEST_F(SmbPassText, RefusesAPasswordThatLacksAPart)
     EXPECT_EQ(text(ENTRY), "refused");
     EXPECT_THAT(log.lines(), ElementsAre(refusal(LANMAN, "", CHANGED), refusal("", "", CHANGED),
                                          refusal("", NT, CHANGED), refusal(LANMAN, NT, "")));
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Invalid samba password");
+    EXPECT_EQ(xasReplyText(reply), "1 Invalid samba password");
 }
 
 TEST_F(SmbPassText, ReplacesAWholeFile)
@@ -259,7 +253,7 @@ TEST_F(SmbPassText, ReplacesAWholeFile)
         "cifsuser:100:E52CAC67419A9A224A3B108F3FA6CB6D:8846F7EAEE8FB117AD06BDD830B7586C:[U          "
         "]:LCT-4F3A2B1C:Cifs User\n");
     EXPECT_THAT(log.lines(), IsEmpty());
-    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(SmbPassText, OfAnEmptyFileHasTheUser)
@@ -308,9 +302,9 @@ TEST_F(SambaFiles, MustExist)
 {
     const XasLogLine notOpened = xasErrorLine("Error opening config file \"" + path + "\"\n");
     EXPECT_EQ(editSmb(), 1);
-    expectReply(2, "Error opening Ethernet config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening Ethernet config file");
     EXPECT_EQ(editPasswords(), 1);
-    expectReply(2, "Error opening samba/smbpasswd config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening samba/smbpasswd config file");
     EXPECT_THAT(log.lines(), ElementsAre(notOpened, notOpened));
     EXPECT_THAT(dir.names(), IsEmpty());
 }
@@ -321,9 +315,9 @@ TEST_F(SambaFiles, StayAsTheyAreWhenNothingCanBeWrittenBesideThem)
     dir.write("file.tmp/inside", "");
     const XasLogLine notOpened = xasErrorLine("Error opening output file \"" + path + ".tmp\"\n");
     EXPECT_EQ(editSmb(), 1);
-    expectReply(2, "Error opening Ethernet config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening Ethernet config file");
     EXPECT_EQ(editPasswords(), 1);
-    expectReply(2, "Error opening samba/smbpasswd config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening samba/smbpasswd config file");
     EXPECT_THAT(log.lines(), ElementsAre(notOpened, notOpened));
     EXPECT_EQ(dir.read("file"), "old\n");
 }
@@ -335,12 +329,12 @@ TEST_F(SambaFiles, StayAsTheyAreWhenTheNewOnesCannotBePutInPlace)
     {
         const XasFault fault{"rename", EIO, 1};
         EXPECT_EQ(editSmb(), 1);
-        expectReply(3, "Error saving new SMB/CIFS config file");
+        EXPECT_EQ(xasReplyText(reply), "3 Error saving new SMB/CIFS config file");
     }
     {
         const XasFault fault{"rename", EIO, 1};
         EXPECT_EQ(editPasswords(), 1);
-        expectReply(3, "Error saving new smbpasswd config file");
+        EXPECT_EQ(xasReplyText(reply), "3 Error saving new smbpasswd config file");
     }
     EXPECT_THAT(log.lines(), ElementsAre(notRenamed, notRenamed));
     EXPECT_EQ(dir.read("file"), "old\n");
@@ -351,7 +345,7 @@ TEST_F(SambaFiles, ThePasswordFileStaysAsItIsWhenThePasswordIsRefused)
     xasWriteFile(path, "# c\ncifsuser:100:old\n", 0644);
     xasSetFieldText(cifs.nt_pwd, "");
     EXPECT_EQ(editPasswords(), 1);
-    expectReply(1, "Invalid samba password");
+    EXPECT_EQ(xasReplyText(reply), "1 Invalid samba password");
     EXPECT_EQ(dir.read("file"), "# c\ncifsuser:100:old\n");
     EXPECT_EQ(dir.read("file.tmp"), "# c\n");
     EXPECT_EQ(xasModeOf(path + ".tmp"), 0600U);
@@ -365,7 +359,7 @@ TEST_F(SambaFiles, SmbConfKeepsItsModeAndLeavesABackup)
     EXPECT_EQ(dir.read("file"), "[global]\n   workgroup = ENGINEERING\n");
     EXPECT_EQ(xasModeOf(path), 0640U);
     EXPECT_EQ(dir.read("file.old"), "[global]\nworkgroup = X\n");
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
@@ -378,6 +372,6 @@ TEST_F(SambaFiles, ThePasswordFileIsSecretAfterwardsWhateverItsModeWas)
         EXPECT_EQ(xasModeOf(path), 0600U);
         EXPECT_EQ(dir.read("file.old"), "# c\n");
     }
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
 }

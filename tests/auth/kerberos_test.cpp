@@ -4,6 +4,7 @@
 #include "support/faults.h"
 #include "support/files.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <gmock/gmock.h>
@@ -54,8 +55,7 @@ TEST_F(KerberosFiles, ClientFileNeedsItsTemplate)
 {
     EXPECT_EQ(xasEditKerberosCfgFile("/missing", dir.write("krb5.conf", "old").c_str(), &cfgKerberos, &reply),
               1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening krb5.conf.tempalte file for read");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening krb5.conf.tempalte file for read");
     EXPECT_EQ(dir.read("krb5.conf"), "old");
 }
 
@@ -64,11 +64,9 @@ TEST_F(KerberosFiles, ClientFileThatCannotBeOpenedOrWrittenIsTold)
     const std::string templateFile = dir.write("template", "x");
     EXPECT_EQ(xasEditKerberosCfgFile(templateFile.c_str(), dir.path("no/krb5").c_str(), &cfgKerberos, &reply),
               1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening krb5.conf file for write");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening krb5.conf file for write");
     EXPECT_EQ(xasEditKerberosCfgFile(templateFile.c_str(), "/dev/full", &cfgKerberos, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error writing to krb5.conf file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error writing to krb5.conf file");
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
@@ -94,8 +92,7 @@ TEST_F(KerberosFiles, HostsFileMustExist)
 {
     const std::string path = dir.path("hosts");
     EXPECT_EQ(xasAddLinetoHostsFile(path.c_str(), "10.0.0.1", "kdc", "kdc", &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening /etc/hosts file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening /etc/hosts file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
 }
 
@@ -104,8 +101,7 @@ TEST_F(KerberosFiles, HostsFileStaysWhenItCannotBeSaved)
     const std::string path = dir.write("hosts", "127.0.0.1 localhost\n");
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(xasAddLinetoHostsFile(path.c_str(), "10.0.0.1", "kdc", "kdc", &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new /etc/hosts file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new /etc/hosts file");
     EXPECT_EQ(dir.read("hosts"), "127.0.0.1 localhost\n");
 }
 

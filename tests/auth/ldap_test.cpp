@@ -5,6 +5,7 @@
 #include "support/files.h"
 #include "support/hosts.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <gmock/gmock.h>
@@ -58,8 +59,7 @@ TEST_F(LdapFiles, ToolsFileMustExist)
 {
     const std::string path = dir.path("openldap.conf");
     EXPECT_EQ(xasEditOpenLdapCfgFile(path.c_str(), &cfgLDAP, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening openldap/ldap.conf config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening openldap/ldap.conf config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
 }
 
@@ -68,8 +68,7 @@ TEST_F(LdapFiles, ToolsFileStaysWhenItCannotBeSaved)
     const std::string path = dir.write("openldap.conf", "BASE old\n");
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(xasEditOpenLdapCfgFile(path.c_str(), &cfgLDAP, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new openldap config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new openldap config file");
     EXPECT_EQ(dir.read("openldap.conf"), "BASE old\n");
 }
 
@@ -89,14 +88,13 @@ TEST_F(LdapFiles, ClientFileIsRemovedWhenDisabledAndNeedsNoTemplate)
     EXPECT_EQ(xasEditLdapCfgFileBC("/missing", path.c_str(), &cfgLDAP, &reply), 0);
     EXPECT_THAT(dir.names(), IsEmpty());
     EXPECT_EQ(xasEditLdapCfgFileBC("/missing", path.c_str(), &cfgLDAP, &reply), 0);
-    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(LdapFiles, ClientFileNeedsItsTemplate)
 {
     EXPECT_EQ(xasEditLdapCfgFileBC("/missing", dir.write("ldap.conf", "old").c_str(), &cfgLDAP, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening ldap.conf.tempalte file for read");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening ldap.conf.tempalte file for read");
     EXPECT_EQ(dir.read("ldap.conf"), "old");
 }
 
@@ -105,11 +103,9 @@ TEST_F(LdapFiles, ClientFileThatCannotBeOpenedOrWrittenIsTold)
     const std::string templateFile = dir.write("template", TEMPLATE);
     EXPECT_EQ(xasEditLdapCfgFileBC(templateFile.c_str(), dir.path("no/ldap.conf").c_str(), &cfgLDAP, &reply),
               1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening ldap.conf file for write");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening ldap.conf file for write");
     EXPECT_EQ(xasEditLdapCfgFileBC(templateFile.c_str(), "/dev/full", &cfgLDAP, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error writing to ldap.conf file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error writing to ldap.conf file");
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 

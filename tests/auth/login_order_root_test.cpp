@@ -7,6 +7,7 @@
 #include "auth/tacacs.h"
 #include "auth/update_auth.h"
 #include "support/login_files.h"
+#include "support/reply.h"
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
@@ -16,10 +17,10 @@ namespace {
 struct Method {
     XasMsgType msgtype;
     XasUpdateHandler handler;
-    std::vector<std::string> types;        /**< as they are looked up */
-    std::string noFirstFile;               /**< logged when the list names none of them */
-    std::vector<XasLogLine> failures;      /**< when none of the files is there */
-    std::pair<int, std::string> lastReply; /**< code and reason of the last failure */
+    std::vector<std::string> types;   /**< as they are looked up */
+    std::string noFirstFile;          /**< logged when the list names none of them */
+    std::vector<XasLogLine> failures; /**< when none of the files is there */
+    std::string lastReply;            /**< code and reason of the last failure */
 };
 
 class LoginWorkOrder : public XasLoginFilesTest {
@@ -40,7 +41,7 @@ class LoginWorkOrder : public XasLoginFilesTest {
     {
         const XasLogLine pam = openFailed("system-auth");
         const XasLogLine nsswitch = openFailed("nsswitch");
-        const std::pair<int, std::string> nsswitchReply{2, "Error opening pam.d/system-auth config file"};
+        const std::string nsswitchReply = "2 Error opening pam.d/system-auth config file";
         return {
             {XMSG_AUTH,
              xasUpdateAuthenOrderCfg,
@@ -74,7 +75,7 @@ class LoginWorkOrder : public XasLoginFilesTest {
              {"krb5tmpl", "krb5", "nsswitch", "system-auth", "hosts"},
              "Error determining kerberos config template file\n",
              {editFailed("krb5"), nsswitch, openFailed("hosts"), editFailed("hosts"), pam},
-             {2, "Error opening /etc/hosts file"}},
+             "2 Error opening /etc/hosts file"},
             {XMSG_TACACS,
              xasUpdateTacacsCfg,
              {"tacplustmpl", "tacplus", "nsswitch", "system-auth"},
@@ -89,10 +90,10 @@ class LoginWorkOrder : public XasLoginFilesTest {
     static XasMessage message(XasMsgType msgtype)
     {
         XasMessageBuilder builder{msgtype};
-        builder.word(120, 1);
+        builder.set(msgtype == XMSG_AUTH ? "local" : "enabled", 1);
         if (msgtype == XMSG_KERBEROS)
-            builder.bytes(382, "kdc").word(644, 1);
-        return builder.build();
+            builder.set("kdc=kdc kdc_ip=1.0.0.0");
+        return builder;
     }
 };
 
@@ -103,7 +104,7 @@ TEST_F(LoginWorkOrder, BeginsWithTheFileThatIsLookedUpFirst)
     for (const Method &method : methods()) {
         SCOPED_TRACE(method.types.front());
         EXPECT_EQ(handle(method.handler, message(method.msgtype), {}), 1);
-        expectReply(0, "");
+        EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
         EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine(method.noFirstFile)));
     }
 }
@@ -113,7 +114,7 @@ TEST_F(LoginWorkOrder, GoesThroughAllFilesAndKeepsTheReasonOfTheLastThatHasOne)
     for (const Method &method : methods()) {
         SCOPED_TRACE(method.types.front());
         EXPECT_EQ(handle(method.handler, message(method.msgtype), method.types), 1);
-        expectReply(static_cast<std::uint32_t>(method.lastReply.first), method.lastReply.second);
+        EXPECT_EQ(xasReplyText(reply), method.lastReply);
         EXPECT_THAT(log.lines(), ElementsAreArray(method.failures));
     }
 }

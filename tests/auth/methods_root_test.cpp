@@ -6,6 +6,7 @@
 #include "auth/tacacs.h"
 #include "support/hosts.h"
 #include "support/login_files.h"
+#include "support/reply.h"
 #include "support/stub.h"
 
 #include <unistd.h>
@@ -17,10 +18,7 @@ namespace {
 
 XasMessageBuilder nisMessage()
 {
-    return XasMessageBuilder{XMSG_NIS}
-        .word(120, 1)
-        .bytes(125, "eng")
-        .bytes(232, xasHostBytes(xasNamedHost("nis0")));
+    return XasMessageBuilder{XMSG_NIS}.set("enabled=1 domain=eng master=nis0");
 }
 
 class UpdateNis : public XasLoginFilesTest {
@@ -58,10 +56,7 @@ class UpdateLdap : public XasLoginFilesTest {
         ASSERT_EQ(::symlink(target.c_str(), (std::string{"/www/xml/"} + name).c_str()), 0);
     }
 
-    static XasMessage message()
-    {
-        return XasMessageBuilder{XMSG_LDAP}.word(120, 1).bytes(128, xasHostBytes(xasNamedHost("l1"))).build();
-    }
+    static XasMessage message() { return XasMessageBuilder{XMSG_LDAP}.set("enabled", 1).set("server", "l1"); }
 
     const std::vector<std::string> TYPES = {"openldap", "ldap", "ldaptmpl", "nsswitch", "system-auth"};
     XasStubs stubs;
@@ -87,11 +82,7 @@ class UpdateKerberos : public XasLoginFilesTest {
 
     static XasMessageBuilder message()
     {
-        return XasMessageBuilder{XMSG_KERBEROS}
-            .word(120, 1)
-            .bytes(125, "R")
-            .bytes(382, "kdc.x")
-            .bytes(644, std::string_view{"\x0a\0\0\x2c", 4});
+        return XasMessageBuilder{XMSG_KERBEROS}.set("enabled=1 realm=R kdc=kdc.x kdc_ip=10.0.0.44");
     }
 
     const std::vector<std::string> TYPES = {"krb5tmpl", "krb5", "nsswitch", "system-auth", "hosts"};
@@ -130,8 +121,8 @@ TEST_F(UpdateMethodDeathTest, AHandlerNeedsAMessageOfItsTypeAndAList)
     };
     const XasCfgFileList list;
     for (const Case &c : cases) {
-        XasMessage msg = XasMessageBuilder{c.msgtype}.build();
-        XasMessage other = XasMessageBuilder{XMSG_DNS}.build();
+        XasMessage msg = XasMessageBuilder{c.msgtype};
+        XasMessage other = XasMessageBuilder{XMSG_DNS};
         EXPECT_DEATH(c.handler(nullptr, &list, &reply), "msg != \\(\\(void \\*\\)0\\)");
         EXPECT_DEATH(c.handler(&other, &list, &reply), c.text);
         EXPECT_DEATH(c.handler(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
@@ -140,7 +131,7 @@ TEST_F(UpdateMethodDeathTest, AHandlerNeedsAMessageOfItsTypeAndAList)
 
 TEST_F(UpdateNis, NeedsItsFourFiles)
 {
-    expectMissing(xasUpdateNisCfg, nisMessage().build(), TYPES,
+    expectMissing(xasUpdateNisCfg, nisMessage(), TYPES,
                   {"Error determining yp.conf config file\n", "Error determining network config file\n",
                    "Error determining system-auth config file\n",
                    "Error determining nsswitch.conf config file\n"});
@@ -152,8 +143,8 @@ TEST_F(UpdateNis, GoesOnAfterAFailureAndKeepsTheLastReason)
 {
     std::remove(dir.path("yp").c_str());
     std::remove(dir.path("network").c_str());
-    EXPECT_EQ(update(nisMessage().build()), 1);
-    expectReply(2, "Error opening sysconfig/network config file");
+    EXPECT_EQ(update(nisMessage()), 1);
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening sysconfig/network config file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(openFailed("yp"), xasErrorLine("Error editing yp.conf config file\n"),
                             openFailed("network"), xasErrorLine("Error editing network config file\n")));
@@ -163,16 +154,16 @@ TEST_F(UpdateNis, GoesOnAfterAFailureAndKeepsTheLastReason)
 TEST_F(UpdateNis, FailsWithTheClientFileAlone)
 {
     std::remove(dir.path("yp").c_str());
-    EXPECT_EQ(update(nisMessage().build()), 1);
-    expectReply(2, "Error opening yp.conf config file");
+    EXPECT_EQ(update(nisMessage()), 1);
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening yp.conf config file");
     EXPECT_EQ(dir.read("network"), "A=1\nNISDOMAIN=eng");
     EXPECT_TRUE(stubs.await(1));
 }
 
 TEST_F(UpdateNis, WritesItsFilesAndStartsTheDomainProgramWithItsOwnName)
 {
-    EXPECT_EQ(update(nisMessage().build()), 0);
-    expectReply(0, "");
+    EXPECT_EQ(update(nisMessage()), 0);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
     EXPECT_EQ(dir.read("yp"), "# /etc/yp.conf - ypbind configuration file\ndomain eng server nis0 \n"
                               "ypserver 0.0.0.0 \nypserver 0.0.0.0 \nypserver 0.0.0.0 \nypserver 0.0.0.0 \n"
@@ -190,21 +181,21 @@ TEST_F(UpdateNis, StartsTheDomainProgramUnderItsBareName)
     std::filesystem::copy_file("/bin/sh", "/bin/domainname");
     xasWriteFile("/tmp/eng",
                  "tr '\\0' ' ' </proc/$$/cmdline >/tmp/eng.called && mv /tmp/eng.called /tmp/eng.words\n");
-    EXPECT_EQ(update(XasMessageBuilder{XMSG_NIS}.bytes(125, "/tmp/eng").build()), 0);
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_NIS}.set("domain", "/tmp/eng")), 0);
     ASSERT_TRUE(xasEventually([] { return xasExists("/tmp/eng.words"); }));
     EXPECT_EQ(xasReadFile("/tmp/eng.words"), "domainname /tmp/eng ");
 }
 
 TEST_F(UpdateNis, StartsNoDomainProgramForAnEmptyDomain)
 {
-    EXPECT_EQ(update(XasMessageBuilder{XMSG_NIS}.build()), 0);
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_NIS}), 0);
     EXPECT_EQ(dir.read("network"), "A=1\n");
     EXPECT_THAT(stubs.calls(), IsEmpty());
 }
 
 TEST_F(UpdateNis, GivesADomainWithShellCharactersToTheProgramAsOneWord)
 {
-    EXPECT_EQ(update(XasMessageBuilder{XMSG_NIS}.bytes(125, "a b; touch /tmp/owned").build()), 0);
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_NIS}.set("domain", "a b; touch /tmp/owned")), 0);
     ASSERT_TRUE(stubs.await(1));
     EXPECT_EQ(stubs.calls().front().back(), "a b; touch /tmp/owned");
     EXPECT_FALSE(xasExists("/tmp/owned"));
@@ -226,7 +217,7 @@ TEST_F(UpdateLdap, GoesOnAfterAFailure)
     std::remove(dir.path("openldap").c_str());
     std::remove(dir.path("ldaptmpl").c_str());
     EXPECT_EQ(update(message()), 1);
-    expectReply(2, "Error opening ldap.conf.tempalte file for read");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening ldap.conf.tempalte file for read");
     EXPECT_THAT(log.lines(),
                 ElementsAre(openFailed("openldap"), xasErrorLine("Error editing openldap config file\n"),
                             xasErrorLine("Error editing ldap config file\n")));
@@ -237,14 +228,14 @@ TEST_F(UpdateLdap, FailsWithoutReasonWhenTheTemplateIsEmpty)
 {
     dir.write("ldaptmpl", "");
     EXPECT_EQ(update(message()), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error editing ldap config file\n")));
     EXPECT_EQ(dir.read("ldap"), "old\n");
 }
 
 TEST_F(UpdateLdap, RemovesTheClientFileWhenDisabled)
 {
-    EXPECT_EQ(update(XasMessageBuilder{XMSG_LDAP}.build()), 0);
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_LDAP}), 0);
     EXPECT_FALSE(dir.has("ldap"));
     EXPECT_EQ(dir.read("openldap"), "");
     expectDerivedFiles();
@@ -265,17 +256,9 @@ TEST_F(UpdateLdap, PointsToTheTlsMaterialOfTheWebFrontEndAndRunsNoConversion)
 TEST_F(UpdateLdap, HasTheTlsMaterialBetweenTheBindingAndTheMappings)
 {
     link("ldap_cert.lnk", "c.pem");
-    const XasMessage msg = XasMessageBuilder{XMSG_LDAP}
-                               .word(120, 1)
-                               .bytes(128, xasHostBytes(xasNamedHost("l1")))
-                               .word(924, 1)
-                               .word(932, 636)
-                               .word(940, 1)
-                               .bytes(944, "cn")
-                               .bytes(975, "group")
-                               .bytes(1006, "member")
-                               .word(1040, 1)
-                               .build();
+    const XasMessage msg = XasMessageBuilder{XMSG_LDAP}.set(
+        "enabled=1 server=l1 bind_with_login=1 port=636 encrypt=1 map_uid=cn map_posix_group=group "
+        "map_member=member map_member_type=1");
     EXPECT_EQ(update(msg), 0);
     EXPECT_EQ(dir.read("ldap"), "host l1 0.0.0.0\n"
                                 "\n# Non-standard option: insert current login into bind name\n"
@@ -346,7 +329,7 @@ TEST_F(UpdateLdap, LeavesOutWhatCannotBeConverted)
 
 TEST_F(UpdateRadius, NeedsItsThreeFiles)
 {
-    expectMissing(xasUpdateRadiusCfg, XasMessageBuilder{XMSG_RADIUS}.build(), TYPES,
+    expectMissing(xasUpdateRadiusCfg, XasMessageBuilder{XMSG_RADIUS}, TYPES,
                   {"Error determining openldap config file\n",
                    "Error determining nsswitch.conf config file\n",
                    "Error determining system-auth config file\n"});
@@ -356,8 +339,8 @@ TEST_F(UpdateRadius, NeedsItsThreeFiles)
 TEST_F(UpdateRadius, GoesOnAfterAFailure)
 {
     std::remove(dir.path("radius").c_str());
-    EXPECT_EQ(handle(xasUpdateRadiusCfg, XasMessageBuilder{XMSG_RADIUS}.build(), TYPES), 1);
-    expectReply(2, "Error opening /etc/raddb/server file");
+    EXPECT_EQ(handle(xasUpdateRadiusCfg, XasMessageBuilder{XMSG_RADIUS}, TYPES), 1);
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening /etc/raddb/server file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(openFailed("radius"), xasErrorLine("Error editing ldap config file\n")));
     expectDerivedFiles();
@@ -365,16 +348,8 @@ TEST_F(UpdateRadius, GoesOnAfterAFailure)
 
 TEST_F(UpdateRadius, WritesItsServers)
 {
-    const XasMessage msg = XasMessageBuilder{XMSG_RADIUS}
-                               .word(120, 1)
-                               .bytes(128, xasHostBytes(xasNamedHost("rad1")))
-                               .bytes(204, "one")
-                               .half(334, 1812)
-                               .bytes(336, xasHostBytes(xasHostWithAddress("10.0.0.2")))
-                               .bytes(412, "two")
-                               .half(542, 1645)
-                               .byte(544, 7)
-                               .build();
+    const XasMessage msg = XasMessageBuilder{XMSG_RADIUS}.set(
+        "enabled=1 server1=rad1 secret1=one port1=1812 server2=10.0.0.2 secret2=two port2=1645 timeout=7");
     EXPECT_EQ(handle(xasUpdateRadiusCfg, msg, TYPES), 0);
     EXPECT_EQ(dir.read("radius"), "# c\nrad1:1812   one    7\n10.0.0.2:1645    two    7\n");
     EXPECT_EQ(xasModeOf(dir.path("radius")), 0600U);
@@ -384,7 +359,7 @@ TEST_F(UpdateRadius, WritesItsServers)
 
 TEST_F(UpdateKerberos, NeedsItsFiveFiles)
 {
-    expectMissing(xasUpdateKerberosCfg, message().build(), TYPES,
+    expectMissing(xasUpdateKerberosCfg, message(), TYPES,
                   {"Error determining kerberos config template file\n",
                    "Error determining kerberos config file\n",
                    "Error determining nsswitch.conf config file\n",
@@ -396,8 +371,8 @@ TEST_F(UpdateKerberos, GoesOnAfterAFailure)
 {
     std::remove(dir.path("krb5tmpl").c_str());
     std::remove(dir.path("hosts").c_str());
-    EXPECT_EQ(update(message().build()), 1);
-    expectReply(2, "Error opening /etc/hosts file");
+    EXPECT_EQ(update(message()), 1);
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening /etc/hosts file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Error editing " + dir.path("krb5") + "\n"), openFailed("hosts"),
                             xasErrorLine("Error editing " + dir.path("hosts") + "\n")));
@@ -406,7 +381,7 @@ TEST_F(UpdateKerberos, GoesOnAfterAFailure)
 
 TEST_F(UpdateKerberos, WritesItsFileAndTheHostsLine)
 {
-    EXPECT_EQ(update(message().build()), 0);
+    EXPECT_EQ(update(message()), 0);
     EXPECT_EQ(dir.read("krb5"), "realm R\n");
     EXPECT_EQ(dir.read("hosts"), "127.0.0.1 localhost\n10.0.0.44    kdc.x  kdc.x\n");
     EXPECT_THAT(log.lines(), IsEmpty());
@@ -415,22 +390,22 @@ TEST_F(UpdateKerberos, WritesItsFileAndTheHostsLine)
 
 TEST_F(UpdateKerberos, NeedsNameAndAddressForAHostsLine)
 {
-    EXPECT_EQ(update(XasMessageBuilder{XMSG_KERBEROS}.word(120, 1).bytes(382, "kdc.x").build()), 0);
-    EXPECT_EQ(update(XasMessageBuilder{XMSG_KERBEROS}.word(120, 1).word(644, 77).build()), 0);
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_KERBEROS}.set("enabled", 1).set("kdc", "kdc.x")), 0);
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_KERBEROS}.set("enabled", 1).set("kdc_ip", "77.0.0.0")), 0);
     EXPECT_EQ(dir.read("hosts"), "127.0.0.1 localhost\n");
     EXPECT_FALSE(dir.has("hosts.old"));
 }
 
 TEST_F(UpdateKerberos, RemovesItsFileWhenDisabledButStillWritesTheHostsLine)
 {
-    EXPECT_EQ(update(message().word(120, 0).build()), 0);
+    EXPECT_EQ(update(message().set("enabled", 0)), 0);
     EXPECT_FALSE(dir.has("krb5"));
     EXPECT_EQ(dir.read("hosts"), "127.0.0.1 localhost\n10.0.0.44    kdc.x  kdc.x\n");
 }
 
 TEST_F(UpdateTacacs, NeedsItsTwoFilesBeforeAnythingIsDone)
 {
-    const XasMessage msg = XasMessageBuilder{XMSG_TACACS}.build();
+    const XasMessage msg = XasMessageBuilder{XMSG_TACACS};
     EXPECT_EQ(handle(xasUpdateTacacsCfg, msg, {"tacplus", "nsswitch", "system-auth"}), 1);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining tacplus config template file\n")));
     EXPECT_EQ(handle(xasUpdateTacacsCfg, msg, {"tacplustmpl", "nsswitch", "system-auth"}), 1);
@@ -441,9 +416,9 @@ TEST_F(UpdateTacacs, NeedsItsTwoFilesBeforeAnythingIsDone)
 
 TEST_F(UpdateTacacs, HasWrittenItsFileWhenOneOfTheOthersIsMissing)
 {
-    const XasMessage msg = XasMessageBuilder{XMSG_TACACS}.build();
+    const XasMessage msg = XasMessageBuilder{XMSG_TACACS};
     EXPECT_EQ(handle(xasUpdateTacacsCfg, msg, {"tacplustmpl", "tacplus", "system-auth"}), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.take(), testing::Contains(xasErrorLine("Error determining nsswitch.conf config file\n")));
     EXPECT_EQ(dir.read("tacplus"), "server1 = 0.0.0.0\n");
     EXPECT_EQ(dir.read("system-auth"), "old pam\n");
@@ -455,16 +430,15 @@ TEST_F(UpdateTacacs, HasWrittenItsFileWhenOneOfTheOthersIsMissing)
 TEST_F(UpdateTacacs, GoesOnAfterAFailure)
 {
     std::remove(dir.path("tacplustmpl").c_str());
-    EXPECT_EQ(update(XasMessageBuilder{XMSG_TACACS}.build()), 1);
-    expectReply(2, "Error opening tacplus.conf.tempalte file for read");
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_TACACS}), 1);
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening tacplus.conf.tempalte file for read");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error editing " + dir.path("tacplus") + "\n")));
     expectDerivedFiles();
 }
 
 TEST_F(UpdateTacacs, WritesItsFile)
 {
-    const XasMessage msg =
-        XasMessageBuilder{XMSG_TACACS}.bytes(128, xasHostBytes(xasHostWithAddress("fd00::1"))).build();
+    const XasMessage msg = XasMessageBuilder{XMSG_TACACS}.set("server1", "fd00::1");
     EXPECT_EQ(update(msg), 0);
     EXPECT_EQ(dir.read("tacplus"), "server1 = [fd00::1]\n");
     EXPECT_EQ(xasModeOf(dir.path("tacplus")), 0600U);

@@ -5,6 +5,7 @@
 #include "support/files.h"
 #include "support/growth.h"
 #include "support/log.h"
+#include "support/reply.h"
 #include "wire/address.h"
 
 #include <arpa/inet.h>
@@ -58,12 +59,6 @@ class NfsText : public testing::Test {
         return xasFstabText(oldText, shares, &reply);
     }
 
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
-    }
-
     XasLogCapture log;
     XasReplyStatus reply;
 };
@@ -79,12 +74,6 @@ class NfsFiles : public XasFilesTest {
     {
         const XasNfsShares shares = {share("10.0.0.1:/a", "/var/nfsmounts/a"), {}, {}};
         return xasEditNFSCfgFile(path.c_str(), shares, &reply);
-    }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
     }
 
     std::string path = dir.path("file");
@@ -128,7 +117,7 @@ TEST_F(NfsText, LosesAllOldSharesWhenNoneIsUsed)
                                   "tmpfs /var/nfsmounts/nfs tmpfs nfs 0 0\n"
                                   "//server/share /mnt/share cifs guest 0 0\n");
     EXPECT_THAT(log.lines(), IsEmpty());
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(NfsText, HasTheUsedSharesAtItsEnd)
@@ -183,7 +172,7 @@ TEST_F(NfsText, LeavesAShareWithoutAPathOutAndWritesNoneBehindIt)
     EXPECT_THAT(log.take(), ElementsAre(EMPTY_PATH));
     EXPECT_EQ(text("old\n", {share("", "/m/a"), share("", "/m/b"), last}), "old\n");
     EXPECT_THAT(log.take(), ElementsAre(EMPTY_PATH));
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(NfsText, TakesNoNoteOfAnUnusedShareWithoutAPath)
@@ -203,7 +192,7 @@ TEST_F(NfsText, TakesLinesOf307CharactersWithTheirLineFeed)
                            "\t /" + std::string(138, 'l') +
                            "\t nfs\t defaults,nodev,soft,intr,nolock,ro 0 0\n");
     EXPECT_THAT(log.lines(), IsEmpty());
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(NfsText, LeavesALineOf308CharactersOutAndGoesOn)
@@ -212,18 +201,18 @@ TEST_F(NfsText, LeavesALineOf308CharactersOutAndGoesOn)
         EXPECT_EQ(text("old\n", {shareOfLength(308, readWrite), share("s:/b", "/m/b"), {}}),
                   "old\ns:/b\t /m/b\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
         EXPECT_THAT(log.take(), ElementsAre(TOO_LONG));
-        expectReply(4, "NFS entry exceeds memory limmits");
+        EXPECT_EQ(xasReplyText(reply), "4 NFS entry exceeds memory limmits");
     }
     EXPECT_EQ(text("", {shareOfLength(308, true), shareOfLength(309, true), shareOfLength(500, false)}), "");
     EXPECT_THAT(log.take(), ElementsAre(TOO_LONG, TOO_LONG, TOO_LONG));
-    expectReply(4, "NFS entry exceeds memory limmits");
+    EXPECT_EQ(xasReplyText(reply), "4 NFS entry exceeds memory limmits");
 }
 
 TEST_F(NfsText, TakesNoNoteOfAnOverLongShareBehindOneWithoutAPath)
 {
     EXPECT_EQ(text("", {share("", "/m"), shareOfLength(308, true), share("s:/c", "/m/c")}), "");
     EXPECT_THAT(log.lines(), ElementsAre(EMPTY_PATH));
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(NfsText, DoesNotChangeWhenItIsMadeTwice)
@@ -251,9 +240,9 @@ TEST_F(NfsFiles, MustExist)
 {
     const XasLogLine notOpened = xasErrorLine("Error opening config file \"" + path + "\"\n");
     EXPECT_EQ(editServers(), 1);
-    expectReply(2, "Error opening NFS servers file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening NFS servers file");
     EXPECT_EQ(editTable(), 1);
-    expectReply(2, "Error opening NFS config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening NFS config file");
     EXPECT_THAT(log.lines(), ElementsAre(notOpened, notOpened));
     EXPECT_THAT(dir.names(), IsEmpty());
 }
@@ -264,9 +253,9 @@ TEST_F(NfsFiles, StayAsTheyAreWhenNothingCanBeWrittenBesideThem)
     dir.write("file.tmp/inside", "");
     const XasLogLine notOpened = xasErrorLine("Error opening output file \"" + path + ".tmp\"\n");
     EXPECT_EQ(editServers(), 1);
-    expectReply(2, "Error opening NFS servers file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening NFS servers file");
     EXPECT_EQ(editTable(), 1);
-    expectReply(2, "Error opening NFS config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening NFS config file");
     EXPECT_THAT(log.lines(), ElementsAre(notOpened, notOpened));
     EXPECT_EQ(dir.read("file"), "old\n");
 }
@@ -278,12 +267,12 @@ TEST_F(NfsFiles, StayAsTheyAreWhenTheNewOnesCannotBePutInPlace)
     {
         const XasFault fault{"rename", EIO, 1};
         EXPECT_EQ(editServers(), 1);
-        expectReply(3, "Error saving new NFS servers file");
+        EXPECT_EQ(xasReplyText(reply), "3 Error saving new NFS servers file");
     }
     {
         const XasFault fault{"rename", EIO, 1};
         EXPECT_EQ(editTable(), 1);
-        expectReply(3, "Error saving new NFS config file");
+        EXPECT_EQ(xasReplyText(reply), "3 Error saving new NFS config file");
     }
     EXPECT_THAT(log.lines(), ElementsAre(notRenamed, notRenamed));
     EXPECT_EQ(dir.read("file"), "old\n");
@@ -295,7 +284,7 @@ TEST_F(NfsFiles, TheServersReplaceWhateverTheirFileHeld)
     EXPECT_EQ(editServers(), 0);
     EXPECT_EQ(dir.read("file"), "NFS_SERVERS=\"10.0.0.1\"\n");
     EXPECT_EQ(dir.read("file.old"), "# comment\nNFS_SERVERS=\"10.9.9.9\"\nOTHER=1\n");
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
@@ -307,7 +296,7 @@ TEST_F(NfsFiles, TheTableKeepsItsModeAndItsOtherLines)
               "# comment\n10.0.0.1:/a\t /var/nfsmounts/a\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
     EXPECT_EQ(xasModeOf(path), 0640U);
     EXPECT_EQ(dir.read("file.old"), "# comment\nold:/x /x nfs ro 0 0\n");
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
@@ -316,7 +305,7 @@ TEST_F(NfsFiles, TheTableIsSavedWithTheReplyOfAnOverLongLine)
     dir.write("file", "old\n");
     EXPECT_EQ(xasEditNFSCfgFile(path.c_str(), {shareOfLength(308, true), share("s:/b", "/m/b"), {}}, &reply),
               0);
-    expectReply(4, "NFS entry exceeds memory limmits");
+    EXPECT_EQ(xasReplyText(reply), "4 NFS entry exceeds memory limmits");
     EXPECT_EQ(dir.read("file"), "old\ns:/b\t /m/b\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
 }
 
@@ -326,7 +315,7 @@ TEST_F(NfsFiles, TheTableIsSavedWithWhatStoodBeforeAShareWithoutAPath)
     EXPECT_EQ(xasEditNFSCfgFile(path.c_str(),
                                 {share("s:/a", "/m/a"), share("", "/m/b"), share("s:/c", "/m/c")}, &reply),
               0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), ElementsAre(EMPTY_PATH));
     EXPECT_EQ(dir.read("file"), "old\ns:/a\t /m/a\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
     EXPECT_THAT(dir.names(), ElementsAre("file", "file.old"));

@@ -5,6 +5,7 @@
 #include "support/files.h"
 #include "support/hosts.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <gmock/gmock.h>
@@ -49,8 +50,7 @@ TEST_F(NisFiles, ClientFileMustExist)
     const std::string path = dir.path("yp.conf");
     const XasNisPayload cfgNIS = settings("eng");
     EXPECT_EQ(xasEditYpCfgFile(path.c_str(), &cfgNIS, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening yp.conf config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening yp.conf config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
 }
 
@@ -60,8 +60,7 @@ TEST_F(NisFiles, ClientFileStaysWhenItCannotBeSaved)
     const XasNisPayload cfgNIS = settings("eng");
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(xasEditYpCfgFile(path.c_str(), &cfgNIS, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new yp.conf config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new yp.conf config file");
     EXPECT_EQ(dir.read("yp.conf"), "old\n");
 }
 
@@ -82,8 +81,7 @@ TEST_F(NisFiles, NetworkSettingsMustExistAndNoDomainIsThenSet)
     const XasNisPayload cfgNIS = settings("eng");
     const XasFault noChild{"fork", EAGAIN};
     EXPECT_EQ(xasEditNetworkCfgFile(path.c_str(), &cfgNIS, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening sysconfig/network config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening sysconfig/network config file");
     EXPECT_EQ(noChild.calls(), 0U);
 }
 
@@ -94,8 +92,7 @@ TEST_F(NisFiles, NetworkSettingsStayWhenTheyCannotBeSavedButTheDomainIsSet)
     const XasFault noChild{"fork", EAGAIN};
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(xasEditNetworkCfgFile(path.c_str(), &cfgNIS, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new firewall config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new firewall config file");
     EXPECT_EQ(dir.read("network"), "A=1\n");
     EXPECT_EQ(noChild.calls(), 1U);
 }

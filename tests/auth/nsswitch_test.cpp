@@ -4,6 +4,7 @@
 #include "support/faults.h"
 #include "support/files.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -44,8 +45,7 @@ TEST_F(NsswitchFile, MustExistButItsFailureIsOnlyInTheReply)
 {
     const std::string path = dir.path("nsswitch.conf");
     EXPECT_EQ(xasEditNsswitchCfgFile(path.c_str(), &reply), 0);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening pam.d/system-auth config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening pam.d/system-auth config file");
     EXPECT_THAT(log.lines(), Contains(xasErrorLine("Error opening config file \"" + path + "\"\n")));
 }
 
@@ -54,8 +54,7 @@ TEST_F(NsswitchFile, StaysWhenItCannotBeSavedButThatIsOnlyInTheReply)
     const std::string path = dir.write("nsswitch.conf", "passwd: compat\n");
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(xasEditNsswitchCfgFile(path.c_str(), &reply), 0);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new firewall config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new firewall config file");
     EXPECT_EQ(dir.read("nsswitch.conf"), "passwd: compat\n");
 }
 

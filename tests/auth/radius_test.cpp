@@ -5,6 +5,7 @@
 #include "support/files.h"
 #include "support/hosts.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <gmock/gmock.h>
@@ -51,8 +52,7 @@ TEST_F(RadiusFile, MustExist)
 {
     const std::string path = dir.path("server");
     EXPECT_EQ(xasEditRadiusCfgFile(path.c_str(), &cfgRadius, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening /etc/raddb/server file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening /etc/raddb/server file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
 }
 
@@ -61,8 +61,7 @@ TEST_F(RadiusFile, StaysWhenItCannotBeSaved)
     const std::string path = dir.write("server", "old\n");
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(xasEditRadiusCfgFile(path.c_str(), &cfgRadius, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new /etc/raddb/server file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new /etc/raddb/server file");
     EXPECT_EQ(dir.read("server"), "old\n");
 }
 

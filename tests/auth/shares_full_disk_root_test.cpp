@@ -5,6 +5,7 @@
 
 #include "support/hosts.h"
 #include "support/log.h"
+#include "support/reply.h"
 #include "support/small_disk.h"
 
 #include <gmock/gmock.h>
@@ -28,10 +29,9 @@ class SharesFullDisk : public testing::Test {
   protected:
     /** What every editor leaves behind; the comments all came to the disk, what was appended to them did not.
      */
-    void expectUntouched(std::uint32_t rcode, std::string_view reason) const
+    void expectUntouched(const char *answer) const
     {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
+        EXPECT_EQ(xasReplyText(reply), answer);
         EXPECT_EQ(disk.read("file"), text);
         EXPECT_EQ(disk.read("file.tmp"), text);
         EXPECT_FALSE(disk.has("file.old"));
@@ -52,7 +52,7 @@ TEST_F(SharesFullDisk, LeavesTheAgentsFileWithItsModeAndGivesNoReason)
     EXPECT_EQ(xasEditSNMPCfgFile(path.c_str(), &snmpCfg, &reply), 1);
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to SNMP config file\n")));
-    expectUntouched(0, "");
+    expectUntouched(XAS_NO_REPLY);
     EXPECT_EQ(xasModeOf(path), 0644U);
 }
 
@@ -63,7 +63,7 @@ TEST_F(SharesFullDisk, LeavesTheFileSystemTableAndGivesNoReason)
     EXPECT_EQ(xasEditNFSCfgFile(path.c_str(), shares, &reply), 1);
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to NFS config file\n")));
-    expectUntouched(0, "");
+    expectUntouched(XAS_NO_REPLY);
 }
 
 TEST_F(SharesFullDisk, LeavesTheServersFileAndGivesItsOwnReason)
@@ -72,8 +72,7 @@ TEST_F(SharesFullDisk, LeavesTheServersFileAndGivesItsOwnReason)
     EXPECT_EQ(xasEditNFSServersFile(other.c_str(), {1, 2, 3}, &reply), 1);
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to NFS servers file\n")));
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error writing to NFS servers file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error writing to NFS servers file");
     EXPECT_EQ(disk.read("other"), "old\n");
     EXPECT_EQ(disk.read("other.tmp"), "");
     EXPECT_FALSE(disk.has("other.old"));
@@ -88,8 +87,7 @@ TEST_F(SharesFullDisk, LeavesSmbConfAndGivesNoReason)
     EXPECT_EQ(xasEditSMBCfgFile(path.c_str(), &cifs, &reply), 1);
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to SMB config file\n")));
-    EXPECT_EQ(reply.rcode, 0U);
-    EXPECT_EQ(reply.rstr, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_EQ(disk.read("file"), old);
     EXPECT_FALSE(disk.has("file.old"));
 }
@@ -103,5 +101,5 @@ TEST_F(SharesFullDisk, ShowsInThePasswordFileOnlyWhenItIsSaved)
     xasSetFieldText(cifs.lct_field, "C");
     EXPECT_EQ(xasEditSMBPassCfgFile(path.c_str(), &cifs, &reply), 1);
     EXPECT_THAT(log.lines(), ElementsAre(NOT_PRINTED));
-    expectUntouched(3, "Error saving new smbpasswd config file");
+    expectUntouched("3 Error saving new smbpasswd config file");
 }

@@ -3,6 +3,7 @@
 #include "support/dispatcher_fixture.h"
 #include "support/faults.h"
 #include "support/hosts.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <gmock/gmock.h>
@@ -17,27 +18,11 @@ constexpr const char *OLD_TEXT = "syslocation x\nsyscontact x\nrouser x\nrwuser 
 /** Every field with a value of its own. */
 XasMessageBuilder message()
 {
-    return XasMessageBuilder{XMSG_SNMP}
-        .id(77)
-        .word(120, 1)
-        .word(124, 30)
-        .bytes(128, xasHostBytes(xasHostWithAddress("10.0.0.9")))
-        .bytes(204, xasHostBytes(xasNamedHost("traps.example.org")))
-        .bytes(280, "location")
-        .bytes(301, "contact")
-        .bytes(322, "v3user")
-        .bytes(343, "v3pass")
-        .bytes(364, "v3phrase")
-        .bytes(385, "v3rwuser")
-        .bytes(406, "v3rwpass")
-        .bytes(427, "v3rwphrase")
-        .word(448, 2)
-        .word(452, 1)
-        .word(456, 0)
-        .bytes(460, "ro")
-        .bytes(481, "rw")
-        .bytes(502, "trap")
-        .word(532, 0);
+    return XasMessageBuilder{XMSG_SNMP}.id(77).set(
+        "enabled=1 alarm_delay=30 trap1=10.0.0.9 trap2=traps.example.org syslocation=location "
+        "syscontact=contact v3user=v3user v3pass=v3pass v3phrase=v3phrase v3rwuser=v3rwuser "
+        "v3rwpass=v3rwpass v3rwphrase=v3rwphrase v3security=2 v3auth=1 v3encrypt=0 ro_community=ro "
+        "rw_community=rw trap_community=trap community_mode=0");
 }
 
 constexpr const char *NEW_TEXT = "syslocation  location\n"
@@ -58,15 +43,9 @@ class UpdateSnmp : public XasFilesTest {
   protected:
     int update(const XasMessageBuilder &builder)
     {
-        XasMessage msg = builder.build();
+        XasMessage msg = builder;
         const XasCfgFileList list = xasTestCfgFiles({{"other", "/none"}, {"snmp", path}});
         return xasUpdateSNMPCfg(&msg, &list, &reply);
-    }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
     }
 
     std::string path = dir.path("snmpd.conf");
@@ -95,8 +74,8 @@ class DispatchSnmp : public XasDispatcherTest {
 
 TEST_F(UpdateSnmpDeathTest, NeedsAMessageOfItsTypeAndAList)
 {
-    XasMessage msg = message().build();
-    XasMessage other = XasMessageBuilder{XMSG_DNS}.build();
+    XasMessage msg = message();
+    XasMessage other = XasMessageBuilder{XMSG_DNS};
     const XasCfgFileList list;
     EXPECT_DEATH(xasUpdateSNMPCfg(nullptr, &list, &reply), "msg != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasUpdateSNMPCfg(&other, &list, &reply), "XMSG_SNMP == msg->xH.msgtype");
@@ -105,17 +84,17 @@ TEST_F(UpdateSnmpDeathTest, NeedsAMessageOfItsTypeAndAList)
 
 TEST_F(UpdateSnmp, FailsWithoutItsFileInTheList)
 {
-    XasMessage msg = message().build();
+    XasMessage msg = message();
     const XasCfgFileList list = xasTestCfgFiles({{"snmpd", path}, {"SNMP", path}});
     EXPECT_EQ(xasUpdateSNMPCfg(&msg, &list, &reply), 1);
-    expectReply(1, "Error determining snmp config file");
+    EXPECT_EQ(xasReplyText(reply), "1 Error determining snmp config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining config file for snmp\n")));
 }
 
 TEST_F(UpdateSnmp, FailsWhenItsFileIsNotThere)
 {
     EXPECT_EQ(update(message()), 1);
-    expectReply(2, "Error opening SNMP config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening SNMP config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n"),
                                          xasErrorLine("Error editing SNMP config file\n")));
 }
@@ -125,7 +104,7 @@ TEST_F(UpdateSnmp, RollsNothingBackWhenTheBackupFails)
     dir.write("snmpd.conf", OLD_TEXT);
     const XasFault fault{"rename", EIO, 0, 1};
     EXPECT_EQ(update(message()), 1);
-    expectReply(3, "Error saving new SNMP config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new SNMP config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming old config file \"" + path + "\"\n"),
                                          xasErrorLine("Error editing SNMP config file\n")));
     EXPECT_EQ(dir.read("snmpd.conf"), NEW_TEXT);
@@ -138,7 +117,7 @@ TEST_F(UpdateSnmp, WritesEveryFieldOfTheMessageToItsPlace)
     EXPECT_EQ(dir.read("snmpd.conf"), NEW_TEXT);
     EXPECT_EQ(dir.read("snmpd.conf.old"), OLD_TEXT);
     EXPECT_EQ(xasModeOf(path), 0600U);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
@@ -146,9 +125,11 @@ TEST_F(UpdateSnmp, DoesNotRunFromATextThatFillsItsFieldIntoTheNext)
 {
     dir.write("snmpd.conf", OLD_TEXT);
     XasMessageBuilder full = message();
-    for (const std::size_t offset : {280U, 301U, 322U, 343U, 364U, 385U, 406U, 427U, 460U, 481U, 502U})
-        full.bytes(offset, std::string(21, static_cast<char>('a' + (offset - 280) / 21)));
-    EXPECT_EQ(update(full.word(532, 1)), 0);
+    char letter = 'a';
+    for (const char *name : {"syslocation", "syscontact", "v3user", "v3pass", "v3phrase", "v3rwuser",
+                             "v3rwpass", "v3rwphrase", "ro_community", "rw_community", "trap_community"})
+        full.set(name, std::string(21, letter++));
+    EXPECT_EQ(update(full.set("community_mode", 1)), 0);
     EXPECT_EQ(dir.read("snmpd.conf"),
               "syslocation  aaaaaaaaaaaaaaaaaaaaa\n"
               "syscontact  bbbbbbbbbbbbbbbbbbbbb\n"
@@ -165,14 +146,14 @@ TEST_F(UpdateSnmp, DoesNotRunFromATextThatFillsItsFieldIntoTheNext)
 
 TEST_F(DispatchSnmp, RewritesTheFileOfAnAgentThatIsSwitchedOffButLeavesItStopped)
 {
-    EXPECT_EQ(outcome(message().word(120, 0).build()), XAS_APPLIED);
+    EXPECT_EQ(outcome(message().set("enabled", 0)), XAS_APPLIED);
     EXPECT_THAT(programs(), ElementsAre("stop-snmp"));
     EXPECT_EQ(xasReadFile(path), NEW_TEXT);
 }
 
 TEST_F(DispatchSnmp, StartsTheAgentAgainWithItsNewFile)
 {
-    EXPECT_EQ(outcome(message().build()), XAS_APPLIED);
+    EXPECT_EQ(outcome(message()), XAS_APPLIED);
     EXPECT_THAT(programs(), ElementsAre("stop-snmp", "start-snmp"));
     EXPECT_EQ(xasReadFile(path), NEW_TEXT);
 }
@@ -180,6 +161,6 @@ TEST_F(DispatchSnmp, StartsTheAgentAgainWithItsNewFile)
 TEST_F(DispatchSnmp, StartsTheAgentAgainWhenItsFileCouldNotBeRead)
 {
     std::remove(path.c_str());
-    EXPECT_EQ(outcome(message().build()), "0 2 Error opening SNMP config file");
+    EXPECT_EQ(outcome(message()), "0 2 Error opening SNMP config file");
     EXPECT_THAT(programs(), ElementsAre("stop-snmp", "start-snmp"));
 }

@@ -6,6 +6,7 @@
 #include "support/growth.h"
 #include "support/hosts.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <array>
 #include <cerrno>
@@ -83,12 +84,6 @@ std::string lineText(const std::string &line, const XasSnmpPayload &snmpCfg = ke
 class SnmpFile : public XasFilesTest {
   protected:
     int edit() { return xasEditSNMPCfgFile(path.c_str(), &snmpCfg, &reply); }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
-    }
 
     XasSnmpPayload snmpCfg = keeping();
     std::string path = dir.path("snmpd.conf");
@@ -462,7 +457,7 @@ TEST_F(SnmpFileDeathTest, NeedsItsPathItsValuesAndAReply)
 TEST_F(SnmpFile, MustExist)
 {
     EXPECT_EQ(edit(), 1);
-    expectReply(2, "Error opening SNMP config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening SNMP config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
     EXPECT_THAT(dir.names(), IsEmpty());
 }
@@ -472,7 +467,7 @@ TEST_F(SnmpFile, StaysAsItIsWhenNothingCanBeWrittenBesideIt)
     dir.write("snmpd.conf", "syscontact me\n");
     dir.write("snmpd.conf.tmp/inside", "");
     EXPECT_EQ(edit(), 1);
-    expectReply(2, "Error opening SNMP config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening SNMP config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening output file \"" + path + ".tmp\"\n")));
     EXPECT_EQ(dir.read("snmpd.conf"), "syscontact me\n");
     EXPECT_EQ(xasModeOf(path), 0644U);
@@ -483,7 +478,7 @@ TEST_F(SnmpFile, StaysAsItIsButForItsModeWhenTheNewOneCannotBePutInPlace)
     dir.write("snmpd.conf", "syscontact me\n");
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(edit(), 1);
-    expectReply(3, "Error saving new SNMP config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new SNMP config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
     EXPECT_EQ(dir.read("snmpd.conf"), "syscontact me\n");
     EXPECT_EQ(xasModeOf(path), 0600U);
@@ -496,7 +491,7 @@ TEST_F(SnmpFile, IsNewAndSecretButCountsAsNotSavedWhenTheOldOneCannotBeKept)
     dir.write("snmpd.conf", "syscontact me\n");
     const XasFault fault{"rename", EIO, 0, 1};
     EXPECT_EQ(edit(), 1);
-    expectReply(3, "Error saving new SNMP config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new SNMP config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming old config file \"" + path + "\"\n")));
     EXPECT_EQ(dir.read("snmpd.conf"), "syscontact  noc@example.org\n");
     EXPECT_EQ(xasModeOf(path), 0600U);
@@ -512,7 +507,7 @@ TEST_F(SnmpFile, IsSecretAfterwardsWhateverItsModeWas)
         EXPECT_EQ(dir.read("snmpd.conf"), "syscontact  noc@example.org\n");
         EXPECT_EQ(dir.read("snmpd.conf.old"), "syscontact me\n");
         EXPECT_THAT(dir.names(), ElementsAre("snmpd.conf", "snmpd.conf.old"));
-        expectReply(0, "");
+        EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     }
     EXPECT_THAT(log.lines(), IsEmpty());
 }

@@ -5,6 +5,7 @@
 #include "support/files.h"
 #include "support/hosts.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <gmock/gmock.h>
 
@@ -52,8 +53,7 @@ TEST_F(TacacsFile, NeedsItsTemplate)
 {
     EXPECT_EQ(xasEditTacacsCfgFile("/missing", dir.write("tacplus.conf", "old").c_str(), &cfgTacacs, &reply),
               1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening tacplus.conf.tempalte file for read");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening tacplus.conf.tempalte file for read");
     EXPECT_EQ(dir.read("tacplus.conf"), "old");
 }
 
@@ -61,11 +61,9 @@ TEST_F(TacacsFile, ThatCannotBeOpenedOrWrittenIsTold)
 {
     const std::string templateFile = dir.write("template", TEMPLATE);
     EXPECT_EQ(xasEditTacacsCfgFile(templateFile.c_str(), dir.path("no/tac").c_str(), &cfgTacacs, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening tacplus.conf file for write");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening tacplus.conf file for write");
     EXPECT_EQ(xasEditTacacsCfgFile(templateFile.c_str(), "/dev/full", &cfgTacacs, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error writing to tacplus.conf file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error writing to tacplus.conf file");
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 

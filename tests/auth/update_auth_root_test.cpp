@@ -7,6 +7,7 @@
 #include "auth/sys_auth.h"
 #include "support/faults.h"
 #include "support/login_files.h"
+#include "support/reply.h"
 
 #include <cerrno>
 
@@ -40,8 +41,8 @@ using UpdateAuthDeathTest = UpdateAuth;
 
 TEST_F(UpdateAuthDeathTest, NeedsAMessageOfItsTypeAndAList)
 {
-    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.build();
-    XasMessage other = XasMessageBuilder{XMSG_NIS}.build();
+    XasMessage msg = XasMessageBuilder{XMSG_AUTH};
+    XasMessage other = XasMessageBuilder{XMSG_NIS};
     const XasCfgFileList list;
     EXPECT_DEATH(xasUpdateAuthenOrderCfg(nullptr, &list, &reply), "msg != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasUpdateAuthenOrderCfg(&other, &list, &reply), "XMSG_AUTH == msg->xH.msgtype");
@@ -60,7 +61,7 @@ TEST_F(UpdateAuthDeathTest, TheEditorsOfTheMethodsNeedTheirSettings)
 
 TEST_F(UpdateAuth, NeedsItsThreeFilesBeforeAnyIsTouched)
 {
-    expectMissing(xasUpdateAuthenOrderCfg, XasMessageBuilder{XMSG_AUTH}.byte(122, 1).build(), TYPES,
+    expectMissing(xasUpdateAuthenOrderCfg, XasMessageBuilder{XMSG_AUTH}.set("ldap", 1), TYPES,
                   {"Error determining r58 authentication config file\n",
                    "Error determining Auth Order 1 system-auth config file\n",
                    "Error determining nsswitch.conf config file\n"});
@@ -72,33 +73,33 @@ TEST_F(UpdateAuth, NeedsItsThreeFilesBeforeAnyIsTouched)
 TEST_F(UpdateAuth, MakesTheDerivedFilesFromTheEarlierOrderWhenTheNewOneCannotBeSaved)
 {
     const XasFault fault{"rename", EIO, 1, 1};
-    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.byte(122, 9).byte(121, 1).build();
+    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.set("ldap", 9).set("nis", 1);
     EXPECT_EQ(update(msg), 1);
-    expectReply(3, "Error saving new r58authconfig config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new r58authconfig config file");
     EXPECT_EQ(xasReadFile(ORDER), "LOCAL=1\n");
     expectDerivedFiles();
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Error renaming new config file \"" + std::string{ORDER} + "\"\n"),
                             xasErrorLine("Error editing network config file\n")));
-    EXPECT_EQ(xasMessageBytes(msg, 121, 2), std::string("\1\0", 2)) << "clamped all the same";
+    EXPECT_EQ(xasValueIn(msg, "nis") + xasValueIn(msg, "ldap"), "10") << "clamped all the same";
 }
 
 TEST_F(UpdateAuth, LogsAMissingOrderFileForEachReader)
 {
     std::remove(ORDER);
-    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.byte(122, 9).build();
+    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.set("ldap", 9);
     EXPECT_EQ(update(msg), 1);
-    expectReply(2, "Error opening sysconfig/r58authconfig config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening sysconfig/r58authconfig config file");
     EXPECT_THAT(log.lines(), ElementsAre(ORDER_MISSING, xasErrorLine("Error editing network config file\n"),
                                          ORDER_MISSING, ORDER_MISSING, ORDER_MISSING));
     EXPECT_THAT(dir.read("system-auth"), Not(HasSubstr("use_first_pass")));
     EXPECT_EQ(dir.read("nsswitch"), "passwd:     files\n");
-    EXPECT_EQ(xasMessageBytes(msg, 122, 1), "\x09") << "left alone, the file was not even opened";
+    EXPECT_EQ(xasValueIn(msg, "ldap"), "9") << "left alone, the file was not even opened";
 }
 
 TEST_F(UpdateAuth, RemembersNoPositionThatTheOrderFileNoLongerNames)
 {
-    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.byte(120, 2).byte(121, 1).byte(122, 3).build();
+    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.set("local=2 nis=1 ldap=3");
     EXPECT_EQ(update(msg), 0);
     EXPECT_EQ(dir.read("nsswitch"), "passwd:     nis files\n");
     EXPECT_THAT(dir.read("system-auth"), HasSubstr("pam_ldap.so"));
@@ -111,18 +112,18 @@ TEST_F(UpdateAuth, RemembersNoPositionThatTheOrderFileNoLongerNames)
 TEST_F(UpdateAuth, SucceedsWithAReasonWhenTheNameServiceFileCannotBeOpened)
 {
     std::remove(dir.path("nsswitch").c_str());
-    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.byte(120, 1).build();
+    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.set("local", 1);
     EXPECT_EQ(update(msg), 0);
-    expectReply(2, "Error opening pam.d/system-auth config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening pam.d/system-auth config file");
     EXPECT_THAT(log.lines(), ElementsAre(openFailed("nsswitch")));
 }
 
 TEST_F(UpdateAuth, SucceedsWithAReasonWhenTheNameServiceFileCannotBeSaved)
 {
     const XasFault fault{"rename", EIO, 3};
-    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.byte(120, 1).build();
+    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.set("local", 1);
     EXPECT_EQ(update(msg), 0);
-    expectReply(3, "Error saving new firewall config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new firewall config file");
     EXPECT_EQ(dir.read("nsswitch"), "passwd: old\n");
 }
 
@@ -130,9 +131,9 @@ TEST_F(UpdateAuth, SucceedsWhenThePamFileCannotBeOpened)
 {
     std::filesystem::remove(dir.path("system-auth"));
     dir.write("system-auth/inside", "");
-    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.byte(120, 1).build();
+    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.set("local", 1);
     EXPECT_EQ(update(msg), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), ElementsAre(openFailed("system-auth")));
     EXPECT_EQ(dir.read("nsswitch"), "passwd:     files\n");
 }
@@ -142,10 +143,9 @@ TEST_F(UpdateAuth, WritesTheOrderAndWhatFollowsFromItAndFromTheSettingsOfOtherMe
     xasWriteFile("/etc/krb5.conf", "[appdefaults]\n    use_ldap = 1\n");
     xasWriteFile("/etc/tacplus.conf", "server1 = tac1\nserver2 = \nserver3 = tac3\n"
                                       "server1_secret = s3cret\nencrypt = 1\nlogin = chap\n");
-    XasMessage msg =
-        XasMessageBuilder{XMSG_AUTH}.byte(125, 1).byte(126, 2).byte(123, 200).word(128, 7).build();
+    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.set("kerberos=1 tacacs=2 radius=200 first_responding=7");
     EXPECT_EQ(update(msg), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
     EXPECT_EQ(xasReadFile(ORDER),
               "FIRSTRSP=1\nLOCAL=0\nNIS=0\nLDAP=0\nRADIUS=0\nSECURID=0\nKERBEROS=1\nTACACS=2\n");

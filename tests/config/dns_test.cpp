@@ -5,6 +5,7 @@
 #include "support/files.h"
 #include "support/log.h"
 #include "support/message.h"
+#include "support/reply.h"
 
 #include <arpa/inet.h>
 #include <cerrno>
@@ -47,7 +48,7 @@ class DnsHandler : public XasFilesTest {
                 files.emplace_back(type, dir.path(type));
         }
         const XasCfgFileList cfgFiles = xasTestCfgFiles(files);
-        XasMessage msg = XasMessageBuilder{XMSG_DNS}.payload(payload).build();
+        XasMessage msg = XasMessageBuilder{XMSG_DNS}.payload(payload);
         return xasUpdateDnsCfg(&msg, &cfgFiles, &reply);
     }
 
@@ -83,7 +84,7 @@ TEST(DnsDeathTest, NeedsItsArgumentsAndItsMessageType)
 {
     XasReplyStatus reply;
     const XasCfgFileList cfgFiles;
-    XasMessage msg = XasMessageBuilder{XMSG_HOSTNAME}.build();
+    XasMessage msg = XasMessageBuilder{XMSG_HOSTNAME};
     EXPECT_DEATH(xasUpdateDnsCfg(nullptr, &cfgFiles, &reply), "msg != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasUpdateDnsCfg(&msg, &cfgFiles, &reply), "XMSG_DNS == msg->xH.msgtype");
     msg.xH.msgtype = XMSG_DNS;
@@ -94,8 +95,7 @@ TEST(DnsDeathTest, NeedsItsArgumentsAndItsMessageType)
 TEST_F(DnsHandler, FailsWithoutTheServersFile)
 {
     EXPECT_EQ(apply({}, "resolv"), 1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Error determining dns config file");
+    EXPECT_EQ(xasReplyText(reply), "1 Error determining dns config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining config file for dns\n")));
     EXPECT_EQ(dir.read("dnsprec"), "IPV4_PRECEDENCE=yes");
 }
@@ -103,8 +103,7 @@ TEST_F(DnsHandler, FailsWithoutTheServersFile)
 TEST_F(DnsHandler, RollsTheServersBackWithoutThePrecedenceFile)
 {
     EXPECT_EQ(apply(serversOf("192.0.2.9", "", ""), "dnsprec"), 1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Error determining dns precedence config file");
+    EXPECT_EQ(xasReplyText(reply), "1 Error determining dns precedence config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining precedence config file for dns\n")));
     EXPECT_EQ(dir.read("resolv"), "192.0.2.1\n");
     EXPECT_FALSE(dir.has("resolv.old"));
@@ -114,8 +113,7 @@ TEST_F(DnsHandler, RestoresNothingWhenTheServersFileIsNotThere)
 {
     std::remove(dir.path("resolv").c_str());
     EXPECT_EQ(apply({}), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening DNS config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening DNS config file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Error opening config file \"" + dir.path("resolv") + "\"\n"),
                             xasErrorLine("Error editing DNS config file\n")));
@@ -126,8 +124,7 @@ TEST_F(DnsHandler, ReportsServersThatCannotBeSavedAndRestoresNothing)
 {
     const XasFault fault{"rename", EIO, 1, 1};
     EXPECT_EQ(apply(serversOf("192.0.2.9", "", "")), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new DNS config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new DNS config file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Error renaming new config file \"" + dir.path("resolv") + "\"\n"),
                             xasErrorLine("Error editing DNS config file\n")));
@@ -138,8 +135,7 @@ TEST_F(DnsHandler, RollsTheServersBackWhenThePrecedenceFileCannotBeSaved)
 {
     const XasFault fault{"rename", EIO, 3, 1};
     EXPECT_EQ(apply(serversOf("192.0.2.9", "", "")), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new DNS precedence config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new DNS precedence config file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Error renaming new config file \"" + dir.path("dnsprec") + "\"\n"),
                             xasErrorLine("Error editing DNS precedence config file\n")));
@@ -151,8 +147,7 @@ TEST_F(DnsHandler, RollsTheServersBackWhenThePrecedenceFileCannotBeOpened)
 {
     dir.write("dnsprec.tmp/inside", ""); // a directory stands where the temporary should be
     EXPECT_EQ(apply(serversOf("192.0.2.9", "", "")), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening DNS precedence config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening DNS precedence config file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Error opening output file \"" + dir.path("dnsprec.tmp") + "\"\n"),
                             xasErrorLine("Error editing DNS precedence config file\n")));

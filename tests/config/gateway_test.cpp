@@ -5,6 +5,7 @@
 #include "support/faults.h"
 #include "support/files.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <gmock/gmock.h>
@@ -26,10 +27,9 @@ XasAltGateway values()
 
 class GatewayFiles : public XasFilesTest {
   protected:
-    void expectFailure(std::uint32_t rcode, const char *reason, const std::string &logged)
+    void expectFailure(const char *answer, const std::string &logged)
     {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
+        EXPECT_EQ(xasReplyText(reply), answer);
         EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine(logged)));
     }
 
@@ -51,7 +51,7 @@ TEST_F(GatewayFiles, PrecedenceMustExist)
 {
     const std::string path = dir.path("precedence");
     EXPECT_EQ(xasEditGWPrecFile(path.c_str(), 1, &reply), 1);
-    expectFailure(2, "Error opening dhcp gateway precedenc config file",
+    expectFailure("2 Error opening dhcp gateway precedenc config file",
                   "Error opening config file \"" + path + "\"\n");
     EXPECT_THAT(dir.names(), IsEmpty());
 }
@@ -61,7 +61,7 @@ TEST_F(GatewayFiles, PrecedenceStaysWhenItCannotBeSaved)
     const std::string path = dir.write("precedence", "old\n");
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(xasEditGWPrecFile(path.c_str(), 1, &reply), 1);
-    expectFailure(3, "Error saving new hostname config file",
+    expectFailure("3 Error saving new hostname config file",
                   "Error renaming new config file \"" + path + "\"\n");
     EXPECT_EQ(dir.read("precedence"), "old\n");
 }
@@ -79,7 +79,7 @@ TEST_F(GatewayFiles, AlternateGatewayMustExist)
 {
     const std::string path = dir.path("alternate");
     EXPECT_EQ(xasEditAltGWFile(path.c_str(), values(), &reply), 1);
-    expectFailure(2, "Error opening alternate gateway config file",
+    expectFailure("2 Error opening alternate gateway config file",
                   "Error opening config file \"" + path + "\"\n");
 }
 
@@ -88,7 +88,7 @@ TEST_F(GatewayFiles, AlternateGatewayStaysWhenItCannotBeSaved)
     const std::string path = dir.write("alternate", "DGD_GATEWAY=1.2.3.4\n");
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(xasEditAltGWFile(path.c_str(), values(), &reply), 1);
-    expectFailure(3, "Error saving new altenate gateway config file",
+    expectFailure("3 Error saving new altenate gateway config file",
                   "Error renaming new config file \"" + path + "\"\n");
     EXPECT_EQ(dir.read("alternate"), "DGD_GATEWAY=1.2.3.4\n");
 }

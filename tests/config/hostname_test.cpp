@@ -5,6 +5,7 @@
 #include "support/files.h"
 #include "support/log.h"
 #include "support/message.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <gmock/gmock.h>
@@ -52,7 +53,7 @@ class HostnameHandler : public XasFilesTest {
                 files.emplace_back(type, dir.path(type));
         }
         const XasCfgFileList cfgFiles = xasTestCfgFiles(files);
-        XasMessage msg = XasMessageBuilder{XMSG_HOSTNAME}.payload(payloadOf(hostname, domain)).build();
+        XasMessage msg = XasMessageBuilder{XMSG_HOSTNAME}.payload(payloadOf(hostname, domain));
         return xasUpdateHostnameCfg(&msg, &cfgFiles, &reply);
     }
 
@@ -136,7 +137,7 @@ TEST(HostnameDeathTest, NeedsItsArgumentsAndItsMessageType)
 {
     XasReplyStatus reply;
     const XasCfgFileList cfgFiles;
-    XasMessage msg = XasMessageBuilder{XMSG_DNS}.build();
+    XasMessage msg = XasMessageBuilder{XMSG_DNS};
     EXPECT_DEATH(xasUpdateHostnameCfg(nullptr, &cfgFiles, &reply), "msg != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasUpdateHostnameCfg(&msg, &cfgFiles, &reply), "XMSG_HOSTNAME == msg->xH.msgtype");
     msg.xH.msgtype = XMSG_HOSTNAME;
@@ -149,8 +150,7 @@ TEST(HostnameDeathTest, NeedsItsArgumentsAndItsMessageType)
 TEST_F(HostnameHandler, FailsWithoutTheHostsFile)
 {
     EXPECT_EQ(apply("console1", "example.org", "hosts"), 1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Error determining hosts file");
+    EXPECT_EQ(xasReplyText(reply), "1 Error determining hosts file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining hosts config file\n")));
     expectAllOld();
 }
@@ -158,8 +158,7 @@ TEST_F(HostnameHandler, FailsWithoutTheHostsFile)
 TEST_F(HostnameHandler, RollsTheHostsFileBackWithoutTheHostNameFile)
 {
     EXPECT_EQ(apply("console1", "example.org", "hostname"), 1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Error determining hostname config file");
+    EXPECT_EQ(xasReplyText(reply), "1 Error determining hostname config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining config file for hostname\n")));
     expectAllOld();
 }
@@ -167,8 +166,7 @@ TEST_F(HostnameHandler, RollsTheHostsFileBackWithoutTheHostNameFile)
 TEST_F(HostnameHandler, RollsTwoFilesBackWithoutTheNetworkFile)
 {
     EXPECT_EQ(apply("console1", "example.org", "network"), 1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Error determining network config file");
+    EXPECT_EQ(xasReplyText(reply), "1 Error determining network config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining network config file\n")));
     expectAllOld();
 }
@@ -176,8 +174,7 @@ TEST_F(HostnameHandler, RollsTwoFilesBackWithoutTheNetworkFile)
 TEST_F(HostnameHandler, RollsThreeFilesBackWithoutTheDomainFile)
 {
     EXPECT_EQ(apply("console1", "example.org", "domain"), 1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Error determining static domain configuration file");
+    EXPECT_EQ(xasReplyText(reply), "1 Error determining static domain configuration file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Error determining static domain configuration file\n")));
     expectAllOld();
@@ -187,8 +184,7 @@ TEST_F(HostnameHandler, TriesToRestoreTheHostsFileWhoseOwnEditFailed)
 {
     std::remove(dir.path("hosts").c_str());
     EXPECT_EQ(apply("console1", "example.org"), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening hosts config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening hosts config file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Error opening config file \"" + dir.path("hosts") + "\"\n"),
                             xasErrorLine("Error editing hosts file\n"),
@@ -199,8 +195,7 @@ TEST_F(HostnameHandler, RollsTheHostsFileBackWhenTheHostNameFileIsNotThere)
 {
     std::remove(dir.path("hostname").c_str());
     EXPECT_EQ(apply("console1", "example.org"), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening hostname config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening hostname config file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Error opening config file \"" + dir.path("hostname") + "\"\n"),
                             xasErrorLine("Error editing hostname file\n")));
@@ -211,8 +206,7 @@ TEST_F(HostnameHandler, RollsTwoFilesBackWhenTheNetworkFileIsNotThere)
 {
     std::remove(dir.path("network").c_str());
     EXPECT_EQ(apply("console1", "example.org"), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening network config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening network config file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Error opening config file \"" + dir.path("network") + "\"\n"),
                             xasErrorLine("Error editing network config file\n")));
@@ -224,8 +218,7 @@ TEST_F(HostnameHandler, RollsThreeFilesBackWhenTheDomainFileIsNotThere)
 {
     std::remove(dir.path("domain").c_str());
     EXPECT_EQ(apply("console1", "example.org"), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening static domain configuration file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening static domain configuration file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Error opening config file \"" + dir.path("domain") + "\"\n"),
                             xasErrorLine("Error editing static domain configuration file\n")));
@@ -251,8 +244,7 @@ TEST_F(HostnameHandler, ReportsAFileThatCannotBeSaved)
         log.take();
         const XasFault fault{"rename", EIO, c.renamesBefore, 1};
         EXPECT_EQ(apply("console1", "example.org"), 1);
-        EXPECT_EQ(reply.rcode, 3U);
-        EXPECT_EQ(reply.rstr, c.reason);
+        EXPECT_EQ(xasReplyText(reply), std::string{"3 "} + c.reason);
         EXPECT_THAT(log.lines(), testing::Contains(xasErrorLine(c.log)));
         EXPECT_EQ(dir.read("hosts"), OLD_HOSTS) << c.reason;
         EXPECT_EQ(dir.read("network"), OLD_NETWORK) << c.reason;
@@ -270,8 +262,7 @@ TEST_F(HostnameHandler, WritesAllFourFilesAndKeepsTheirOldContent)
     EXPECT_EQ(dir.read("hostname.old"), "old\n");
     EXPECT_EQ(dir.read("network.old"), OLD_NETWORK);
     EXPECT_EQ(dir.read("domain.old"), "STATIC_DOMAIN=old\n");
-    EXPECT_EQ(reply.rcode, 0U);
-    EXPECT_EQ(reply.rstr, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 

@@ -5,6 +5,7 @@
 #include "support/faults.h"
 #include "support/files.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <gmock/gmock.h>
@@ -36,12 +37,6 @@ class EthernetFile : public XasFilesTest {
         return xasEditEthCfgFile(path.c_str(), &port, device, isSlave, bonding, &reply);
     }
 
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
-    }
-
     std::string path = dir.path("ifcfg");
     XasEthPort port = xasTestEth().ports[0];
     XasLogCapture log;
@@ -57,7 +52,7 @@ std::string completeText(const XasEthPort &port, std::string_view device = "eth0
     XasReplyStatus reply;
     const XasNewText text = xasEthCfgText({port, device, isSlave, bonding}, dhcpHostname, &reply);
     EXPECT_TRUE(text.complete);
-    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     return text.text;
 }
 
@@ -86,7 +81,7 @@ TEST_F(EthernetFile, IsLeftAloneWhenTheAddressSourceIsUnknown)
         port.source = source;
         reply = {};
         EXPECT_EQ(edit(), 1);
-        expectReply(1, "Invalid address source");
+        EXPECT_EQ(xasReplyText(reply), "1 Invalid address source");
         EXPECT_THAT(log.take(), IsEmpty());
         EXPECT_EQ(dir.read("ifcfg"), "old\n");
         EXPECT_EQ(dir.read("ifcfg.tmp"), "DEVICE=eth0\nTYPE=Ethernet\n");
@@ -99,7 +94,7 @@ TEST_F(EthernetFile, OfBondingIsLeftAloneWhenTheModeHasNoOptions)
     dir.write("ifcfg", "old\n");
     for (const std::uint32_t bonding : {0U, 4U, 0xFFFFFFFFU}) {
         EXPECT_EQ(edit("bond0", false, bonding), 1);
-        expectReply(0, "");
+        EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
         EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error getting Ethernet bonding options string\n")));
         EXPECT_EQ(dir.read("ifcfg"), "old\n");
         EXPECT_EQ(dir.read("ifcfg.tmp"), "DEVICE=bond0\n"
@@ -122,7 +117,7 @@ TEST_F(EthernetFile, IsLeftAloneWhenItCannotBeOpened)
     dir.write("ifcfg", "old\n");
     dir.write("ifcfg.tmp/in-the-way", "");
     EXPECT_EQ(edit(), 1);
-    expectReply(2, "Error opening ethernet config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening ethernet config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening output file \"" + path + ".tmp\"\n")));
     EXPECT_EQ(dir.read("ifcfg"), "old\n");
 }
@@ -132,7 +127,7 @@ TEST_F(EthernetFile, IsLeftAloneWhenItCannotBeSaved)
     dir.write("ifcfg", "old\n");
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(edit(), 1);
-    expectReply(3, "Error saving new ethernet config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new ethernet config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
     EXPECT_EQ(dir.read("ifcfg"), "old\n");
 }
@@ -140,7 +135,7 @@ TEST_F(EthernetFile, IsLeftAloneWhenItCannotBeSaved)
 TEST_F(EthernetFile, NeedNotExist)
 {
     EXPECT_EQ(edit(), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_EQ(dir.read("ifcfg"), STATIC_ETH0);
     EXPECT_THAT(dir.names(), ElementsAre("ifcfg"));
     EXPECT_THAT(log.lines(), IsEmpty());
@@ -162,8 +157,7 @@ TEST(EthernetText, EndsBehindTheTypeWhenTheAddressSourceIsUnknown)
     const XasNewText text = xasEthCfgText({port, "bond0", false, 1}, "", &reply);
     EXPECT_FALSE(text.complete);
     EXPECT_EQ(text.text, "DEVICE=bond0\nTYPE=Bonding\n");
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Invalid address source");
+    EXPECT_EQ(xasReplyText(reply), "1 Invalid address source");
 }
 
 TEST(EthernetText, OfASlaveHasNothingOfItsOwn)
@@ -319,7 +313,7 @@ TEST(EthernetText, OfRandomBytesHoldsNothingButAssignments)
 TEST_F(EthernetFile, ToEnableMustExist)
 {
     EXPECT_EQ(xasEditEthEnableCfgFile(path.c_str(), true, &reply), 1);
-    expectReply(2, "Error opening ethernet enable config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening ethernet enable config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
     EXPECT_THAT(dir.names(), IsEmpty());
 }
@@ -329,7 +323,7 @@ TEST_F(EthernetFile, ToEnableStaysWhenItCannotBeSaved)
     dir.write("ifcfg", "ONBOOT=no\n");
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(xasEditEthEnableCfgFile(path.c_str(), true, &reply), 1);
-    expectReply(3, "Error saving new ethernet config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new ethernet config file");
     EXPECT_EQ(dir.read("ifcfg"), "ONBOOT=no\n");
 }
 

@@ -4,6 +4,7 @@
 #include "support/faults.h"
 #include "support/files.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <gmock/gmock.h>
@@ -35,8 +36,7 @@ TEST_F(KernelFile, MustExist)
 {
     const std::string path = dir.path("sysctl.conf");
     EXPECT_EQ(xasEditKernelCfgFile(path.c_str(), &VALUES, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening kernel config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening kernel config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
     EXPECT_TRUE(dir.names().empty());
 }
@@ -46,8 +46,7 @@ TEST_F(KernelFile, StaysAsItIsWhenTheNewOneCannotBePutInPlace)
     const std::string path = dir.write("sysctl.conf", "net.ipv4.ip_forward = 0\n");
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(xasEditKernelCfgFile(path.c_str(), &VALUES, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new kernel config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new kernel config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
     EXPECT_EQ(dir.read("sysctl.conf"), "net.ipv4.ip_forward = 0\n");
 }
@@ -56,8 +55,7 @@ TEST_F(KernelFile, IsReplacedAndItsOldContentKept)
 {
     const std::string path = dir.write("sysctl.conf", "net.ipv4.ip_forward = 0\n");
     EXPECT_EQ(xasEditKernelCfgFile(path.c_str(), &VALUES, &reply), 0);
-    EXPECT_EQ(reply.rcode, 0U);
-    EXPECT_EQ(reply.rstr, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_EQ(dir.read("sysctl.conf"), "net.ipv4.ip_forward = 1\n");
     EXPECT_EQ(dir.read("sysctl.conf.old"), "net.ipv4.ip_forward = 0\n");
     EXPECT_TRUE(log.lines().empty());

@@ -6,6 +6,7 @@
 #include "support/files.h"
 #include "support/log.h"
 #include "support/message.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <gmock/gmock.h>
@@ -17,7 +18,7 @@ namespace {
 
 XasMessage notice(std::uint32_t code, std::string_view text)
 {
-    return XasMessageBuilder{XMSG_NOTIFY}.word(120, code).bytes(136, text).build();
+    return XasMessageBuilder{XMSG_NOTIFY}.set("code", code).set("text", text);
 }
 
 class EthStatusUpdate : public XasFilesTest {
@@ -40,12 +41,6 @@ class EthStatusUpdate : public XasFilesTest {
         EXPECT_EQ(dir.read("eth1"), "DEVICE=eth1\nONBOOT=yes\n");
         EXPECT_FALSE(dir.has("eth0.old"));
         EXPECT_FALSE(dir.has("eth1.old"));
-    }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
     }
 
     XasCfgFileList cfgFiles = xasTestCfgFiles({{"eth0", dir.path("eth0")}, {"eth1", dir.path("eth1")}});
@@ -76,7 +71,7 @@ TEST_F(EthStatusUpdate, RefusesOtherKindsOfNotice)
                                          xasErrorLine("Invalid notify message of type 1 received\n"),
                                          xasErrorLine("Invalid notify message of type 4 received\n"),
                                          xasErrorLine("Invalid notify message of type -1 received\n")));
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     expectNothingChanged();
 }
 
@@ -91,7 +86,7 @@ TEST_F(EthStatusUpdate, RefusesOtherPorts)
                             xasErrorLine("Invalid link change interface type: Eth\n"),
                             xasErrorLine("Invalid link change interface type: Eth3 Link Down\n"),
                             xasErrorLine("Invalid link change interface type: eth1 Link Down\n")));
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     expectNothingChanged();
 }
 
@@ -106,7 +101,7 @@ TEST_F(EthStatusUpdate, NeedsTheFileOfThePortThatChanged)
 {
     cfgFiles.erase(cfgFiles.begin());
     EXPECT_EQ(update(2, "Eth1 Link Up"), 1);
-    expectReply(1, "Error determining Ethernet enable config file");
+    EXPECT_EQ(xasReplyText(reply), "1 Error determining Ethernet enable config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining Ethernet enable config file\n")));
     expectNothingChanged();
     EXPECT_EQ(update(3, "Eth2 Link Down"), 0);
@@ -116,7 +111,7 @@ TEST_F(EthStatusUpdate, TellsAFileThatIsNotThere)
 {
     cfgFiles = xasTestCfgFiles({{"eth1", dir.path("gone")}});
     EXPECT_EQ(update(3, "Eth2 Link Down"), 1);
-    expectReply(2, "Error opening ethernet enable config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening ethernet enable config file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Error opening config file \"" + dir.path("gone") + "\"\n"),
                             xasErrorLine("Error editing Ethernet enable configuration file\n")));
@@ -126,7 +121,7 @@ TEST_F(EthStatusUpdate, TellsAFileThatCannotBeSavedAndRestoresNothing)
 {
     const XasFault fault{"rename", EIO, 1, 1};
     EXPECT_EQ(update(3, "Eth2 Link Down"), 1);
-    expectReply(3, "Error saving new ethernet config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new ethernet config file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Error renaming new config file \"" + dir.path("eth1") + "\"\n"),
                             xasErrorLine("Error editing Ethernet enable configuration file\n")));
@@ -141,7 +136,7 @@ TEST_F(EthStatusUpdate, StartsAtBootAPortThatCameUp)
     EXPECT_EQ(dir.read("eth1"), "DEVICE=eth1\nONBOOT=yes\n");
     EXPECT_FALSE(dir.has("eth1.old"));
     EXPECT_THAT(log.lines(), IsEmpty());
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(EthStatusUpdate, DoesNotStartAtBootAPortThatWentDown)

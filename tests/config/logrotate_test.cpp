@@ -5,6 +5,7 @@
 #include "support/files.h"
 #include "support/growth.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <gmock/gmock.h>
@@ -203,8 +204,7 @@ TEST_F(LogrotateFile, MustExist)
 {
     const std::string path = dir.path("logrotate.conf");
     EXPECT_EQ(xasEditLogrotateCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening logrotate config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening logrotate config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
 }
 
@@ -213,8 +213,7 @@ TEST_F(LogrotateFile, StaysAsItIsWhenTheNewOneCannotBePutInPlace)
     const std::string path = dir.write("logrotate.conf", LIFELIKE);
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(xasEditLogrotateCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new logrotate config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new logrotate config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
     EXPECT_EQ(dir.read("logrotate.conf"), LIFELIKE);
 }
@@ -225,6 +224,6 @@ TEST_F(LogrotateFile, IsReplacedAndItsOldContentKept)
     EXPECT_EQ(xasEditLogrotateCfgFile(path.c_str(), &sysLogInfo, &reply), 0);
     EXPECT_EQ(dir.read("logrotate.conf"), "size 64k\n");
     EXPECT_EQ(dir.read("logrotate.conf.old"), "size 1k\n");
-    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
 }

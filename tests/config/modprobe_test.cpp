@@ -4,6 +4,7 @@
 #include "support/faults.h"
 #include "support/files.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <gmock/gmock.h>
@@ -41,8 +42,7 @@ TEST_F(ModprobeFile, IsLeftAloneWhenTheBondingModeIsUnknown)
 {
     dir.write("network.conf", "options ipv6 disable=1\n");
     EXPECT_EQ(xasEditModProbeCfgFile(path.c_str(), 4, false, &reply), 1);
-    EXPECT_EQ(reply.rcode, 0U);
-    EXPECT_EQ(reply.rstr, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error getting Ethernet bonding options string\n")));
     EXPECT_EQ(dir.read("network.conf"), "options ipv6 disable=1\n");
     EXPECT_EQ(dir.read("network.conf.tmp"), "alias netdev-bond0 bonding\n");
@@ -53,8 +53,7 @@ TEST_F(ModprobeFile, IsLeftAloneWhenItCannotBeOpened)
 {
     dir.write("network.conf.tmp/in-the-way", "");
     EXPECT_EQ(xasEditModProbeCfgFile(path.c_str(), 0, false, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening modprobe config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening modprobe config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening output file \"" + path + ".tmp\"\n")));
 }
 
@@ -63,8 +62,7 @@ TEST_F(ModprobeFile, IsLeftAloneWhenItCannotBeSaved)
     dir.write("network.conf", "old\n");
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(xasEditModProbeCfgFile(path.c_str(), 0, false, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new modprobe config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new modprobe config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
     EXPECT_EQ(dir.read("network.conf"), "old\n");
 }

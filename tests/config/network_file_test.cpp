@@ -5,6 +5,7 @@
 #include "support/faults.h"
 #include "support/files.h"
 #include "support/log.h"
+#include "support/reply.h"
 #include "wire/address.h"
 
 #include <cerrno>
@@ -63,8 +64,7 @@ TEST_F(NetworkFile, MustExist)
     const std::string path = dir.path("network");
     const XasNetInfo netInfo = gateways("10.0.0.1");
     EXPECT_EQ(xasEditNetCfgFile(path.c_str(), &netInfo, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening network config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening network config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
     EXPECT_THAT(dir.names(), IsEmpty());
 }
@@ -75,8 +75,7 @@ TEST_F(NetworkFile, StaysAsItIsWhenTheNewOneCannotBePutInPlace)
     const XasNetInfo netInfo = gateways("10.0.0.1");
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(xasEditNetCfgFile(path.c_str(), &netInfo, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new network config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new network config file");
     EXPECT_EQ(dir.read("network"), WHOLE_FILE);
 }
 

@@ -7,6 +7,7 @@
 #include "support/growth.h"
 #include "support/log.h"
 #include "support/message.h"
+#include "support/reply.h"
 
 #include <arpa/inet.h>
 #include <cerrno>
@@ -120,22 +121,16 @@ class RoutingUpdate : public XasFilesTest {
 
     RoutingUpdate()
     {
-        message.word(124, 1).word(128, 1).word(132, 1).word(136, 3);
-        message.word(140, ipv4("10.1.0.0")).word(144, ipv4("255.255.0.0")).word(148, ipv4("192.168.10.1"));
-        message.word(152, ipv4("10.2.0.0")).word(156, ipv4("255.255.255.0")).word(160, ipv4("192.168.10.2"));
-        message.word(164, ipv4("10.3.4.5")).word(168, 0xFFFFFFFF).word(172, ipv4("192.168.10.3"));
+        message.set("static_enabled=1 rip_enabled=1 rip_version=1 num_routes=3 route1.destination=10.1.0.0 "
+                    "route1.mask=255.255.0.0 route1.gateway=192.168.10.1 route2.destination=10.2.0.0 "
+                    "route2.mask=255.255.255.0 route2.gateway=192.168.10.2 route3.destination=10.3.4.5 "
+                    "route3.mask=255.255.255.255 route3.gateway=192.168.10.3");
     }
 
     int update()
     {
-        XasMessage msg = message.build();
+        XasMessage msg = message;
         return xasUpdateRoutingCfg(&msg, &files, &reply);
-    }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
     }
 };
 
@@ -394,9 +389,9 @@ TEST_F(RoutingFiles, MustExist)
     const std::string none = dir.path("none");
     const XasRoutingPayload routerCfg{};
     EXPECT_EQ(xasEditZebraCfgFile(none.c_str(), &routerCfg, &reply), 1);
-    expectReply(2, "Error opening zebra config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening zebra config file");
     EXPECT_EQ(xasEditRipdCfgFile(none.c_str(), &routerCfg, &reply), 1);
-    expectReply(2, "Error opening routing config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening routing config file");
     const XasLogLine noSuchFile = xasErrorLine("Error opening config file \"" + none + "\"\n");
     EXPECT_THAT(log.lines(), ElementsAre(noSuchFile, noSuchFile));
 }
@@ -408,13 +403,13 @@ TEST_F(RoutingFiles, NameTheFirewallWhenTheyCannotBePutInPlace)
         const XasFault fault{"rename", EIO, 1, 1};
         EXPECT_EQ(xasEditZebraCfgFile(zebra.c_str(), &routerCfg, &reply), 1);
     }
-    expectReply(3, "Error saving new firewall config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new firewall config file");
     reply = {};
     {
         const XasFault fault{"rename", EIO, 1, 1};
         EXPECT_EQ(xasEditRipdCfgFile(ripd.c_str(), &routerCfg, &reply), 1);
     }
-    expectReply(3, "Error saving new firewall config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new firewall config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + zebra + "\"\n"),
                                          xasErrorLine("Error renaming new config file \"" + ripd + "\"\n")));
     EXPECT_EQ(dir.read("zebra.conf"), "hostname a\n");
@@ -425,8 +420,8 @@ TEST_F(RoutingFiles, NameTheFirewallWhenTheyCannotBePutInPlace)
 
 TEST_F(RoutingUpdateDeathTest, NeedsAMessageOfItsTypeAndAList)
 {
-    XasMessage msg = message.build();
-    XasMessage other = XasMessageBuilder{XMSG_NTP}.build();
+    XasMessage msg = message;
+    XasMessage other = XasMessageBuilder{XMSG_NTP};
     EXPECT_DEATH(xasUpdateRoutingCfg(nullptr, &files, &reply), "msg != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasUpdateRoutingCfg(&other, &files, &reply), "XMSG_ROUTING == msg->xH.msgtype");
     EXPECT_DEATH(xasUpdateRoutingCfg(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
@@ -441,7 +436,7 @@ TEST_F(RoutingUpdate, NeedsBothFilesInTheListAndGivesNoReason)
         EXPECT_EQ(update(), 1);
         EXPECT_THAT(log.take(), ElementsAre(missing));
     }
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(dir.names(), ElementsAre("ripd.conf", "zebra.conf"));
 }
 
@@ -449,7 +444,7 @@ TEST_F(RoutingUpdate, WritesTheRipFileAlthoughTheOtherCannotBeEdited)
 {
     std::filesystem::remove(zebra);
     EXPECT_EQ(update(), 1);
-    expectReply(2, "Error opening zebra config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening zebra config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + zebra + "\"\n"),
                                          xasErrorLine("Error editing Zebra config file\n")));
     EXPECT_EQ(dir.read("ripd.conf"), sections("2") + "line vty\n");
@@ -459,7 +454,7 @@ TEST_F(RoutingUpdate, KeepsTheNewRoutesWhenTheRipFileCannotBeEdited)
 {
     std::filesystem::remove(ripd);
     EXPECT_EQ(update(), 1);
-    expectReply(2, "Error opening routing config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening routing config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + ripd + "\"\n"),
                                          xasErrorLine("Error editing Ripd config file\n")));
     EXPECT_EQ(dir.read("zebra.conf"), "hostname a\n" + routeLines());
@@ -468,7 +463,7 @@ TEST_F(RoutingUpdate, KeepsTheNewRoutesWhenTheRipFileCannotBeEdited)
 TEST_F(RoutingUpdate, WritesBothFilesAndKeepsTheirOldContent)
 {
     EXPECT_EQ(update(), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
     EXPECT_EQ(dir.read("zebra.conf"), "hostname a\n" + routeLines());
     EXPECT_EQ(dir.read("ripd.conf"), sections("2") + "line vty\n");
@@ -478,7 +473,7 @@ TEST_F(RoutingUpdate, WritesBothFilesAndKeepsTheirOldContent)
 
 TEST_F(RoutingUpdate, DoesNotLookAtTheWordInFrontOfItsSwitches)
 {
-    message.word(120, 1).word(124, 0).word(128, 0);
+    message.set("start=1 static_enabled=0 rip_enabled=0");
     EXPECT_EQ(update(), 0);
     EXPECT_EQ(dir.read("zebra.conf"), "hostname a\n");
     EXPECT_EQ(dir.read("ripd.conf"), "line vty\n");

@@ -6,6 +6,7 @@
 #include "support/hosts.h"
 #include "support/log.h"
 #include "support/message.h"
+#include "support/reply.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -29,24 +30,14 @@ class SyslogUpdate : public XasFilesTest {
 
     SyslogUpdate()
     {
-        for (std::uint32_t i = 0; i < 6; ++i)
-            message.word(120 + 4 * i, 1);
-        message.word(120, 3).word(140, 4);
-        message.bytes(144, xasHostBytes(xasNamedHost("")));
-        message.bytes(220, xasHostBytes(xasNamedHost("loghost")));
-        message.half(296, 30).half(298, 64);
+        message.set("local0=3 local1=1 authpriv=1 local3=1 local4=1 local5=4 remote1= remote2=loghost "
+                    "nut_size=30 log_size=64");
     }
 
     int update()
     {
-        XasMessage msg = message.build();
+        XasMessage msg = message;
         return xasUpdateSyslogCfg(&msg, &files, &reply);
-    }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
     }
 };
 
@@ -69,8 +60,8 @@ constexpr const char *NEW_LOGROTATE = "size 64k\n/var/log/nut {\nsize 30k\n}\n";
 
 TEST_F(SyslogUpdateDeathTest, NeedsAMessageOfItsTypeAndAList)
 {
-    XasMessage msg = message.build();
-    XasMessage other = XasMessageBuilder{XMSG_NTP}.build();
+    XasMessage msg = message;
+    XasMessage other = XasMessageBuilder{XMSG_NTP};
     EXPECT_DEATH(xasUpdateSyslogCfg(nullptr, &files, &reply), "msg != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasUpdateSyslogCfg(&other, &files, &reply), "XMSG_SYSLOG == msg->xH.msgtype");
     EXPECT_DEATH(xasUpdateSyslogCfg(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
@@ -80,19 +71,19 @@ TEST_F(SyslogUpdate, WithoutASyslogFileInTheListTouchesNothingAndGivesNoReason)
 {
     files = xasTestCfgFiles({{"logrotate", logrotateFile}});
     EXPECT_EQ(update(), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining config file for syslog\n")));
     EXPECT_THAT(dir.names(), ElementsAre("logrotate.conf", "syslog.conf"));
 }
 
 TEST_F(SyslogUpdate, RefusesAnUnknownLevelInAnyPlaceWithoutAWord)
 {
-    for (std::uint32_t i = 0; i < 6; ++i) {
-        message.word(120 + 4 * i, 5);
-        EXPECT_EQ(update(), 1) << i;
-        message.word(120 + 4 * i, 4);
+    for (const char *facility : {"local0", "local1", "authpriv", "local3", "local4", "local5"}) {
+        message.set(facility, 5);
+        EXPECT_EQ(update(), 1) << facility;
+        message.set(facility, 4);
     }
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
     EXPECT_THAT(dir.names(), ElementsAre("logrotate.conf", "syslog.conf"));
 }
@@ -101,7 +92,7 @@ TEST_F(SyslogUpdate, WritesTheSizesAlthoughTheSyslogFileCannotBeEdited)
 {
     std::filesystem::remove(syslogFile);
     EXPECT_EQ(update(), 1);
-    expectReply(2, "Error opening syslog config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening syslog config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + syslogFile + "\"\n"),
                                          xasErrorLine("Error editing syslog config file\n")));
     EXPECT_EQ(dir.read("logrotate.conf"), NEW_LOGROTATE);
@@ -111,7 +102,7 @@ TEST_F(SyslogUpdate, KeepsTheNewSyslogFileWithoutALogrotateFileInTheList)
 {
     files = xasTestCfgFiles({{"syslog", syslogFile}});
     EXPECT_EQ(update(), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining config file for logrotate\n")));
     EXPECT_EQ(dir.read("syslog.conf"), NEW_SYSLOG);
 }
@@ -120,7 +111,7 @@ TEST_F(SyslogUpdate, KeepsTheNewSyslogFileWhenTheLogrotateFileCannotBeEdited)
 {
     std::filesystem::remove(logrotateFile);
     EXPECT_EQ(update(), 1);
-    expectReply(2, "Error opening logrotate config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening logrotate config file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Error opening config file \"" + logrotateFile + "\"\n"),
                             xasErrorLine("Error editing logrotate config file\n")));
@@ -132,7 +123,7 @@ TEST_F(SyslogUpdate, SaysBothFailuresAndReportsTheSecond)
     std::filesystem::remove(syslogFile);
     std::filesystem::remove(logrotateFile);
     EXPECT_EQ(update(), 1);
-    expectReply(2, "Error opening logrotate config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening logrotate config file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Error opening config file \"" + syslogFile + "\"\n"),
                             xasErrorLine("Error editing syslog config file\n"),
@@ -143,7 +134,7 @@ TEST_F(SyslogUpdate, SaysBothFailuresAndReportsTheSecond)
 TEST_F(SyslogUpdate, WritesBothFilesAndKeepsTheirOldContent)
 {
     EXPECT_EQ(update(), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
     EXPECT_EQ(dir.read("syslog.conf"), NEW_SYSLOG);
     EXPECT_EQ(dir.read("logrotate.conf"), NEW_LOGROTATE);

@@ -6,6 +6,7 @@
 #include "support/growth.h"
 #include "support/hosts.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <gmock/gmock.h>
@@ -233,8 +234,7 @@ TEST_F(SyslogFile, MustExist)
 {
     const std::string path = dir.path("syslog.conf");
     EXPECT_EQ(xasEditSyslogCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening syslog config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening syslog config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
 }
 
@@ -243,8 +243,7 @@ TEST_F(SyslogFile, StaysAsItIsWhenTheNewOneCannotBePutInPlace)
     const std::string path = dir.write("syslog.conf", LIFELIKE);
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(xasEditSyslogCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new syslog config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new syslog config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
     EXPECT_EQ(dir.read("syslog.conf"), LIFELIKE);
 }
@@ -266,7 +265,7 @@ TEST_F(SyslogFile, HasTheLocalRulesAndThenTheForwardingRules)
                                        "kern.info    @loghost\n"
                                        "auth.info    @loghost\n");
     EXPECT_EQ(dir.read("syslog.conf.old"), "local0.info    /a\nmail.*    /b\n");
-    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 

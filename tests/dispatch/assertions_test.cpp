@@ -23,9 +23,9 @@ auto assertion(const std::string &text, const std::string &function)
 
 class AssertionsDeathTest : public testing::Test {
   protected:
-    XasMessage other = XasMessageBuilder{XMSG_SSH}.build();
-    XasMessage hostname = XasMessageBuilder{XMSG_HOSTNAME}.build();
-    XasMessage dns = XasMessageBuilder{XMSG_DNS}.build();
+    XasMessage other = XasMessageBuilder{XMSG_SSH};
+    XasMessage hostname = XasMessageBuilder{XMSG_HOSTNAME};
+    XasMessage dns = XasMessageBuilder{XMSG_DNS};
     XasDnsPayload servers{};
     XasCfgFileList files;
     XasReplyStatus reply;

@@ -7,6 +7,7 @@
 
 #include "support/hosts.h"
 #include "support/log.h"
+#include "support/reply.h"
 #include "support/small_disk.h"
 
 #include <gmock/gmock.h>
@@ -33,12 +34,6 @@ class FullDisk : public testing::Test {
     XasSmallDisk disk;
     XasLogCapture log;
     XasReplyStatus reply;
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
-    }
 };
 
 } // namespace
@@ -59,7 +54,7 @@ TEST_F(FullDisk, LeavesTheNtpConfigurationAndGivesNoReason)
     const std::string path = disk.write("ntp.conf", text);
     const XasNtpInfo ntpInfo{.sync = 1, .poll = 1, .servers = {xasNamedHost("longer"), {}, {}}};
     EXPECT_EQ(xasEditNTPCfgFile(path.c_str(), &ntpInfo, &reply), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to NTP config file\n")));
     EXPECT_EQ(disk.read("ntp.conf"), text);
@@ -73,7 +68,7 @@ TEST_F(FullDisk, LeavesTheNtpStepFileAndGivesItsOwnReason)
     const std::string other = disk.write("other", std::string(XasSmallDisk::FILE_SIZE, 'o'));
     const XasHostAddr server = xasNamedHost("new");
     EXPECT_EQ(xasEditNTPStepFile(path.c_str(), &server, nullptr, nullptr, &reply), 1);
-    expectReply(3, "Error writing to NTP step file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error writing to NTP step file");
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to NTP step file\n")));
     EXPECT_EQ(disk.read("step-tickers"), "old\n");
@@ -85,7 +80,7 @@ TEST_F(FullDisk, LeavesTheSyslogConfigurationAndGivesNoReasonForALocalRule)
     const std::string path = disk.write("syslog.conf", text);
     XasSyslogPayload sysLogInfo{};
     EXPECT_EQ(xasEditSyslogCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to syslog config file\n")));
     EXPECT_EQ(disk.read("syslog.conf"), text);
@@ -98,7 +93,7 @@ TEST_F(FullDisk, LeavesTheSyslogConfigurationAndSaysThatItCouldNotBeSavedForAFor
     XasSyslogPayload sysLogInfo{};
     sysLogInfo.remotes[0] = xasNamedHost("loghost");
     EXPECT_EQ(xasEditSyslogCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
-    expectReply(3, "Error saving new syslog config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new syslog config file");
     EXPECT_THAT(
         log.lines(),
         ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to syslog config file\n"), NOT_PRINTED));
@@ -113,7 +108,7 @@ TEST_F(FullDisk, LeavesTheLogrotateConfigurationAndGivesNoReason)
     XasSyslogPayload sysLogInfo{};
     sysLogInfo.log_size = 1000;
     EXPECT_EQ(xasEditLogrotateCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to logrotate config file\n")));
     EXPECT_EQ(disk.read("logrotate.conf"), text);
@@ -125,7 +120,7 @@ TEST_F(FullDisk, LeavesTheFirewallSettingsAndNamesAnotherFileForAComment)
     const std::string path = disk.write("firewall", text);
     const XasFirewallCfg fWallCfg{};
     EXPECT_EQ(xasEditFirewallCfgFile(path.c_str(), &fWallCfg, &reply), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to DNS config file\n")));
     EXPECT_EQ(disk.read("firewall"), text);
@@ -139,7 +134,7 @@ TEST_F(FullDisk, LeavesTheFirewallSettingsAndNamesThemForASetting)
     const std::string path = disk.write("firewall", text);
     const XasFirewallCfg fWallCfg{};
     EXPECT_EQ(xasEditFirewallCfgFile(path.c_str(), &fWallCfg, &reply), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to firewall config file\n")));
     EXPECT_EQ(disk.read("firewall"), text);
@@ -153,10 +148,10 @@ TEST_F(FullDisk, ShowsInTheRoutingFilesOnlyWhenTheyAreSaved)
     routerCfg.static_enabled = 1;
     routerCfg.rip_enabled = 1;
     EXPECT_EQ(xasEditZebraCfgFile(path.c_str(), &routerCfg, &reply), 1);
-    expectReply(3, "Error saving new firewall config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new firewall config file");
     reply = {};
     EXPECT_EQ(xasEditRipdCfgFile(path.c_str(), &routerCfg, &reply), 1);
-    expectReply(3, "Error saving new firewall config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new firewall config file");
     EXPECT_THAT(log.lines(), ElementsAre(NOT_PRINTED, NOT_PRINTED));
     EXPECT_EQ(disk.read("router.conf"), text);
     EXPECT_FALSE(disk.has("router.conf.old"));

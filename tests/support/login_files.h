@@ -7,6 +7,7 @@
 #include "support/files.h"
 #include "support/log.h"
 #include "support/message.h"
+#include "support/reply.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -47,16 +48,9 @@ class XasLoginFilesTest : public XasFilesTest {
             std::vector<std::string> rest = types;
             rest.erase(rest.begin() + static_cast<std::ptrdiff_t>(missing));
             EXPECT_EQ(handle(handler, msg, rest), 1);
-            EXPECT_EQ(reply.rcode, 0U);
-            EXPECT_EQ(reply.rstr, "");
+            EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
             EXPECT_THAT(log.lines(), testing::Contains(xasErrorLine(logTexts[missing]))) << types[missing];
         }
-    }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
     }
 
     [[nodiscard]] XasLogLine openFailed(const std::string &file) const

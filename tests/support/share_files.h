@@ -50,15 +50,9 @@ class XasUpdateSharesTest : public testing::Test {
     {
         reply = {};
         log.take();
-        XasMessage msg = builder.build();
+        XasMessage msg = builder;
         const XasCfgFileList list = xasTestCfgFiles(files.named(types));
         return handler(&msg, &list, &reply);
-    }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
     }
 
     [[nodiscard]] XasLogLine fileError(const std::string &what, const std::string &file) const
