@@ -3,6 +3,7 @@
 
 #include "support/files.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <gmock/gmock.h>
 #include <tuple>
@@ -59,8 +60,7 @@ TEST_F(AuthOrderFile, MustExistAndTheMessageIsThenLeftAlone)
     cfgAuth.ldap = 9;
     const std::string path = dir.path("order");
     EXPECT_EQ(xasEditAuthenOrderCfgFile(path.c_str(), &cfgAuth, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening sysconfig/r58authconfig config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening sysconfig/r58authconfig config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n")));
     EXPECT_EQ(cfgAuth.ldap, 9);
     EXPECT_THAT(dir.names(), IsEmpty());
@@ -73,7 +73,7 @@ TEST_F(AuthOrderFile, IsWrittenAnewWithTheFirstResponderInItsFirstLine)
     EXPECT_EQ(dir.read("order"), "FIRSTRSP=1\nLOCAL=1\nNIS=2\nLDAP=3\nRADIUS=4\nSECURID=5\nKERBEROS=6\n"
                                  "TACACS=7\n");
     EXPECT_EQ(dir.read("order.old"), "# comment\nLOCAL=4\nOTHER=1\n");
-    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 

@@ -1,6 +1,7 @@
 // The handler of XMSG_CIFS: order of work, failures, what is left how, and when the share is offered again.
 #include "auth/cifs.h"
 
+#include "support/reply.h"
 #include "support/share_files.h"
 
 using testing::ElementsAre;
@@ -13,15 +14,8 @@ constexpr const char *NEW_PASSWORDS = "# passwords\ncifsuser:100:LANMAN:NT:[U   
 
 XasMessageBuilder cifsMessage()
 {
-    return XasMessageBuilder{XMSG_CIFS}
-        .id(77)
-        .word(120, 1)
-        .word(124, 1)
-        .word(128, 1)
-        .bytes(132, "LANMAN")
-        .bytes(165, "NT")
-        .bytes(198, "LCT-1")
-        .bytes(215, "ENG");
+    return XasMessageBuilder{XMSG_CIFS}.id(77).set(
+        "enabled=1 eth1=1 eth2=1 lanman_pwd=LANMAN nt_pwd=NT lct_field=LCT-1 workgroup=ENG");
 }
 
 class UpdateSamba : public XasUpdateSharesTest {
@@ -47,22 +41,22 @@ using DispatchSamba = XasDispatchSharesTest;
 TEST_F(UpdateSamba, FailsWithoutOneOfItsFilesInTheListEvenWhenTheShareIsOff)
 {
     for (const std::uint32_t enabled : {0U, 1U}) {
-        const auto msg = cifsMessage().word(120, enabled);
+        const auto msg = cifsMessage().set("enabled", enabled);
         EXPECT_EQ(update(xasUpdateSambaCfg, msg, {}), 1);
         EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error determining SMB fstab config file\n")));
         EXPECT_EQ(update(xasUpdateSambaCfg, msg, {"smbpasswd"}), 1);
         EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error determining SMB fstab config file\n")));
         EXPECT_EQ(update(xasUpdateSambaCfg, msg, {"smb"}), 1);
         EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error determining smbpasswd config file\n")));
-        expectReply(0, "");
+        EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     }
     expectUntouched();
 }
 
 TEST_F(UpdateSamba, RestoresSmbConfWhenThePasswordLacksAPart)
 {
-    EXPECT_EQ(updateSamba(cifsMessage().bytes(165, std::string(2, '\0'))), 1);
-    expectReply(1, "Invalid samba password");
+    EXPECT_EQ(updateSamba(cifsMessage().set("nt_pwd", "")), 1);
+    EXPECT_EQ(xasReplyText(reply), "1 Invalid samba password");
     EXPECT_THAT(log.take(),
                 ElementsAre(xasErrorLine("Invalid samba password, lanman_pwd = LANMAN, nt_pwd = , "
                                          "lct_field = LCT-1\n"),
@@ -72,8 +66,8 @@ TEST_F(UpdateSamba, RestoresSmbConfWhenThePasswordLacksAPart)
 
 TEST_F(UpdateSamba, TouchesNeitherFileWhenTheShareIsOff)
 {
-    EXPECT_EQ(updateSamba(cifsMessage().word(120, 0)), 0);
-    expectReply(0, "");
+    EXPECT_EQ(updateSamba(cifsMessage().set("enabled", 0)), 0);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.take(), IsEmpty());
     expectUntouched();
     EXPECT_FALSE(files.has("smb.tmp"));
@@ -83,7 +77,7 @@ TEST_F(UpdateSamba, TouchesNeitherFileWhenTheShareIsOff)
 TEST_F(UpdateSamba, WritesBothFilesThePasswordsForNobodyElse)
 {
     EXPECT_EQ(updateSamba(cifsMessage()), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.take(), IsEmpty());
     EXPECT_EQ(files.read("smb"), NEW_SMB);
     EXPECT_EQ(files.read("smb.old"), XasShareFiles::SMB);
@@ -96,9 +90,9 @@ TEST_F(UpdateSamba, WritesBothFilesThePasswordsForNobodyElse)
 TEST_F(UpdateSamba, DoesNotRunFromATextThatFillsItsFieldIntoTheNext)
 {
     EXPECT_EQ(updateSamba(cifsMessage()
-                              .bytes(132, std::string(33, 'L'))
-                              .bytes(165, std::string(33, 'N'))
-                              .bytes(198, std::string(17, 'C'))),
+                              .set("lanman_pwd", std::string(33, 'L'))
+                              .set("nt_pwd", std::string(33, 'N'))
+                              .set("lct_field", std::string(17, 'C'))),
               0);
     EXPECT_EQ(files.read("smb"), NEW_SMB);
     EXPECT_EQ(files.read("smbpasswd"), "# passwords\ncifsuser:100:" + std::string(33, 'L') + ":" +
@@ -109,7 +103,7 @@ TEST_F(UpdateSamba, DoesNotRunFromATextThatFillsItsFieldIntoTheNext)
 TEST_F(DispatchSamba, TheShareIsStoppedWhenItIsSwitchedOff)
 {
     prepare("samba", {"smb", "smbpasswd"});
-    EXPECT_EQ(outcome(cifsMessage().word(120, 0).build()), XAS_APPLIED);
+    EXPECT_EQ(outcome(cifsMessage().set("enabled", 0)), XAS_APPLIED);
     EXPECT_THAT(programs(), ElementsAre("stop-samba"));
     EXPECT_EQ(files.read("smb"), XasShareFiles::SMB);
 }
@@ -117,8 +111,8 @@ TEST_F(DispatchSamba, TheShareIsStoppedWhenItIsSwitchedOff)
 TEST_F(DispatchSamba, TheShareIsOfferedAgainWithItsNewFilesAndAlsoWithItsOldOnes)
 {
     prepare("samba", {"smb", "smbpasswd"});
-    EXPECT_EQ(outcome(cifsMessage().build()), XAS_APPLIED);
-    EXPECT_EQ(outcome(cifsMessage().bytes(132, std::string(6, '\0')).build()), "0 1 Invalid samba password");
+    EXPECT_EQ(outcome(cifsMessage()), XAS_APPLIED);
+    EXPECT_EQ(outcome(cifsMessage().set("lanman_pwd", "")), "0 1 Invalid samba password");
     EXPECT_THAT(programs(), ElementsAre("stop-samba", "start-samba", "stop-samba", "start-samba"));
     EXPECT_EQ(files.read("smb"), NEW_SMB);
     EXPECT_EQ(files.read("smbpasswd"), NEW_PASSWORDS);

@@ -4,6 +4,7 @@
 #include "support/files.h"
 #include "support/growth.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <cstring>
 #include <gmock/gmock.h>
@@ -72,12 +73,6 @@ class SmbPassText : public testing::Test {
 class SambaFiles : public XasFilesTest {
   protected:
     int editPasswords() { return xasEditSMBPassCfgFile(path.c_str(), &cifs, &reply); }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
-    }
 
     XasCifsPayload cifs = settings();
     std::string path = dir.path("file");
@@ -226,8 +221,7 @@ TEST_F(SmbPassText, RefusesAPasswordThatLacksAPart)
     EXPECT_EQ(text(ENTRY), "refused");
     EXPECT_THAT(log.lines(), ElementsAre(refusal(LANMAN, "", CHANGED), refusal("", "", CHANGED),
                                          refusal("", NT, CHANGED), refusal(LANMAN, NT, "")));
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Invalid samba password");
+    EXPECT_EQ(xasReplyText(reply), "1 Invalid samba password");
 }
 
 TEST_F(SmbPassText, ReplacesAWholeFile)
@@ -256,7 +250,7 @@ TEST_F(SmbPassText, ReplacesAWholeFile)
         "cifsuser:100:E52CAC67419A9A224A3B108F3FA6CB6D:8846F7EAEE8FB117AD06BDD830B7586C:[U          "
         "]:LCT-4F3A2B1C:Cifs User\n");
     EXPECT_THAT(log.lines(), IsEmpty());
-    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(SmbPassText, OfAnEmptyFileHasTheUser)
@@ -306,7 +300,7 @@ TEST_F(SambaFiles, ThePasswordFileStaysAsItIsWhenThePasswordIsRefused)
     xasWriteFile(path, "# c\ncifsuser:100:old\n", 0644);
     xasSetFieldText(cifs.nt_pwd, "");
     EXPECT_EQ(editPasswords(), 1);
-    expectReply(1, "Invalid samba password");
+    EXPECT_EQ(xasReplyText(reply), "1 Invalid samba password");
     EXPECT_EQ(dir.read("file"), "# c\ncifsuser:100:old\n");
     EXPECT_EQ(dir.read("file.tmp"), "# c\n");
     EXPECT_EQ(xasModeOf(path + ".tmp"), 0600U);

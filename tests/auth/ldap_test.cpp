@@ -3,6 +3,7 @@
 
 #include "support/files.h"
 #include "support/hosts.h"
+#include "support/reply.h"
 
 #include <gmock/gmock.h>
 
@@ -65,7 +66,7 @@ TEST_F(LdapFiles, ClientFileIsRemovedWhenDisabledAndNeedsNoTemplate)
     EXPECT_EQ(xasEditLdapCfgFileBC("/missing", path.c_str(), &cfgLDAP, &reply), 0);
     EXPECT_THAT(dir.names(), IsEmpty());
     EXPECT_EQ(xasEditLdapCfgFileBC("/missing", path.c_str(), &cfgLDAP, &reply), 0);
-    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(LdapFiles, ClientFileIsTheOwnersAlone)

@@ -64,11 +64,10 @@ class LoginConsumers : public XasLoginFilesTest {
     int user(std::string_view login, std::string_view password, std::uint32_t action)
     {
         XasMessage msg = XasMessageBuilder{XMSG_USER}
-                             .bytes(120, login)
-                             .bytes(153, password)
-                             .word(220, 501)
-                             .word(352, action)
-                             .build();
+                             .set("login", login)
+                             .set("password", password)
+                             .set("uid", 501)
+                             .set("action", action);
         return xasUpdateSingleLocalUsersCfg(&msg, &cfgFiles, &reply);
     }
 
@@ -137,7 +136,7 @@ TEST_F(LoginConsumers, AUserMadeByAMessageLogsInThroughTheGeneratedPamFile)
     if (!isInstalled("/usr/bin/pamtester"))
         GTEST_SKIP() << "pamtester is not installed";
     makeModules();
-    ASSERT_EQ(order(XasMessageBuilder{XMSG_AUTH}.byte(120, 3).byte(122, 1).byte(123, 2).build()), 0);
+    ASSERT_EQ(order(XasMessageBuilder{XMSG_AUTH}.set("local=3 ldap=1 radius=2")), 0);
     ASSERT_EQ(user("alice", hashOf("wonderland"), 0), 0);
     EXPECT_THAT(login("alice", "wonderland", "authenticate acct_mgmt"), HasSubstr("exit 0\n"));
 
@@ -155,9 +154,9 @@ TEST_F(LoginConsumers, NobodyLogsInLocallyWhenLocalAccountsAreNotInTheOrder)
         GTEST_SKIP() << "pamtester is not installed";
     makeModules();
     ASSERT_EQ(user("alice", hashOf("wonderland"), 0), 0);
-    ASSERT_EQ(order(XasMessageBuilder{XMSG_AUTH}.byte(120, 7).build()), 0);
+    ASSERT_EQ(order(XasMessageBuilder{XMSG_AUTH}.set("local", 7)), 0);
     EXPECT_THAT(login("alice", "wonderland", "authenticate"), HasSubstr("exit 0\n"));
-    ASSERT_EQ(order(XasMessageBuilder{XMSG_AUTH}.byte(122, 1).build()), 0);
+    ASSERT_EQ(order(XasMessageBuilder{XMSG_AUTH}.set("ldap", 1)), 0);
     EXPECT_THAT(login("alice", "wonderland", "authenticate"), HasSubstr("exit 1\n"));
 }
 
@@ -167,10 +166,10 @@ TEST_F(LoginConsumers, TheFirstMethodThatAnswersDecides)
         GTEST_SKIP() << "pamtester is not installed";
     makeModules();
     ASSERT_EQ(user("alice", hashOf("wonderland"), 0), 0);
-    ASSERT_EQ(order(XasMessageBuilder{XMSG_AUTH}.byte(122, 1).byte(120, 2).word(128, 1).build()), 0);
+    ASSERT_EQ(order(XasMessageBuilder{XMSG_AUTH}.set("ldap=1 local=2 first_responding=1")), 0);
     EXPECT_THAT(login("alice", "wonderland", "authenticate"), HasSubstr("exit 1\n"))
         << "the module in the directory's place declines, and that counts";
-    ASSERT_EQ(order(XasMessageBuilder{XMSG_AUTH}.byte(122, 2).byte(120, 1).word(128, 1).build()), 0);
+    ASSERT_EQ(order(XasMessageBuilder{XMSG_AUTH}.set("ldap=2 local=1 first_responding=1")), 0);
     EXPECT_THAT(login("alice", "wonderland", "authenticate"), HasSubstr("exit 0\n"));
 }
 
@@ -178,7 +177,7 @@ TEST_F(LoginConsumers, TheNameServiceFindsAUserWithTheGeneratedSwitch)
 {
     xasWriteFile("/etc/nsswitch.conf", "passwd: nothing\ngroup: nothing\nhosts: files\n");
     EXPECT_THAT(run("getent passwd root"), HasSubstr("exit 2\n")) << "nothing is no source";
-    ASSERT_EQ(order(XasMessageBuilder{XMSG_AUTH}.byte(120, 1).byte(123, 2).byte(121, 3).build()), 0);
+    ASSERT_EQ(order(XasMessageBuilder{XMSG_AUTH}.set("local=1 radius=2 nis=3")), 0);
     EXPECT_EQ(xasReadFile("/etc/nsswitch.conf"),
               "passwd:     files files radius nis\ngroup:      files nis\nhosts: files\n");
     ASSERT_EQ(user("alice", "", 0), 0);
@@ -191,13 +190,8 @@ TEST_F(LoginConsumers, KerberosToolsReadTheGeneratedFile)
     if (!isInstalled("/usr/bin/kinit"))
         GTEST_SKIP() << "the Kerberos tools are not installed";
     dir.write("hosts", "127.0.0.1 localhost\n");
-    XasMessage msg = XasMessageBuilder{XMSG_KERBEROS}
-                         .word(120, 1)
-                         .bytes(125, "EXAMPLE.ORG")
-                         .bytes(382, "localhost.example.org")
-                         .bytes(644, std::string_view{"\x7f\0\0\x01", 4})
-                         .half(660, 7)
-                         .build();
+    XasMessage msg = XasMessageBuilder{XMSG_KERBEROS}.set(
+        "enabled=1 realm=EXAMPLE.ORG kdc=localhost.example.org kdc_ip=127.0.0.1 kdc_port=7");
     const XasCfgFileList list =
         xasTestCfgFiles({{"krb5tmpl", std::string{XAS_SHIPPED_DIR} + "/krb5.conf.template"},
                          {"krb5", "/etc/krb5.conf"},

@@ -56,7 +56,7 @@ class DaemonLogin : public testing::Test {
                                                {"hosts", files.path("hosts")}}),
                       application("tacacs", {{"tacplustmpl", files.path("tacplustmpl")},
                                              {"tacplus", "/etc/tacplus.conf"}})});
-        daemon.ask(XasMessageBuilder{XMSG_SSH}.build());
+        daemon.ask(XasMessageBuilder{XMSG_SSH});
         daemon.stubs.forget();
     }
 
@@ -64,9 +64,7 @@ class DaemonLogin : public testing::Test {
     std::string outcome(const XasMessage &msg)
     {
         daemon.log.clear();
-        const XasMessage answer = daemon.ask(msg);
-        return std::to_string(xasMessageWord(answer, 120)) + " " +
-               std::to_string(xasMessageWord(answer, 128)) + " " + xasMessageText(answer, 132);
+        return daemon.outcome(msg);
     }
 
     std::vector<XasLogLine> logLines() { return xasSettledLines(daemon.log); }
@@ -95,38 +93,20 @@ class DaemonLogin : public testing::Test {
 
 XasMessage kerberosMessage()
 {
-    return XasMessageBuilder{XMSG_KERBEROS}
-        .word(120, 1)
-        .bytes(125, "EXAMPLE.ORG")
-        .bytes(382, "kdc.example.org")
-        .bytes(644, std::string_view{"\x0a\0\0\x58", 4})
-        .half(660, 88)
-        .word(664, 1)
-        .build();
+    return XasMessageBuilder{XMSG_KERBEROS}.set(
+        "enabled=1 realm=EXAMPLE.ORG kdc=kdc.example.org kdc_ip=10.0.0.88 kdc_port=88 use_ldap=1");
 }
 
 XasMessage tacacsMessage()
 {
-    return XasMessageBuilder{XMSG_TACACS}
-        .bytes(128, xasHostBytes(xasHostWithAddress("10.0.0.9")))
-        .bytes(204, xasHostBytes(xasNamedHost("")))
-        .bytes(280, xasHostBytes(xasHostWithAddress("fd00::9")))
-        .bytes(356, "s3cret")
-        .word(484, 1)
-        .word(488, 2)
-        .build();
+    return XasMessageBuilder{XMSG_TACACS}.set(
+        "server1=10.0.0.9 server2= server3=fd00::9 server1_secret=s3cret encrypt=1 service=2");
 }
 
 XasMessage radiusMessage()
 {
-    return XasMessageBuilder{XMSG_RADIUS}
-        .word(120, 1)
-        .bytes(128, xasHostBytes(xasNamedHost("rad1")))
-        .bytes(204, "one")
-        .half(334, 1812)
-        .bytes(336, xasHostBytes(xasNamedHost("")))
-        .byte(544, 3)
-        .build();
+    return XasMessageBuilder{XMSG_RADIUS}.set(
+        "enabled=1 server1=rad1 secret1=one port1=1812 server2= timeout=3");
 }
 
 } // namespace
@@ -151,19 +131,13 @@ TEST_F(DaemonLogin, FailsWithTheReasonOfTheLastFileThatFailed)
 TEST_F(DaemonLogin, SeveralMessagesMakeOnePamFile)
 {
     start();
-    EXPECT_EQ(outcome(kerberosMessage()), "1 0 ");
-    EXPECT_EQ(outcome(XasMessageBuilder{XMSG_AUTH}
-                          .byte(120, 2)
-                          .byte(122, 8)
-                          .byte(123, 4)
-                          .byte(125, 1)
-                          .byte(126, 3)
-                          .word(128, 1)
-                          .build()),
-              "1 0 ");
+    EXPECT_EQ(outcome(kerberosMessage()), XAS_APPLIED);
+    EXPECT_EQ(outcome(XasMessageBuilder{XMSG_AUTH}.set(
+                  "local=2 ldap=8 radius=4 kerberos=1 tacacs=3 first_responding=1")),
+              XAS_APPLIED);
     EXPECT_EQ(xasModeOf(PAM), 0644U);
-    EXPECT_EQ(outcome(radiusMessage()), "1 0 ");
-    EXPECT_EQ(outcome(tacacsMessage()), "1 0 ");
+    EXPECT_EQ(outcome(radiusMessage()), XAS_APPLIED);
+    EXPECT_EQ(outcome(tacacsMessage()), XAS_APPLIED);
     EXPECT_THAT(logLines(), IsEmpty());
 
     EXPECT_EQ(xasReadFile(ORDER),
@@ -209,17 +183,16 @@ TEST_F(DaemonLogin, NisSetsTheDomainAndTakesItAwayAgain)
 {
     start();
     XasMessageBuilder message{XMSG_NIS};
-    message.word(120, 1).bytes(125, "eng").word(228, 1).bytes(232, xasHostBytes(xasNamedHost("nis0")));
-    for (std::size_t offset = 308; offset <= 612; offset += 76)
-        message.bytes(offset, xasHostBytes(xasNamedHost("")));
-    EXPECT_EQ(outcome(message.build()), "1 0 ");
+    message.set("enabled=1 domain=eng broadcast=1 master=nis0 slave1=none slave2=none slave3=none "
+                "slave4=none slave5=none");
+    EXPECT_EQ(outcome(message), XAS_APPLIED);
     EXPECT_EQ(files.read("yp"),
               "# /etc/yp.conf - ypbind configuration file\ndomain eng server nis0 \ndomain eng broadcast\n");
     EXPECT_EQ(files.read("network"), "NETWORKING=yes\nNISDOMAIN=eng");
     ASSERT_TRUE(daemon.stubs.await(1));
     EXPECT_THAT(daemon.stubs.lines(), ElementsAre("/bin/domainname eng"));
 
-    EXPECT_EQ(outcome(message.byte(125, 0).build()), "1 0 ");
+    EXPECT_EQ(outcome(message.set("domain", "")), XAS_APPLIED);
     EXPECT_EQ(files.read("network"), "NETWORKING=yes\n");
     EXPECT_THAT(logLines(), IsEmpty());
 }
@@ -228,16 +201,14 @@ TEST_F(DaemonLogin, LdapFilesComeAndGoWithTheSetting)
 {
     start();
     XasMessageBuilder message{XMSG_LDAP};
-    message.word(120, 1)
-        .bytes(128, xasHostBytes(xasNamedHost("dir1")))
-        .bytes(204, xasHostBytes(xasNamedHost("")));
-    message.bytes(280, "dc=x").bytes(794, "pw").word(932, 389).word(940, 1);
-    EXPECT_EQ(outcome(message.build()), "1 0 ");
+    message.set("enabled=1 server=dir1 server2=");
+    message.set("base=dc=x bind_passwd=pw port=389 encrypt=1");
+    EXPECT_EQ(outcome(message), XAS_APPLIED);
     EXPECT_EQ(files.read("openldap"), "# tools\nHOST dir1 \nBASE dc=x \n");
     EXPECT_EQ(files.read("ldap"), "host dir1 \nbindpw pw\n\nssl start_tls\n");
     EXPECT_EQ(xasModeOf(files.path("ldap")), 0600U);
 
-    EXPECT_EQ(outcome(message.word(120, 0).build()), "1 0 ");
+    EXPECT_EQ(outcome(message.set("enabled", 0)), XAS_APPLIED);
     EXPECT_EQ(files.read("openldap"), "# tools\n");
     EXPECT_FALSE(files.has("ldap"));
     EXPECT_THAT(logLines(), IsEmpty());

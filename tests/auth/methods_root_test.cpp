@@ -6,6 +6,7 @@
 #include "auth/tacacs.h"
 #include "support/hosts.h"
 #include "support/login_files.h"
+#include "support/reply.h"
 #include "support/stub.h"
 
 #include <unistd.h>
@@ -17,10 +18,7 @@ namespace {
 
 XasMessageBuilder nisMessage()
 {
-    return XasMessageBuilder{XMSG_NIS}
-        .word(120, 1)
-        .bytes(125, "eng")
-        .bytes(232, xasHostBytes(xasNamedHost("nis0")));
+    return XasMessageBuilder{XMSG_NIS}.set("enabled=1 domain=eng master=nis0");
 }
 
 class UpdateNis : public XasLoginFilesTest {
@@ -58,10 +56,7 @@ class UpdateLdap : public XasLoginFilesTest {
         ASSERT_EQ(::symlink(target.c_str(), (std::string{"/www/xml/"} + name).c_str()), 0);
     }
 
-    static XasMessage message()
-    {
-        return XasMessageBuilder{XMSG_LDAP}.word(120, 1).bytes(128, xasHostBytes(xasNamedHost("l1"))).build();
-    }
+    static XasMessage message() { return XasMessageBuilder{XMSG_LDAP}.set("enabled", 1).set("server", "l1"); }
 
     const std::vector<std::string> TYPES = {"openldap", "ldap", "ldaptmpl", "nsswitch", "system-auth"};
     XasStubs stubs;
@@ -87,11 +82,7 @@ class UpdateKerberos : public XasLoginFilesTest {
 
     static XasMessageBuilder message()
     {
-        return XasMessageBuilder{XMSG_KERBEROS}
-            .word(120, 1)
-            .bytes(125, "R")
-            .bytes(382, "kdc.x")
-            .bytes(644, std::string_view{"\x0a\0\0\x2c", 4});
+        return XasMessageBuilder{XMSG_KERBEROS}.set("enabled=1 realm=R kdc=kdc.x kdc_ip=10.0.0.44");
     }
 
     const std::vector<std::string> TYPES = {"krb5tmpl", "krb5", "nsswitch", "system-auth", "hosts"};
@@ -114,8 +105,8 @@ class UpdateTacacs : public XasLoginFilesTest {
 
 TEST_F(UpdateNis, WritesItsFilesAndStartsTheDomainProgramWithItsOwnName)
 {
-    EXPECT_EQ(update(nisMessage().build()), 0);
-    expectReply(0, "");
+    EXPECT_EQ(update(nisMessage()), 0);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
     EXPECT_EQ(dir.read("yp"), "# /etc/yp.conf - ypbind configuration file\ndomain eng server nis0 \n"
                               "ypserver 0.0.0.0 \nypserver 0.0.0.0 \nypserver 0.0.0.0 \nypserver 0.0.0.0 \n"
@@ -133,21 +124,21 @@ TEST_F(UpdateNis, StartsTheDomainProgramUnderItsBareName)
     std::filesystem::copy_file("/bin/sh", "/bin/domainname");
     xasWriteFile("/tmp/eng",
                  "tr '\\0' ' ' </proc/$$/cmdline >/tmp/eng.called && mv /tmp/eng.called /tmp/eng.words\n");
-    EXPECT_EQ(update(XasMessageBuilder{XMSG_NIS}.bytes(125, "/tmp/eng").build()), 0);
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_NIS}.set("domain", "/tmp/eng")), 0);
     ASSERT_TRUE(xasEventually([] { return xasExists("/tmp/eng.words"); }));
     EXPECT_EQ(xasReadFile("/tmp/eng.words"), "domainname /tmp/eng ");
 }
 
 TEST_F(UpdateNis, StartsNoDomainProgramForAnEmptyDomain)
 {
-    EXPECT_EQ(update(XasMessageBuilder{XMSG_NIS}.build()), 0);
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_NIS}), 0);
     EXPECT_EQ(dir.read("network"), "A=1\n");
     EXPECT_THAT(stubs.calls(), IsEmpty());
 }
 
 TEST_F(UpdateNis, GivesADomainWithShellCharactersToTheProgramAsOneWord)
 {
-    EXPECT_EQ(update(XasMessageBuilder{XMSG_NIS}.bytes(125, "a b; touch /tmp/owned").build()), 0);
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_NIS}.set("domain", "a b; touch /tmp/owned")), 0);
     ASSERT_TRUE(stubs.await(1));
     EXPECT_EQ(stubs.calls().front().back(), "a b; touch /tmp/owned");
     EXPECT_FALSE(xasExists("/tmp/owned"));
@@ -155,7 +146,7 @@ TEST_F(UpdateNis, GivesADomainWithShellCharactersToTheProgramAsOneWord)
 
 TEST_F(UpdateLdap, RemovesTheClientFileWhenDisabled)
 {
-    EXPECT_EQ(update(XasMessageBuilder{XMSG_LDAP}.build()), 0);
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_LDAP}), 0);
     EXPECT_FALSE(dir.has("ldap"));
     EXPECT_EQ(dir.read("openldap"), "");
     expectDerivedFiles();
@@ -176,17 +167,9 @@ TEST_F(UpdateLdap, PointsToTheTlsMaterialOfTheWebFrontEndAndRunsNoConversion)
 TEST_F(UpdateLdap, HasTheTlsMaterialBetweenTheBindingAndTheMappings)
 {
     link("ldap_cert.lnk", "c.pem");
-    const XasMessage msg = XasMessageBuilder{XMSG_LDAP}
-                               .word(120, 1)
-                               .bytes(128, xasHostBytes(xasNamedHost("l1")))
-                               .word(924, 1)
-                               .word(932, 636)
-                               .word(940, 1)
-                               .bytes(944, "cn")
-                               .bytes(975, "group")
-                               .bytes(1006, "member")
-                               .word(1040, 1)
-                               .build();
+    const XasMessage msg = XasMessageBuilder{XMSG_LDAP}.set(
+        "enabled=1 server=l1 bind_with_login=1 port=636 encrypt=1 map_uid=cn map_posix_group=group "
+        "map_member=member map_member_type=1");
     EXPECT_EQ(update(msg), 0);
     EXPECT_EQ(dir.read("ldap"), "host l1 0.0.0.0\n"
                                 "\n# Non-standard option: insert current login into bind name\n"
@@ -257,16 +240,8 @@ TEST_F(UpdateLdap, LeavesOutWhatCannotBeConverted)
 
 TEST_F(UpdateRadius, WritesItsServers)
 {
-    const XasMessage msg = XasMessageBuilder{XMSG_RADIUS}
-                               .word(120, 1)
-                               .bytes(128, xasHostBytes(xasNamedHost("rad1")))
-                               .bytes(204, "one")
-                               .half(334, 1812)
-                               .bytes(336, xasHostBytes(xasHostWithAddress("10.0.0.2")))
-                               .bytes(412, "two")
-                               .half(542, 1645)
-                               .byte(544, 7)
-                               .build();
+    const XasMessage msg = XasMessageBuilder{XMSG_RADIUS}.set(
+        "enabled=1 server1=rad1 secret1=one port1=1812 server2=10.0.0.2 secret2=two port2=1645 timeout=7");
     EXPECT_EQ(handle(xasUpdateRadiusCfg, msg, TYPES), 0);
     EXPECT_EQ(dir.read("radius"), "# c\nrad1:1812   one    7\n10.0.0.2:1645    two    7\n");
     EXPECT_EQ(xasModeOf(dir.path("radius")), 0600U);
@@ -276,7 +251,7 @@ TEST_F(UpdateRadius, WritesItsServers)
 
 TEST_F(UpdateKerberos, WritesItsFileAndTheHostsLine)
 {
-    EXPECT_EQ(update(message().build()), 0);
+    EXPECT_EQ(update(message()), 0);
     EXPECT_EQ(dir.read("krb5"), "realm R\n");
     EXPECT_EQ(dir.read("hosts"), "127.0.0.1 localhost\n10.0.0.44    kdc.x  kdc.x\n");
     EXPECT_THAT(log.lines(), IsEmpty());
@@ -285,23 +260,22 @@ TEST_F(UpdateKerberos, WritesItsFileAndTheHostsLine)
 
 TEST_F(UpdateKerberos, NeedsNameAndAddressForAHostsLine)
 {
-    EXPECT_EQ(update(XasMessageBuilder{XMSG_KERBEROS}.word(120, 1).bytes(382, "kdc.x").build()), 0);
-    EXPECT_EQ(update(XasMessageBuilder{XMSG_KERBEROS}.word(120, 1).word(644, 77).build()), 0);
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_KERBEROS}.set("enabled", 1).set("kdc", "kdc.x")), 0);
+    EXPECT_EQ(update(XasMessageBuilder{XMSG_KERBEROS}.set("enabled", 1).set("kdc_ip", "77.0.0.0")), 0);
     EXPECT_EQ(dir.read("hosts"), "127.0.0.1 localhost\n");
     EXPECT_FALSE(dir.has("hosts.old"));
 }
 
 TEST_F(UpdateKerberos, RemovesItsFileWhenDisabledButStillWritesTheHostsLine)
 {
-    EXPECT_EQ(update(message().word(120, 0).build()), 0);
+    EXPECT_EQ(update(message().set("enabled", 0)), 0);
     EXPECT_FALSE(dir.has("krb5"));
     EXPECT_EQ(dir.read("hosts"), "127.0.0.1 localhost\n10.0.0.44    kdc.x  kdc.x\n");
 }
 
 TEST_F(UpdateTacacs, WritesItsFile)
 {
-    const XasMessage msg =
-        XasMessageBuilder{XMSG_TACACS}.bytes(128, xasHostBytes(xasHostWithAddress("fd00::1"))).build();
+    const XasMessage msg = XasMessageBuilder{XMSG_TACACS}.set("server1", "fd00::1");
     EXPECT_EQ(update(msg), 0);
     EXPECT_EQ(dir.read("tacplus"), "server1 = [fd00::1]\n");
     EXPECT_EQ(xasModeOf(dir.path("tacplus")), 0600U);

@@ -1,6 +1,7 @@
 // The handler of XMSG_NFS: order of work, failures, what is left how, and when the mounts are made again.
 #include "auth/nfs.h"
 
+#include "support/reply.h"
 #include "support/share_files.h"
 
 using testing::ElementsAre;
@@ -11,20 +12,15 @@ namespace {
 const XasLogLine NO_HOST = xasWarningLine("Error extracting host from NFS remote path\n");
 const XasLogLine NO_ADDRESS = xasWarningLine("Error determining NFS server network address\n");
 
-/** The offset of one of the three mounts, from 0. */
-constexpr std::size_t mountAt(std::size_t mount)
-{
-    return 120 + 268 * mount;
-}
-
 /** A message that mounts these, read-only. */
 XasMessageBuilder nfsMessage(const std::vector<std::pair<std::string, std::string>> &mounts)
 {
     XasMessageBuilder builder{XMSG_NFS};
     builder.id(77);
     for (std::size_t i = 0; i < mounts.size(); ++i) {
-        builder.bytes(mountAt(i), mounts[i].first).bytes(mountAt(i) + 129, mounts[i].second);
-        builder.word(mountAt(i) + 264, 1);
+        const std::string mount = "mount" + std::to_string(i + 1);
+        builder.set(mount + ".rem_dir", mounts[i].first).set(mount + ".local_dir", mounts[i].second);
+        builder.set(mount + ".mount", 1);
     }
     return builder;
 }
@@ -56,7 +52,7 @@ TEST_F(UpdateNfs, FailsWithoutOneOfItsFilesInTheListAndTouchesNothing)
     EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error determining NFS servers file\n")));
     EXPECT_EQ(update(xasUpdateNFSCfg, msg, {"nfsServers"}), 1);
     EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error determining NFS fstab config file\n")));
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     expectUntouched();
     EXPECT_FALSE(xasExists("/var/nfsmounts"));
 }
@@ -65,7 +61,7 @@ TEST_F(UpdateNfs, FailsWhenAMountPointCannotBeMadeAndLeavesTheFiles)
 {
     xasWriteFile("/var/nfsmounts/b", "a file");
     EXPECT_EQ(updateNfs(nfsMessage({{"nas:/a", "/a"}, {"nas:/b", "/b/below"}, {"nas:/c", "/c"}})), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.take(),
                 ElementsAre(xasErrorLine("Error making directory /var/nfsmounts/b\n"),
                             xasErrorLine("Error creating local mount point /var/nfsmounts/b/below\n")));
@@ -78,7 +74,7 @@ TEST_F(UpdateNfs, WarnsOfServersThatHaveNoAddressAndMountsThemAllTheSame)
 {
     EXPECT_EQ(updateNfs(nfsMessage({{"unknown.invalid:/a", "/a"}, {":/b", "/b"}, {"[fd00::20]:/c", "/c"}})),
               0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.take(), ElementsAre(NO_ADDRESS, NO_HOST, NO_ADDRESS));
     EXPECT_EQ(files.read("nfsServers"), "NFS_SERVERS=\"\"\n");
     EXPECT_EQ(files.read("fstab"),
@@ -91,7 +87,7 @@ TEST_F(UpdateNfs, WarnsOfServersThatHaveNoAddressAndMountsThemAllTheSame)
 TEST_F(UpdateNfs, WritesNothingBehindAShareWithoutARemoteDirectoryButGoesOnToItsEnd)
 {
     EXPECT_EQ(updateNfs(nfsMessage({{"nas:/a", "/a"}, {"", "/b"}, {"10.0.0.1:/c", "/c"}})), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.take(), ElementsAre(NO_HOST, xasWarningLine("Ignoring NFS mount with empty path\n")));
     EXPECT_EQ(files.read("nfsServers"), "NFS_SERVERS=\"192.168.10.20 10.0.0.1\"\n");
     EXPECT_EQ(files.read("fstab"),
@@ -109,7 +105,7 @@ TEST_F(UpdateNfs, LeavesAnOverLongShareOutAndSaysSoThoughItSucceeds)
     ASSERT_EQ(remote.size(), 129U);
     ASSERT_EQ(local.size(), 131U);
     EXPECT_EQ(updateNfs(nfsMessage({{remote, local}, {"10.0.0.1:/b", "/b"}})), 0);
-    expectReply(4, "NFS entry exceeds memory limmits");
+    EXPECT_EQ(xasReplyText(reply), "4 NFS entry exceeds memory limmits");
     EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("NFS entry exceeds memory limits")));
     EXPECT_EQ(files.read("nfsServers"), "NFS_SERVERS=\"192.168.10.20 10.0.0.1\"\n");
     EXPECT_EQ(files.read("fstab"),
@@ -121,9 +117,9 @@ TEST_F(UpdateNfs, LeavesAnOverLongShareOutAndSaysSoThoughItSucceeds)
 TEST_F(UpdateNfs, NamesAServerOfTwoMountsOnce)
 {
     EXPECT_EQ(updateNfs(nfsMessage({{"nas.example.org:/a", "/a"}, {"192.168.10.20:/b", "/deep/er/b/"}})
-                            .word(mountAt(1) + 260, 0x100)),
+                            .set("mount2.read_write", 0x100)),
               0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.take(), IsEmpty());
     EXPECT_EQ(files.read("nfsServers"), "NFS_SERVERS=\"192.168.10.20\"\n");
     EXPECT_EQ(files.read("fstab"),
@@ -149,9 +145,7 @@ TEST_F(UpdateNfs, TakesATextWithoutAColonForAHostAndAppendsALocalDirectoryAsItIs
 TEST_F(UpdateNfs, TakesNoNoteOfMountsThatAreNotUsed)
 {
     EXPECT_EQ(updateNfs(nfsMessage({{"nas:/a", "/a"}, {"", ""}, {"unknown.invalid:/c", "/c"}})
-                            .word(mountAt(0) + 264, 0)
-                            .word(mountAt(1) + 264, 0)
-                            .word(mountAt(2) + 264, 0)),
+                            .set("mount1.mount=0 mount2.mount=0 mount3.mount=0")),
               0);
     EXPECT_THAT(log.take(), IsEmpty());
     EXPECT_EQ(files.read("nfsServers"), "NFS_SERVERS=\"\"\n");
@@ -162,7 +156,7 @@ TEST_F(UpdateNfs, TakesNoNoteOfMountsThatAreNotUsed)
 TEST_F(DispatchNfs, TheMountsAreMadeAgainWhateverTheMessageHolds)
 {
     prepare("nfs", {"nfsServers", "fstab"});
-    EXPECT_EQ(outcome(nfsMessage({}).build()), XAS_APPLIED);
+    EXPECT_EQ(outcome(nfsMessage({})), XAS_APPLIED);
     EXPECT_THAT(programs(), ElementsAre("stop-nfs", "start-nfs"));
     EXPECT_EQ(files.read("fstab"), "proc /proc proc defaults 0 0\n");
 }
@@ -171,19 +165,19 @@ TEST_F(DispatchNfs, TheMountsAreMadeAgainWhenTheirFilesCouldNotBeWritten)
 {
     prepare("nfs", {"nfsServers", "fstab"});
     std::filesystem::remove(files.path("fstab"));
-    EXPECT_EQ(outcome(nfsMessage({}).build()), "0 2 Error opening NFS config file");
+    EXPECT_EQ(outcome(nfsMessage({})), "0 2 Error opening NFS config file");
     EXPECT_THAT(programs(), ElementsAre("stop-nfs", "start-nfs"));
 }
 
 TEST_F(DispatchNfs, AMountThatFailsFailsTheMessage)
 {
     prepare("nfs", {"nfsServers", "fstab"}, 30);
-    EXPECT_EQ(outcome(nfsMessage({{"nas:/a", "/a"}}).build()), "0 1 Mount/unmount of NFS share failed");
+    EXPECT_EQ(outcome(nfsMessage({{"nas:/a", "/a"}})), "0 1 Mount/unmount of NFS share failed");
 }
 
 TEST_F(DispatchNfs, AnOverLongMountTravelsInAnAnswerOfSuccess)
 {
     prepare("nfs", {"nfsServers", "fstab"});
-    EXPECT_EQ(outcome(nfsMessage({{"nas:/" + std::string(124, 'r'), "/" + std::string(130, 'l')}}).build()),
+    EXPECT_EQ(outcome(nfsMessage({{"nas:/" + std::string(124, 'r'), "/" + std::string(130, 'l')}})),
               "1 4 NFS entry exceeds memory limmits");
 }

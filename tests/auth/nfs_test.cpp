@@ -4,6 +4,7 @@
 #include "support/files.h"
 #include "support/growth.h"
 #include "support/log.h"
+#include "support/reply.h"
 #include "wire/address.h"
 
 #include <arpa/inet.h>
@@ -54,12 +55,6 @@ class NfsText : public testing::Test {
     {
         reply = {};
         return xasFstabText(oldText, shares, &reply);
-    }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
     }
 
     XasLogCapture log;
@@ -115,7 +110,7 @@ TEST_F(NfsText, LosesAllOldSharesWhenNoneIsUsed)
                                   "tmpfs /var/nfsmounts/nfs tmpfs nfs 0 0\n"
                                   "//server/share /mnt/share cifs guest 0 0\n");
     EXPECT_THAT(log.lines(), IsEmpty());
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(NfsText, HasTheUsedSharesAtItsEnd)
@@ -170,7 +165,7 @@ TEST_F(NfsText, LeavesAShareWithoutAPathOutAndWritesNoneBehindIt)
     EXPECT_THAT(log.take(), ElementsAre(EMPTY_PATH));
     EXPECT_EQ(text("old\n", {share("", "/m/a"), share("", "/m/b"), last}), "old\n");
     EXPECT_THAT(log.take(), ElementsAre(EMPTY_PATH));
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(NfsText, TakesNoNoteOfAnUnusedShareWithoutAPath)
@@ -190,7 +185,7 @@ TEST_F(NfsText, TakesLinesOf307CharactersWithTheirLineFeed)
                            "\t /" + std::string(138, 'l') +
                            "\t nfs\t defaults,nodev,soft,intr,nolock,ro 0 0\n");
     EXPECT_THAT(log.lines(), IsEmpty());
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(NfsText, LeavesALineOf308CharactersOutAndGoesOn)
@@ -199,18 +194,18 @@ TEST_F(NfsText, LeavesALineOf308CharactersOutAndGoesOn)
         EXPECT_EQ(text("old\n", {shareOfLength(308, readWrite), share("s:/b", "/m/b"), {}}),
                   "old\ns:/b\t /m/b\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
         EXPECT_THAT(log.take(), ElementsAre(TOO_LONG));
-        expectReply(4, "NFS entry exceeds memory limmits");
+        EXPECT_EQ(xasReplyText(reply), "4 NFS entry exceeds memory limmits");
     }
     EXPECT_EQ(text("", {shareOfLength(308, true), shareOfLength(309, true), shareOfLength(500, false)}), "");
     EXPECT_THAT(log.take(), ElementsAre(TOO_LONG, TOO_LONG, TOO_LONG));
-    expectReply(4, "NFS entry exceeds memory limmits");
+    EXPECT_EQ(xasReplyText(reply), "4 NFS entry exceeds memory limmits");
 }
 
 TEST_F(NfsText, TakesNoNoteOfAnOverLongShareBehindOneWithoutAPath)
 {
     EXPECT_EQ(text("", {share("", "/m"), shareOfLength(308, true), share("s:/c", "/m/c")}), "");
     EXPECT_THAT(log.lines(), ElementsAre(EMPTY_PATH));
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(NfsText, DoesNotChangeWhenItIsMadeTwice)

@@ -4,6 +4,7 @@
 #include "support/faults.h"
 #include "support/files.h"
 #include "support/hosts.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <gtest/gtest.h>
@@ -45,8 +46,7 @@ TEST_F(NisFiles, NetworkSettingsMustExistAndNoDomainIsThenSet)
     const XasNisPayload cfgNIS = settings("eng");
     const XasFault noChild{"fork", EAGAIN};
     EXPECT_EQ(xasEditNetworkCfgFile(path.c_str(), &cfgNIS, &reply), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening sysconfig/network config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening sysconfig/network config file");
     EXPECT_EQ(noChild.calls(), 0U);
 }
 
@@ -57,8 +57,7 @@ TEST_F(NisFiles, NetworkSettingsStayWhenTheyCannotBeSavedButTheDomainIsSet)
     const XasFault noChild{"fork", EAGAIN};
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(xasEditNetworkCfgFile(path.c_str(), &cfgNIS, &reply), 1);
-    EXPECT_EQ(reply.rcode, 3U);
-    EXPECT_EQ(reply.rstr, "Error saving new firewall config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new firewall config file");
     EXPECT_EQ(dir.read("network"), "A=1\n");
     EXPECT_EQ(noChild.calls(), 1U);
 }

@@ -19,12 +19,9 @@ XasLogLine updateFailed(const std::string &application)
 XasMessageBuilder snmpMessage(std::string_view community)
 {
     return XasMessageBuilder{XMSG_SNMP}
-        .word(120, 1)
-        .bytes(128, xasHostBytes(xasNamedHost("")))
-        .bytes(204, xasHostBytes(xasNamedHost("")))
-        .bytes(301, "noc")
-        .bytes(460, community)
-        .bytes(481, "writer");
+        .set("enabled=1 trap1= trap2= syscontact=noc")
+        .set("ro_community", community)
+        .set("rw_community", "writer");
 }
 
 class DaemonSnmp : public XasMessageFilesTest {
@@ -43,7 +40,10 @@ class DaemonNfs : public XasMessageFilesTest {
 
     static XasMessageBuilder message(std::string_view remote)
     {
-        return XasMessageBuilder{XMSG_NFS}.bytes(120, remote).bytes(249, "/logs").word(384, 1);
+        return XasMessageBuilder{XMSG_NFS}
+            .set("mount1.rem_dir", remote)
+            .set("mount1.local_dir", "/logs")
+            .set("mount1.mount", 1);
     }
 };
 
@@ -57,12 +57,8 @@ class DaemonCifs : public XasMessageFilesTest {
 
     static XasMessageBuilder message()
     {
-        return XasMessageBuilder{XMSG_CIFS}
-            .word(120, 1)
-            .bytes(132, "LANMAN")
-            .bytes(165, "NT")
-            .bytes(198, "LCT-1")
-            .bytes(215, "ENG");
+        return XasMessageBuilder{XMSG_CIFS}.set(
+            "enabled=1 lanman_pwd=LANMAN nt_pwd=NT lct_field=LCT-1 workgroup=ENG");
     }
 };
 
@@ -81,8 +77,6 @@ class DaemonAgent : public XasFilesTest {
         daemon.start({{.name = "snmp", .exes = {agent}, .cfgFiles = {{"snmp", conf}}}});
     }
 
-    bool isApplied(const XasMessage &msg) { return xasMessageWord(daemon.ask(msg), 120) == 1; }
-
     /** What a community is told; the agent has five seconds to begin. */
     static std::string contact(const std::string &community, const char *tries = "20")
     {
@@ -100,7 +94,7 @@ TEST_F(DaemonSnmp, RefusesAFileThatCannotBePutInPlace)
 {
     files.putDirectory("snmp");
     start();
-    EXPECT_EQ(outcome(snmpMessage("reader").build()), "0 3 Error saving new SNMP config file");
+    EXPECT_EQ(outcome(snmpMessage("reader")), "0 3 Error saving new SNMP config file");
     EXPECT_THAT(logLines(),
                 ElementsAre(renameNewFailed("snmp"), xasErrorLine("Error editing SNMP config file\n"),
                             updateFailed("snmp")));
@@ -109,7 +103,7 @@ TEST_F(DaemonSnmp, RefusesAFileThatCannotBePutInPlace)
 TEST_F(DaemonSnmp, WritesItsFileForNobodyElse)
 {
     start();
-    EXPECT_EQ(outcome(snmpMessage("reader").build()), "1 0 ");
+    EXPECT_EQ(outcome(snmpMessage("reader")), XAS_APPLIED);
     EXPECT_EQ(files.read("snmp"), "syscontact  noc\nrocommunity  reader\nrwcommunity  writer\n");
     EXPECT_EQ(xasModeOf(files.path("snmp")), 0600U);
     EXPECT_THAT(logLines(), IsEmpty());
@@ -119,7 +113,7 @@ TEST_F(DaemonNfs, RefusesATableThatIsNotThereAndKeepsTheServers)
 {
     files.remove("fstab");
     start();
-    EXPECT_EQ(outcome(message("127.0.0.1:/logs").build()), "0 2 Error opening NFS config file");
+    EXPECT_EQ(outcome(message("127.0.0.1:/logs")), "0 2 Error opening NFS config file");
     EXPECT_THAT(logLines(),
                 ElementsAre(openFailed("fstab"), xasErrorLine("Error editing NFS fstab config file\n"),
                             updateFailed("nfs")));
@@ -129,12 +123,13 @@ TEST_F(DaemonNfs, RefusesATableThatIsNotThereAndKeepsTheServers)
 TEST_F(DaemonNfs, GoesOnAtWorkAfterAShareWithoutARemoteDirectory)
 {
     start();
-    const XasMessage msg = message("").bytes(388, "127.0.0.1:/home").bytes(517, "/home").word(652, 1).build();
-    EXPECT_EQ(outcome(msg), "1 0 ");
+    const XasMessage msg =
+        message("").set("mount2.rem_dir=127.0.0.1:/home mount2.local_dir=/home mount2.mount=1");
+    EXPECT_EQ(outcome(msg), XAS_APPLIED);
     EXPECT_THAT(logLines(), ElementsAre(xasWarningLine("Error extracting host from NFS remote path\n"),
                                         xasWarningLine("Ignoring NFS mount with empty path\n")));
     EXPECT_EQ(files.read("fstab"), "proc /proc proc defaults 0 0\n");
-    EXPECT_EQ(outcome(message("127.0.0.1:/logs").build()), "1 0 ");
+    EXPECT_EQ(outcome(message("127.0.0.1:/logs")), XAS_APPLIED);
     EXPECT_EQ(files.read("fstab"),
               "proc /proc proc defaults 0 0\n"
               "127.0.0.1:/logs\t /var/nfsmounts/logs\t nfs\t defaults,nodev,soft,intr,nolock,ro 0 0\n");
@@ -143,7 +138,7 @@ TEST_F(DaemonNfs, GoesOnAtWorkAfterAShareWithoutARemoteDirectory)
 TEST_F(DaemonCifs, RefusesAPasswordThatLacksAPartAndRestoresSmbConf)
 {
     start();
-    EXPECT_EQ(outcome(message().bytes(198, std::string(5, '\0')).build()), "0 1 Invalid samba password");
+    EXPECT_EQ(outcome(message().set("lct_field", "")), "0 1 Invalid samba password");
     EXPECT_THAT(logLines(),
                 ElementsAre(xasErrorLine("Invalid samba password, lanman_pwd = LANMAN, nt_pwd = NT, "
                                          "lct_field = \n"),
@@ -155,7 +150,7 @@ TEST_F(DaemonCifs, RefusesAPasswordThatLacksAPartAndRestoresSmbConf)
 TEST_F(DaemonCifs, WritesBothFiles)
 {
     start();
-    EXPECT_EQ(outcome(message().build()), "1 0 ");
+    EXPECT_EQ(outcome(message()), XAS_APPLIED);
     EXPECT_THAT(logLines(), IsEmpty());
     EXPECT_EQ(files.read("smb"), "   workgroup = ENG\n");
     EXPECT_EQ(files.read("smbpasswd"), "# passwords\ncifsuser:100:LANMAN:NT:[U          ]:LCT-1:Cifs User\n");
@@ -163,12 +158,12 @@ TEST_F(DaemonCifs, WritesBothFiles)
 
 TEST_F(DaemonAgent, AnswersWithItsLatestFileAndNoMoreOnceItIsSwitchedOff)
 {
-    EXPECT_TRUE(isApplied(snmpMessage("first").build()));
+    EXPECT_EQ(daemon.outcome(snmpMessage("first")), XAS_APPLIED);
     EXPECT_EQ(contact("first"), "\"noc\"\n");
-    EXPECT_TRUE(isApplied(snmpMessage("second").build()));
+    EXPECT_EQ(daemon.outcome(snmpMessage("second")), XAS_APPLIED);
     EXPECT_EQ(contact("second"), "\"noc\"\n");
     EXPECT_THAT(contact("first", "0"), HasSubstr("Timeout: No Response"));
-    EXPECT_TRUE(isApplied(snmpMessage("third").word(120, 0).build()));
+    EXPECT_EQ(daemon.outcome(snmpMessage("third").set("enabled", 0)), XAS_APPLIED);
     for (const char *community : {"second", "third"})
         EXPECT_THAT(contact(community, "0"), HasSubstr("Timeout: No Response"));
     EXPECT_EQ(xasReadFile(conf), "agentaddress udp:127.0.0.1:161\nsyscontact  noc\nrocommunity  third\n"

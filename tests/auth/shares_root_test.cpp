@@ -62,7 +62,7 @@ class SambaProgram : public XasFilesTest {
 
     int update()
     {
-        XasMessage msg = XasMessageBuilder{XMSG_CIFS}.payload(cifs).build();
+        XasMessage msg = XasMessageBuilder{XMSG_CIFS}.payload(cifs);
         const XasCfgFileList list =
             xasTestCfgFiles({{"smb", dir.path("smb.conf")}, {"smbpasswd", dir.path("smbpasswd")}});
         return xasUpdateSambaCfg(&msg, &list, &reply);
@@ -103,15 +103,9 @@ class MountProgram : public XasFilesTest {
 
     int update()
     {
-        XasMessage msg = XasMessageBuilder{XMSG_NFS}
-                             .bytes(120, "192.168.10.20:/export/logs")
-                             .bytes(249, "/logs")
-                             .word(384, 1)
-                             .bytes(388, "127.0.0.1:/")
-                             .bytes(517, "/deep/root")
-                             .word(648, 1)
-                             .word(652, 1)
-                             .build();
+        XasMessage msg = XasMessageBuilder{XMSG_NFS}.set(
+            "mount1.rem_dir=192.168.10.20:/export/logs mount1.local_dir=/logs mount1.mount=1 "
+            "mount2.rem_dir=127.0.0.1:/ mount2.local_dir=/deep/root mount2.read_write=1 mount2.mount=1");
         const XasCfgFileList list =
             xasTestCfgFiles({{"nfsServers", dir.path("nfs-servers")}, {"fstab", dir.path("fstab")}});
         return xasUpdateNFSCfg(&msg, &list, &reply);

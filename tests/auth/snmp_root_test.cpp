@@ -2,6 +2,7 @@
 #include "auth/snmp.h"
 #include "support/dispatcher_fixture.h"
 #include "support/hosts.h"
+#include "support/reply.h"
 
 #include <gmock/gmock.h>
 
@@ -15,27 +16,11 @@ constexpr const char *OLD_TEXT = "syslocation x\nsyscontact x\nrouser x\nrwuser 
 /** Every field with a value of its own. */
 XasMessageBuilder message()
 {
-    return XasMessageBuilder{XMSG_SNMP}
-        .id(77)
-        .word(120, 1)
-        .word(124, 30)
-        .bytes(128, xasHostBytes(xasHostWithAddress("10.0.0.9")))
-        .bytes(204, xasHostBytes(xasNamedHost("traps.example.org")))
-        .bytes(280, "location")
-        .bytes(301, "contact")
-        .bytes(322, "v3user")
-        .bytes(343, "v3pass")
-        .bytes(364, "v3phrase")
-        .bytes(385, "v3rwuser")
-        .bytes(406, "v3rwpass")
-        .bytes(427, "v3rwphrase")
-        .word(448, 2)
-        .word(452, 1)
-        .word(456, 0)
-        .bytes(460, "ro")
-        .bytes(481, "rw")
-        .bytes(502, "trap")
-        .word(532, 0);
+    return XasMessageBuilder{XMSG_SNMP}.id(77).set(
+        "enabled=1 alarm_delay=30 trap1=10.0.0.9 trap2=traps.example.org syslocation=location "
+        "syscontact=contact v3user=v3user v3pass=v3pass v3phrase=v3phrase v3rwuser=v3rwuser "
+        "v3rwpass=v3rwpass v3rwphrase=v3rwphrase v3security=2 v3auth=1 v3encrypt=0 ro_community=ro "
+        "rw_community=rw trap_community=trap community_mode=0");
 }
 
 constexpr const char *NEW_TEXT = "syslocation  location\n"
@@ -56,15 +41,9 @@ class UpdateSnmp : public XasFilesTest {
   protected:
     int update(const XasMessageBuilder &builder)
     {
-        XasMessage msg = builder.build();
+        XasMessage msg = builder;
         const XasCfgFileList list = xasTestCfgFiles({{"other", "/none"}, {"snmp", path}});
         return xasUpdateSNMPCfg(&msg, &list, &reply);
-    }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
     }
 
     std::string path = dir.path("snmpd.conf");
@@ -96,7 +75,7 @@ TEST_F(UpdateSnmp, WritesEveryFieldOfTheMessageToItsPlace)
     EXPECT_EQ(dir.read("snmpd.conf"), NEW_TEXT);
     EXPECT_EQ(dir.read("snmpd.conf.old"), OLD_TEXT);
     EXPECT_EQ(xasModeOf(path), 0600U);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
@@ -104,9 +83,11 @@ TEST_F(UpdateSnmp, DoesNotRunFromATextThatFillsItsFieldIntoTheNext)
 {
     dir.write("snmpd.conf", OLD_TEXT);
     XasMessageBuilder full = message();
-    for (const std::size_t offset : {280U, 301U, 322U, 343U, 364U, 385U, 406U, 427U, 460U, 481U, 502U})
-        full.bytes(offset, std::string(21, static_cast<char>('a' + (offset - 280) / 21)));
-    EXPECT_EQ(update(full.word(532, 1)), 0);
+    char letter = 'a';
+    for (const char *name : {"syslocation", "syscontact", "v3user", "v3pass", "v3phrase", "v3rwuser",
+                             "v3rwpass", "v3rwphrase", "ro_community", "rw_community", "trap_community"})
+        full.set(name, std::string(21, letter++));
+    EXPECT_EQ(update(full.set("community_mode", 1)), 0);
     EXPECT_EQ(dir.read("snmpd.conf"),
               "syslocation  aaaaaaaaaaaaaaaaaaaaa\n"
               "syscontact  bbbbbbbbbbbbbbbbbbbbb\n"
@@ -123,14 +104,14 @@ TEST_F(UpdateSnmp, DoesNotRunFromATextThatFillsItsFieldIntoTheNext)
 
 TEST_F(DispatchSnmp, RewritesTheFileOfAnAgentThatIsSwitchedOffButLeavesItStopped)
 {
-    EXPECT_EQ(outcome(message().word(120, 0).build()), XAS_APPLIED);
+    EXPECT_EQ(outcome(message().set("enabled", 0)), XAS_APPLIED);
     EXPECT_THAT(programs(), ElementsAre("stop-snmp"));
     EXPECT_EQ(xasReadFile(path), NEW_TEXT);
 }
 
 TEST_F(DispatchSnmp, StartsTheAgentAgainWithItsNewFile)
 {
-    EXPECT_EQ(outcome(message().build()), XAS_APPLIED);
+    EXPECT_EQ(outcome(message()), XAS_APPLIED);
     EXPECT_THAT(programs(), ElementsAre("stop-snmp", "start-snmp"));
     EXPECT_EQ(xasReadFile(path), NEW_TEXT);
 }
@@ -138,6 +119,6 @@ TEST_F(DispatchSnmp, StartsTheAgentAgainWithItsNewFile)
 TEST_F(DispatchSnmp, StartsTheAgentAgainWhenItsFileCouldNotBeRead)
 {
     std::remove(path.c_str());
-    EXPECT_EQ(outcome(message().build()), "0 2 Error opening SNMP config file");
+    EXPECT_EQ(outcome(message()), "0 2 Error opening SNMP config file");
     EXPECT_THAT(programs(), ElementsAre("stop-snmp", "start-snmp"));
 }

@@ -6,6 +6,7 @@
 #include "support/growth.h"
 #include "support/hosts.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <array>
 #include <cerrno>
@@ -81,12 +82,6 @@ std::string lineText(const std::string &line, const XasSnmpPayload &snmpCfg = ke
 class SnmpFile : public XasFilesTest {
   protected:
     int edit() { return xasEditSNMPCfgFile(path.c_str(), &snmpCfg, &reply); }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
-    }
 
     XasSnmpPayload snmpCfg = keeping();
     std::string path = dir.path("snmpd.conf");
@@ -462,7 +457,7 @@ TEST_F(SnmpFile, StaysAsItIsButForItsModeWhenTheNewOneCannotBePutInPlace)
     dir.write("snmpd.conf", "syscontact me\n");
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(edit(), 1);
-    expectReply(3, "Error saving new SNMP config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new SNMP config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
     EXPECT_EQ(dir.read("snmpd.conf"), "syscontact me\n");
     EXPECT_EQ(xasModeOf(path), 0600U);

@@ -7,6 +7,7 @@
 #include "auth/sys_auth.h"
 #include "support/faults.h"
 #include "support/login_files.h"
+#include "support/reply.h"
 
 #include <cerrno>
 
@@ -49,33 +50,33 @@ TEST_F(UpdateAuthDeathTest, TheEditorsOfTheMethodsNeedTheirSettings)
 TEST_F(UpdateAuth, MakesTheDerivedFilesFromTheEarlierOrderWhenTheNewOneCannotBeSaved)
 {
     const XasFault fault{"rename", EIO, 1, 1};
-    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.byte(122, 9).byte(121, 1).build();
+    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.set("ldap", 9).set("nis", 1);
     EXPECT_EQ(update(msg), 1);
-    expectReply(3, "Error saving new r58authconfig config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new r58authconfig config file");
     EXPECT_EQ(xasReadFile(ORDER), "LOCAL=1\n");
     expectDerivedFiles();
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Error renaming new config file \"" + std::string{ORDER} + "\"\n"),
                             xasErrorLine("Error editing network config file\n")));
-    EXPECT_EQ(xasMessageBytes(msg, 121, 2), std::string("\1\0", 2)) << "clamped all the same";
+    EXPECT_EQ(xasValueIn(msg, "nis") + xasValueIn(msg, "ldap"), "10") << "clamped all the same";
 }
 
 TEST_F(UpdateAuth, LogsAMissingOrderFileForEachReader)
 {
     std::remove(ORDER);
-    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.byte(122, 9).build();
+    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.set("ldap", 9);
     EXPECT_EQ(update(msg), 1);
-    expectReply(2, "Error opening sysconfig/r58authconfig config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening sysconfig/r58authconfig config file");
     EXPECT_THAT(log.lines(), ElementsAre(ORDER_MISSING, xasErrorLine("Error editing network config file\n"),
                                          ORDER_MISSING, ORDER_MISSING, ORDER_MISSING));
     EXPECT_THAT(dir.read("system-auth"), Not(HasSubstr("use_first_pass")));
     EXPECT_EQ(dir.read("nsswitch"), "passwd:     files\n");
-    EXPECT_EQ(xasMessageBytes(msg, 122, 1), "\x09") << "left alone, the file was not even opened";
+    EXPECT_EQ(xasValueIn(msg, "ldap"), "9") << "left alone, the file was not even opened";
 }
 
 TEST_F(UpdateAuth, RemembersNoPositionThatTheOrderFileNoLongerNames)
 {
-    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.byte(120, 2).byte(121, 1).byte(122, 3).build();
+    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.set("local=2 nis=1 ldap=3");
     EXPECT_EQ(update(msg), 0);
     EXPECT_EQ(dir.read("nsswitch"), "passwd:     nis files\n");
     EXPECT_THAT(dir.read("system-auth"), HasSubstr("pam_ldap.so"));
@@ -90,10 +91,9 @@ TEST_F(UpdateAuth, WritesTheOrderAndWhatFollowsFromItAndFromTheSettingsOfOtherMe
     xasWriteFile("/etc/krb5.conf", "[appdefaults]\n    use_ldap = 1\n");
     xasWriteFile("/etc/tacplus.conf", "server1 = tac1\nserver2 = \nserver3 = tac3\n"
                                       "server1_secret = s3cret\nencrypt = 1\nlogin = chap\n");
-    XasMessage msg =
-        XasMessageBuilder{XMSG_AUTH}.byte(125, 1).byte(126, 2).byte(123, 200).word(128, 7).build();
+    XasMessage msg = XasMessageBuilder{XMSG_AUTH}.set("kerberos=1 tacacs=2 radius=200 first_responding=7");
     EXPECT_EQ(update(msg), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
     EXPECT_EQ(xasReadFile(ORDER),
               "FIRSTRSP=1\nLOCAL=0\nNIS=0\nLDAP=0\nRADIUS=0\nSECURID=0\nKERBEROS=1\nTACACS=2\n");

@@ -36,16 +36,14 @@ std::string listOf(unsigned count)
     return bytes;
 }
 
-XasMessage messageFor(unsigned count)
+XasMessageBuilder messageFor(unsigned count)
 {
     return XasMessageBuilder{XMSG_LOCALUSERS}
         .id(77)
-        .word(120, 1)
-        .word(156, 1)
-        .half(160, static_cast<std::uint16_t>(count))
-        .word(164, 0xDEADBEEF)
-        .word(168, 0xDEADBEEF)
-        .build();
+        .set("enabled", 1)
+        .set("users_included", 1)
+        .set("num_users", static_cast<std::uint16_t>(count))
+        .bytes(XAS_USER_REFERENCE_OFFSET, "no list");
 }
 
 /** Lets queues made from now on hold one record of this many bytes. */
@@ -87,13 +85,13 @@ class DaemonUsers : public testing::Test {
         sendList(listOf(count));
         const auto answer = daemon->queues->receive(60s);
         EXPECT_TRUE(answer);
-        return answer && answer->xH.orig_id == 77 && xasMessageWord(*answer, 120) == 1;
+        return answer && answer->xH.orig_id == 77 && xasOutcomeIn(*answer) == XAS_APPLIED;
     }
 
     /** The daemon answers the next message, and answered nothing before it. */
     void expectNextAnswered()
     {
-        const XasMessage answer = daemon->ask(XasMessageBuilder{XMSG_SSH}.id(4711).build());
+        const XasMessage answer = daemon->ask(XasMessageBuilder{XMSG_SSH}.id(4711));
         EXPECT_EQ(answer.xH.orig_id, 4711U);
     }
 
@@ -133,7 +131,7 @@ TEST_F(DaemonUsers, AreNotTouchedWhenAnotherMessageComesInThePlaceOfTheirRecord)
 {
     start();
     daemon->queues->send(messageFor(1));
-    daemon->queues->send(XasMessageBuilder{XMSG_SSH}.id(1).build());
+    daemon->queues->send(XasMessageBuilder{XMSG_SSH}.id(1));
     ASSERT_TRUE(daemon->log.await("Expected 344 bytes from queue, got 2488 bytes\n"));
     expectNextAnswered();
     EXPECT_THAT(daemon->stubs.calls(), IsEmpty());
@@ -152,10 +150,7 @@ TEST_F(DaemonUsers, AreAllRemovedAndTheMessageFailsWhenItHasNone)
 {
     start();
     xasWriteFile(LIST, "root\n");
-    const XasMessage answer = daemon->ask(messageFor(0));
-    EXPECT_EQ(xasMessageWord(answer, 120), 0U);
-    EXPECT_EQ(xasMessageWord(answer, 128), 0U);
-    EXPECT_EQ(xasMessageText(answer, 132), "");
+    EXPECT_EQ(daemon->outcome(messageFor(0)), XAS_FAILED);
     EXPECT_THAT(daemon->stubs.lines(), ElementsAre("/bin/deluser root"));
     EXPECT_TRUE(daemon->log.await("sw/err-Error updating configuration for application: localuser\n"));
 }
@@ -163,14 +158,11 @@ TEST_F(DaemonUsers, AreAllRemovedAndTheMessageFailsWhenItHasNone)
 TEST_F(DaemonUsers, AreReadThoughTheMessageDoesNotIncludeThem)
 {
     start();
-    XasMessage msg = messageFor(1);
-    const std::uint32_t none = 0;
-    std::memcpy(msg.payload.data() + 36, &none, sizeof none);
-    daemon->queues->send(msg);
+    daemon->queues->send(messageFor(1).set("users_included", 0));
     sendList(listOf(1));
     const auto answer = daemon->queues->receive(10s);
     ASSERT_TRUE(answer);
-    EXPECT_EQ(xasMessageWord(*answer, 120), 1U);
+    EXPECT_EQ(xasOutcomeIn(*answer), XAS_APPLIED);
     EXPECT_THAT(daemon->stubs.calls(), IsEmpty());
     expectNextAnswered();
 }

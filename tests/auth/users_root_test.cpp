@@ -6,6 +6,7 @@
 #include "support/faults.h"
 #include "support/log.h"
 #include "support/message.h"
+#include "support/reply.h"
 #include "support/stub.h"
 
 #include <cerrno>
@@ -54,7 +55,7 @@ class LocalUsers : public testing::Test {
 
     int single(const XasUserRecord &user, std::uint32_t action)
     {
-        XasMessage msg = XasMessageBuilder{XMSG_USER}.payload(user).word(352, action).build();
+        XasMessage msg = XasMessageBuilder{XMSG_USER}.payload(user).set("action", action);
         return xasUpdateSingleLocalUsersCfg(&msg, &cfgFiles, &reply);
     }
 
@@ -62,10 +63,10 @@ class LocalUsers : public testing::Test {
     {
         const XasUserRecord *reference = users.data();
         XasMessage msg = XasMessageBuilder{XMSG_LOCALUSERS}
-                             .word(156, 1)
-                             .half(160, static_cast<std::uint16_t>(users.size()))
-                             .bytes(164, {reinterpret_cast<const char *>(&reference), sizeof reference})
-                             .build();
+                             .set("users_included", 1)
+                             .set("num_users", static_cast<std::uint16_t>(users.size()))
+                             .bytes(XAS_USER_REFERENCE_OFFSET,
+                                    {reinterpret_cast<const char *>(&reference), sizeof reference});
         return xasUpdateLocalUsersCfg(&msg, &cfgFiles, &reply);
     }
 
@@ -148,8 +149,7 @@ TEST_F(LocalUsers, AddFailsWhenThePortFileCannotBeWritten)
     EXPECT_EQ(single(userOf("alice"), 0), 1);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"/etc/zel/alice.conf\"\n"),
                                          xasErrorLine("Error setting port permissions for alice\n")));
-    EXPECT_EQ(reply.rcode, 0U);
-    EXPECT_EQ(reply.rstr, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(LocalUsers, APortFileThatIsALinkIsNotFollowed)
@@ -343,7 +343,7 @@ TEST_F(LocalUsers, ARebuildWithoutItsUsersChangesNothing)
 {
     giveAccounts({"alice"});
     xasWriteFile(LIST, "alice\n");
-    XasMessage msg = XasMessageBuilder{XMSG_LOCALUSERS}.word(120, 1).half(160, 3).build();
+    XasMessage msg = XasMessageBuilder{XMSG_LOCALUSERS}.set("enabled", 1).set("num_users", 3);
     EXPECT_EQ(xasUpdateLocalUsersCfg(&msg, &cfgFiles, &reply), 0);
     EXPECT_THAT(stubs.calls(), IsEmpty());
     EXPECT_EQ(xasReadFile(LIST), "alice\n");
@@ -353,7 +353,7 @@ TEST_F(LocalUsers, ARebuildWithoutRecordsRemovesAllAndFails)
 {
     giveAccounts({"alice", "bob"});
     xasWriteFile(LIST, "alice\nbob\n");
-    XasMessage msg = XasMessageBuilder{XMSG_LOCALUSERS}.word(156, 2).build();
+    XasMessage msg = XasMessageBuilder{XMSG_LOCALUSERS}.set("users_included", 2);
     EXPECT_EQ(xasUpdateLocalUsersCfg(&msg, &cfgFiles, &reply), 1);
     EXPECT_THAT(stubs.lines(), ElementsAre("/bin/deluser alice", "/bin/deluser bob"));
     EXPECT_EQ(xasReadFile(LIST), "");
@@ -431,7 +431,7 @@ TEST_F(LocalUsers, ARebuildHasTheResultOfItsLastPortFile)
 
 TEST_F(LocalUsers, TheListMessageChangesNothing)
 {
-    XasMessage msg = XasMessageBuilder{XMSG_USERLIST}.build();
+    XasMessage msg = XasMessageBuilder{XMSG_USERLIST};
     EXPECT_EQ(xasUpdateUserListCfg(&msg, &cfgFiles, &reply), 0);
     EXPECT_THAT(stubs.calls(), IsEmpty());
     EXPECT_THAT(log.lines(), IsEmpty());

@@ -10,11 +10,6 @@ const std::string PRECEDENCE = "IPV4_PRECEDENCE=no";
 
 const XasLogLine UPDATE_FAILED = xasErrorLine("Error updating configuration for application: dns\n");
 
-/** 2001:db8::53, and 192.0.2.53 and 192.0.2.54, as address records. */
-constexpr std::string_view IPV6{"\x01\0\0\0\x20\x01\x0d\xb8\0\0\0\0\0\0\0\0\0\0\0\x53", 20};
-constexpr std::string_view IPV4{"\0\0\0\0\xc0\0\x02\x35", 8};
-constexpr std::string_view OTHER_IPV4{"\0\0\0\0\xc0\0\x02\x36", 8};
-
 XasMessageBuilder dnsMessage()
 {
     return XasMessageBuilder{XMSG_DNS}.id(9);
@@ -34,9 +29,8 @@ class DaemonDns : public XasMessageFilesTest {
 TEST_F(DaemonDns, WritesBothFilesAndTellsTheLoggerAndTheAgent)
 {
     start();
-    EXPECT_EQ(
-        outcome(dnsMessage().bytes(120, IPV4).bytes(140, IPV6).bytes(160, OTHER_IPV4).word(180, 1).build()),
-        "1 0 ");
+    EXPECT_EQ(outcome(dnsMessage().set("dns1=192.0.2.53 dns2=2001:db8::53 dns3=192.0.2.54 prefer_ipv4=1")),
+              XAS_APPLIED);
     EXPECT_EQ(files.read("resolv"), "192.0.2.53\n2001:db8::53\n192.0.2.54\n");
     EXPECT_EQ(files.read("dnsprec"), "IPV4_PRECEDENCE=yes");
     EXPECT_EQ(files.read("resolv.old"), SERVERS);
@@ -49,10 +43,10 @@ TEST_F(DaemonDns, WritesBothFilesAndTellsTheLoggerAndTheAgent)
 TEST_F(DaemonDns, SkipsServersThatAreNotSet)
 {
     start();
-    EXPECT_EQ(outcome(dnsMessage().bytes(140, IPV4).build()), "1 0 ");
+    EXPECT_EQ(outcome(dnsMessage().set("dns2", "192.0.2.53")), XAS_APPLIED);
     EXPECT_EQ(files.read("resolv"), "192.0.2.53\n");
     EXPECT_EQ(files.read("dnsprec"), "IPV4_PRECEDENCE=no");
-    EXPECT_EQ(outcome(dnsMessage().word(180, 0x80000000).build()), "1 0 ");
+    EXPECT_EQ(outcome(dnsMessage().set("prefer_ipv4", 0x80000000)), XAS_APPLIED);
     EXPECT_EQ(files.read("resolv"), "");
     EXPECT_EQ(files.read("dnsprec"), "IPV4_PRECEDENCE=yes");
 }
@@ -60,7 +54,7 @@ TEST_F(DaemonDns, SkipsServersThatAreNotSet)
 TEST_F(DaemonDns, FailsWithoutTheServersFileInTheList)
 {
     start("resolv");
-    EXPECT_EQ(outcome(dnsMessage().bytes(120, IPV4).word(180, 1).build()),
+    EXPECT_EQ(outcome(dnsMessage().set("dns1", "192.0.2.53").set("prefer_ipv4", "yes")),
               "0 1 Error determining dns config file");
     EXPECT_THAT(logLines(),
                 ElementsAre(xasErrorLine("Error determining config file for dns\n"), UPDATE_FAILED));

@@ -12,7 +12,7 @@ class DaemonEthernet : public XasEthAppliance {
   protected:
     void startRouter()
     {
-        daemon.ask(XasMessageBuilder{XMSG_ROUTING}.word(120, 1).build());
+        daemon.ask(XasMessageBuilder{XMSG_ROUTING}.set("start", 1));
         daemon.stubs.forget();
     }
 
@@ -20,7 +20,7 @@ class DaemonEthernet : public XasEthAppliance {
     void tell(const XasMessage &msg)
     {
         daemon.queues->send(msg);
-        const XasMessage next = daemon.ask(XasMessageBuilder{XMSG_SSH}.id(99).build());
+        const XasMessage next = daemon.ask(XasMessageBuilder{XMSG_SSH}.id(99));
         EXPECT_EQ(next.xH.orig_id, 99U) << "the message itself was answered";
     }
 };
@@ -54,14 +54,14 @@ TEST_F(DaemonEthernet, TakesNoNoticeOfTheBondingOfAMessageThatFailed)
     EXPECT_THAT(calls(), ElementsAre("eth start 1 5 2"));
     eth.bonding = 0;
     eth.ports[0].source = XAS_SOURCE_STATIC;
-    EXPECT_EQ(apply(), "1 0 ");
+    EXPECT_EQ(apply(), XAS_APPLIED);
     EXPECT_THAT(calls(), ElementsAre("eth stop 1 5 0", "eth start 1 5 0"));
 }
 
 TEST_F(DaemonEthernet, RefusesALinkModeWithoutACodeBeforeAnythingIsStopped)
 {
     start();
-    EXPECT_EQ(apply(), "1 0 ");
+    EXPECT_EQ(apply(), XAS_APPLIED);
     calls();
     eth.ports[1].mode = 7;
     EXPECT_EQ(apply(), "0 0 ");
@@ -71,7 +71,7 @@ TEST_F(DaemonEthernet, RefusesALinkModeWithoutACodeBeforeAnythingIsStopped)
 TEST_F(DaemonEthernet, WritesTheFilesAndStartsTheNetworkWithItsParameters)
 {
     start();
-    EXPECT_EQ(apply(), "1 0 ");
+    EXPECT_EQ(apply(), XAS_APPLIED);
     EXPECT_THAT(calls(), ElementsAre("eth start 1 5 0"));
     EXPECT_EQ(files.read("gatewayprec"), "DHCP_GW_PRECEDENCE=2\n");
     EXPECT_EQ(files.read("kernel"), "net.ipv4.ip_forward = 1\n");
@@ -91,7 +91,7 @@ TEST_F(DaemonEthernet, AsksWithTheWebFrontEndsHostName)
     xasWriteFile("/www/xml/network.xml", "<HOSTNAME>console1</HOSTNAME>\n");
     start();
     eth.ports[1].source = XAS_SOURCE_DHCP;
-    EXPECT_EQ(apply(), "1 0 ");
+    EXPECT_EQ(apply(), XAS_APPLIED);
     EXPECT_THAT(files.read("eth1"), testing::HasSubstr("\nBOOTPROTO=dhcp\n"));
     EXPECT_THAT(files.read("eth1"), testing::HasSubstr("\nDHCP_HOSTNAME=console1\n"));
     EXPECT_THAT(files.read("eth0"), testing::HasSubstr("\nDHCP_HOSTNAME=\n"));
@@ -101,7 +101,7 @@ TEST_F(DaemonEthernet, SwitchesBondingOnAndOffAgain)
 {
     start();
     eth.bonding = 2;
-    EXPECT_EQ(apply(), "1 0 ");
+    EXPECT_EQ(apply(), XAS_APPLIED);
     EXPECT_THAT(calls(), ElementsAre("eth start 1 5 2"));
     EXPECT_EQ(files.read("eth1"),
               "DEVICE=eth1\nTYPE=Ethernet\nMASTER=bond0\nSLAVE=yes\nBOOTPROTO=none\nONBOOT=yes\n");
@@ -111,14 +111,14 @@ TEST_F(DaemonEthernet, SwitchesBondingOnAndOffAgain)
               "options bond0 mode=802.3ad miimon=250 use_carrier=1 downdelay=2500 updelay=2500\n");
     // Bonding being on forces both ports as soon as one is in use.
     eth.ports[0].marker = 0;
-    EXPECT_EQ(apply(), "1 0 ");
+    EXPECT_EQ(apply(), XAS_APPLIED);
     EXPECT_THAT(calls(), ElementsAre("eth stop 1 5 2", "eth start 1 5 2"));
     eth.bonding = 0;
-    EXPECT_EQ(apply(), "1 0 ");
+    EXPECT_EQ(apply(), XAS_APPLIED);
     EXPECT_THAT(calls(), ElementsAre("eth stop 1 5 1", "eth start 1 5 1"));
     EXPECT_FALSE(files.has("bond0"));
     EXPECT_EQ(files.read("modprobe"), "");
-    EXPECT_EQ(apply(), "1 0 ");
+    EXPECT_EQ(apply(), XAS_APPLIED);
     EXPECT_THAT(calls(), ElementsAre("eth stop 0 5 0", "eth start 0 5 0"));
 }
 
@@ -127,8 +127,8 @@ TEST_F(DaemonEthernet, LeavesBothPortsAloneWhenNeitherIsInUse)
     start();
     eth.ports[0].marker = 0;
     eth.ports[1].marker = 0;
-    EXPECT_EQ(apply(), "1 0 ");
-    EXPECT_EQ(apply(), "1 0 ");
+    EXPECT_EQ(apply(), XAS_APPLIED);
+    EXPECT_EQ(apply(), XAS_APPLIED);
     EXPECT_THAT(calls(), ElementsAre("eth start 0 0 0", "eth stop 0 0 0", "eth start 0 0 0"));
 }
 
@@ -136,33 +136,33 @@ TEST_F(DaemonEthernet, RestartsARouterThatRuns)
 {
     start();
     startRouter();
-    EXPECT_EQ(apply(), "1 0 ");
+    EXPECT_EQ(apply(), XAS_APPLIED);
     EXPECT_THAT(calls(), ElementsAre("eth start 1 5 0", "router stop", "router start"));
 }
 
 TEST_F(DaemonEthernet, TellsTheNatScriptOfAnAddressAndWhetherTheRouterRuns)
 {
     start();
-    tell(XasMessageBuilder{XMSG_NAT_NOTIFY}.word(120, 1).word(124, xasTestIPv4("10.1.2.3")).build());
+    tell(XasMessageBuilder{XMSG_NAT_NOTIFY}.set("add=1 address=10.1.2.3"));
     EXPECT_THAT(calls(), ElementsAre("nat add 0 10.1.2.3"));
     startRouter();
-    tell(XasMessageBuilder{XMSG_NAT_NOTIFY}.word(120, 0).word(124, xasTestIPv4("192.168.100.200")).build());
+    tell(XasMessageBuilder{XMSG_NAT_NOTIFY}.set("add=0 address=192.168.100.200"));
     EXPECT_THAT(calls(), ElementsAre("nat del 1 192.168.100.200"));
-    tell(XasMessageBuilder{XMSG_NAT_NOTIFY}.word(120, 7).word(124, xasTestIPv4("1.2.3.4")).build());
+    tell(XasMessageBuilder{XMSG_NAT_NOTIFY}.set("add=7 address=1.2.3.4"));
     EXPECT_THAT(calls(), ElementsAre("nat add 1 1.2.3.4"));
 }
 
 TEST_F(DaemonEthernet, TellsTheLinkScriptOfAChangeAndWritesItsFile)
 {
     start();
-    tell(XasMessageBuilder{XMSG_NOTIFY}.word(120, 3).bytes(136, "Eth2 Link Down").build());
+    tell(XasMessageBuilder{XMSG_NOTIFY}.set("code", 3).set("text", "Eth2 Link Down"));
     EXPECT_THAT(calls(), ElementsAre("netlink linkdn 0 5"));
     EXPECT_EQ(files.read("eth1"), "DEVICE=eth1\nONBOOT=no\n");
     EXPECT_EQ(files.read("eth0"), "DEVICE=eth0\nONBOOT=yes\n");
-    tell(XasMessageBuilder{XMSG_NOTIFY}.word(120, 2).bytes(136, "Eth2 Link Up").build());
+    tell(XasMessageBuilder{XMSG_NOTIFY}.set("code", 2).set("text", "Eth2 Link Up"));
     EXPECT_THAT(calls(), ElementsAre("netlink linkup 0 5"));
     EXPECT_EQ(files.read("eth1"), "DEVICE=eth1\nONBOOT=yes\n");
-    tell(XasMessageBuilder{XMSG_NOTIFY}.word(120, 3).bytes(136, "Eth1 Link Down").build());
+    tell(XasMessageBuilder{XMSG_NOTIFY}.set("code", 3).set("text", "Eth1 Link Down"));
     EXPECT_THAT(calls(), ElementsAre("netlink linkdn 1 0"));
     EXPECT_EQ(files.read("eth0"), "DEVICE=eth0\nONBOOT=no\n");
 }
@@ -170,7 +170,7 @@ TEST_F(DaemonEthernet, TellsTheLinkScriptOfAChangeAndWritesItsFile)
 TEST_F(DaemonEthernet, RefusesANoticeOfAnotherPortWithoutAnAnswer)
 {
     start();
-    tell(XasMessageBuilder{XMSG_NOTIFY}.word(120, 3).bytes(136, "Eth3 Link Down").build());
+    tell(XasMessageBuilder{XMSG_NOTIFY}.set("code", 3).set("text", "Eth3 Link Down"));
     EXPECT_THAT(calls(), IsEmpty());
     EXPECT_TRUE(daemon.log.await("sw/err-Invalid link change interface type: Eth3 Link Down\n"));
 }

@@ -7,6 +7,7 @@
 #include "support/files.h"
 #include "support/log.h"
 #include "support/message.h"
+#include "support/reply.h"
 
 #include <array>
 #include <cerrno>
@@ -45,7 +46,7 @@ class EthUpdate : public XasFilesTest {
 
     int update()
     {
-        XasMessage msg = XasMessageBuilder{XMSG_ETH}.payload(eth).build();
+        XasMessage msg = XasMessageBuilder{XMSG_ETH}.payload(eth);
         const XasCfgFileList cfgFiles = xasTestCfgFiles(described);
         reply = {};
         return xasUpdateEthCfg(&msg, &cfgFiles, &reply);
@@ -84,12 +85,6 @@ class EthUpdate : public XasFilesTest {
         return found;
     }
 
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
-    }
-
     XasEthPayload eth = xasTestEth();
     std::vector<std::pair<std::string, std::string>> described;
     XasLogCapture log;
@@ -105,7 +100,7 @@ TEST_F(EthUpdate, WithAnUnknownBondingModeRollsBackWhatCameBeforeTheModules)
 {
     eth.bonding = 4;
     EXPECT_EQ(update(), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error getting Ethernet bonding options string\n"),
                                          xasErrorLine("Error editing modprobe config file\n")));
     EXPECT_THAT(newFiles(), IsEmpty());
@@ -116,7 +111,7 @@ TEST_F(EthUpdate, WithAnUnknownAddressSourceOfTheFirstPortFailsAtTheBondWhileBon
 {
     eth.ports[0].source = 3;
     EXPECT_EQ(update(), 1);
-    expectReply(1, "Invalid address source");
+    EXPECT_EQ(xasReplyText(reply), "1 Invalid address source");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error editing config file for bond0\n")));
     EXPECT_THAT(newFiles(), IsEmpty());
 }
@@ -127,7 +122,7 @@ TEST_F(EthUpdate, WithAnUnknownAddressSourceOfTheSecondPortFailsThere)
     eth.ports[1].source = 3;
     dir.write("bond0.old", "bond0 of an earlier save\n");
     EXPECT_EQ(update(), 1);
-    expectReply(1, "Invalid address source");
+    EXPECT_EQ(xasReplyText(reply), "1 Invalid address source");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error editing config file for Ethernet 1\n")));
     EXPECT_EQ(dir.read("eth0"), "old eth0\n");
     EXPECT_EQ(dir.read("eth1"), "old eth1\n");
@@ -139,7 +134,7 @@ TEST_F(EthUpdate, IgnoresTheAddressSourceOfASlave)
 {
     eth.ports[1].source = 3;
     EXPECT_EQ(update(), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(EthUpdate, HasDeletedTheBondWithoutBondingAndCannotRollItBack)
@@ -186,7 +181,7 @@ TEST_F(EthUpdate, FailsForTheNetworkFileAlsoWithoutAnAlternateGateway)
     const XasFault fault{"rename", EIO, RENAMES_PER_SAVE * 6 + 1, 1};
     removeType("altgateway");
     EXPECT_EQ(update(), 1);
-    expectReply(3, "Error saving new network config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new network config file");
 }
 
 TEST_F(EthUpdate, ReportsTheLastOfTwoFailures)
@@ -194,7 +189,7 @@ TEST_F(EthUpdate, ReportsTheLastOfTwoFailures)
     block("network");
     const XasFault fault{"rename", EIO, RENAMES_PER_SAVE * 6 + 6 + 1, 1};
     EXPECT_EQ(update(), 1);
-    expectReply(3, "Error saving new altenate gateway config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new altenate gateway config file");
     EXPECT_THAT(
         log.lines(),
         ElementsAre(blockedLine("network"), xasErrorLine("Error editing network config file\n"),
@@ -209,7 +204,7 @@ TEST_F(EthUpdate, WritesEveryFileWithoutBonding)
     eth.ipv6_enabled = 0;
     eth.ports[1].enabled = 0;
     EXPECT_EQ(update(), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
     EXPECT_EQ(dir.read("gatewayprec"), "DHCP_GW_PRECEDENCE=2\n");
     EXPECT_EQ(dir.read("kernel"), "# parameters\nnet.ipv4.ip_forward = 1\n");
@@ -245,21 +240,10 @@ TEST_F(EthUpdate, PutsEveryFieldOfTheRecordWhereItBelongs)
                         "net.ipv4.tcp_keepalive_intvl=\nnet.ipv4.ip_forward=\n");
     dir.write("altgateway", "DGD_GATEWAY=\nDGD_PING_IP=\nDGD_PING_IFC=\nDGD_PING_DELAY=\nDGD_PING_FAILED=\n");
     dir.write("network", "NETWORKING_IPV6=\n");
-    XasMessage msg = XasMessageBuilder{XMSG_ETH}
-                         .word(216, 1)
-                         .bytes(220, {"\x0a\x01\x02\x03", 4})
-                         .bytes(232, {"\x20\x01\x0d\xb8\0\0\0\0\0\0\0\0\0\0\0\x09", 16})
-                         .word(256, 1)
-                         .bytes(260, {"\x0a\x01\x02\x04", 4})
-                         .bytes(264, {"\x0a\x01\x02\x05", 4})
-                         .byte(268, 1)
-                         .byte(269, 11)
-                         .byte(270, 12)
-                         .word(272, 1300)
-                         .half(276, 14)
-                         .half(278, 15)
-                         .word(280, 1)
-                         .build();
+    XasMessage msg = XasMessageBuilder{XMSG_ETH}.set(
+        "ipv6_enabled=1 gateway=10.1.2.3 gateway_ipv6=2001:db8::9 gw_precedence=1 alt_gateway=10.1.2.4 "
+        "ping_ip=10.1.2.5 ping_ifc=1 ping_delay=11 ping_failed=12 timer=1300 probes=14 interval=15 "
+        "ip_forwarding=1");
     const XasCfgFileList cfgFiles = xasTestCfgFiles(described);
     EXPECT_EQ(xasUpdateEthCfg(&msg, &cfgFiles, &reply), 0);
     EXPECT_EQ(dir.read("gatewayprec"), "DHCP_GW_PRECEDENCE=1\n");

@@ -7,6 +7,7 @@
 #include "support/growth.h"
 #include "support/log.h"
 #include "support/message.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -76,7 +77,7 @@ class FirewallUpdate : public XasFilesTest {
     FirewallUpdate()
     {
         ::setenv("XMS_STORE", dir.path("store").c_str(), 1);
-        message.word(128, 1).word(132, 1).word(136, 1).word(140, 1).word(144, 1);
+        message.set("reject_method=1 invisible=1 ssh=1 telnet=1 www=1");
     }
     ~FirewallUpdate() override { ::unsetenv("XMS_STORE"); }
     FirewallUpdate(const FirewallUpdate &) = delete;
@@ -84,20 +85,15 @@ class FirewallUpdate : public XasFilesTest {
 
     void storeSshPort(std::uint16_t port) const
     {
-        const XasMessage record = XasMessageBuilder{XMSG_SSH}.half(142, port).build();
-        dir.write("store/XMSG_SSH", {reinterpret_cast<const char *>(&record), sizeof record});
+        const XasMessage record =
+            XasMessageBuilder{XMSG_SSH}.bytes(142, {reinterpret_cast<const char *>(&port), sizeof port});
+        dir.write("store/XMSG_SSH", xasMessageBytes(record));
     }
 
     int update()
     {
-        XasMessage msg = message.build();
+        XasMessage msg = message;
         return xasUpdateFirewallCfg(&msg, &files, &reply);
-    }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
     }
 };
 
@@ -259,7 +255,7 @@ TEST_F(FirewallFile, MustExist)
 {
     const std::string none = dir.path("none");
     EXPECT_EQ(xasEditFirewallCfgFile(none.c_str(), &OPEN, &reply), 1);
-    expectReply(2, "Error opening firewall config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening firewall config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + none + "\"\n")));
 }
 
@@ -267,7 +263,7 @@ TEST_F(FirewallFile, StaysAsItIsWhenTheNewOneCannotBePutInPlace)
 {
     const XasFault fault{"rename", EIO, 1};
     EXPECT_EQ(xasEditFirewallCfgFile(path.c_str(), &OPEN, &reply), 1);
-    expectReply(3, "Error saving new firewall config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new firewall config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
     EXPECT_EQ(dir.read("firewall"), "TCP_PUBLIC_SERVICES=a\nREJECT_METHOD=b\nINVISIBLE_TO_PING=c\n");
 }
@@ -276,8 +272,8 @@ TEST_F(FirewallFile, StaysAsItIsWhenTheNewOneCannotBePutInPlace)
 
 TEST_F(FirewallUpdateDeathTest, NeedsAMessageOfItsTypeAndAList)
 {
-    XasMessage msg = message.build();
-    XasMessage other = XasMessageBuilder{XMSG_NTP}.build();
+    XasMessage msg = message;
+    XasMessage other = XasMessageBuilder{XMSG_NTP};
     EXPECT_DEATH(xasUpdateFirewallCfg(nullptr, &files, &reply), "msg != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasUpdateFirewallCfg(&other, &files, &reply), "XMSG_FIREWALL == msg->xH.msgtype");
     EXPECT_DEATH(xasUpdateFirewallCfg(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
@@ -287,15 +283,15 @@ TEST_F(FirewallUpdate, NeedsItsFileInTheListAndGivesNoReason)
 {
     files = xasTestCfgFiles({{"zebra", path}});
     EXPECT_EQ(update(), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error determining firewall config file\n")));
 }
 
 TEST_F(FirewallUpdate, RefusesAnUnknownRejectMethodAndKeepsTheLiveFile)
 {
-    message.word(128, 2);
+    message.set("reject_method", 2);
     EXPECT_EQ(update(), 1);
-    expectReply(1, "Invalid reject method");
+    EXPECT_EQ(xasReplyText(reply), "1 Invalid reject method");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error editing firewall config file\n")));
     EXPECT_EQ(dir.read("firewall"), "TCP_PUBLIC_SERVICES=a\nREJECT_METHOD=b\nINVISIBLE_TO_PING=c\n");
     EXPECT_EQ(dir.read("firewall.tmp"), "TCP_PUBLIC_SERVICES=\"www ssh telnet \"\n");
@@ -306,7 +302,7 @@ TEST_F(FirewallUpdate, ReportsAFileThatCannotBeEdited)
 {
     std::filesystem::remove(path);
     EXPECT_EQ(update(), 1);
-    expectReply(2, "Error opening firewall config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening firewall config file");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + path + "\"\n"),
                                          xasErrorLine("Error editing firewall config file\n")));
 }
@@ -315,7 +311,7 @@ TEST_F(FirewallUpdate, OpensTheStoredPortOfSsh)
 {
     storeSshPort(2222);
     EXPECT_EQ(update(), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
     EXPECT_EQ(dir.read("firewall"), "TCP_PUBLIC_SERVICES=\"www 2222 telnet \"\nREJECT_METHOD=\"DROP\"\n"
                                     "INVISIBLE_TO_PING=\"yes\"\n");
@@ -334,8 +330,8 @@ TEST_F(FirewallUpdate, OpensSshByItsNameWhenPort22OrNothingIsStored)
 TEST_F(FirewallUpdate, ReadsEverySwitchFromItsOwnPlace)
 {
     xasWriteFile(path, "TCP_PUBLIC_SERVICES=\nREJECT_METHOD=\nINVISIBLE_TO_PING=\n");
-    const auto applied = [&](std::size_t offset) {
-        XasMessage msg = XasMessageBuilder{XMSG_FIREWALL}.word(offset, 1).build();
+    const auto applied = [&](const char *field) {
+        XasMessage msg = XasMessageBuilder{XMSG_FIREWALL}.set(field, 1);
         EXPECT_EQ(xasUpdateFirewallCfg(&msg, &files, &reply), 0);
         return dir.read("firewall");
     };
@@ -343,14 +339,14 @@ TEST_F(FirewallUpdate, ReadsEverySwitchFromItsOwnPlace)
         return "TCP_PUBLIC_SERVICES=\"" + std::string{tcp} + "\"\nREJECT_METHOD=\"" + std::string{method} +
                "\"\nINVISIBLE_TO_PING=\"" + std::string{invisible} + "\"\n";
     };
-    EXPECT_EQ(applied(120), file("", "REJECT", "no"));
-    EXPECT_EQ(applied(128), file("", "DROP", "no"));
-    EXPECT_EQ(applied(132), file("", "REJECT", "yes"));
-    EXPECT_EQ(applied(136), file("ssh ", "REJECT", "no"));
-    EXPECT_EQ(applied(140), file("telnet ", "REJECT", "no"));
-    EXPECT_EQ(applied(144), file("www ", "REJECT", "no"));
-    EXPECT_EQ(applied(148), file("https ", "REJECT", "no"));
-    EXPECT_EQ(applied(152), file("135 netbios-ssn microsoft-ds", "REJECT", "no"));
+    EXPECT_EQ(applied("enabled"), file("", "REJECT", "no"));
+    EXPECT_EQ(applied("reject_method"), file("", "DROP", "no"));
+    EXPECT_EQ(applied("invisible"), file("", "REJECT", "yes"));
+    EXPECT_EQ(applied("ssh"), file("ssh ", "REJECT", "no"));
+    EXPECT_EQ(applied("telnet"), file("telnet ", "REJECT", "no"));
+    EXPECT_EQ(applied("www"), file("www ", "REJECT", "no"));
+    EXPECT_EQ(applied("https"), file("https ", "REJECT", "no"));
+    EXPECT_EQ(applied("smb"), file("135 netbios-ssn microsoft-ds", "REJECT", "no"));
 }
 
 TEST_F(FirewallUpdate, AppliedTwiceChangesNoByteTheSecondTime)

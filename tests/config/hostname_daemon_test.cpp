@@ -13,7 +13,7 @@ const XasLogLine UPDATE_FAILED = xasErrorLine("Error updating configuration for 
 
 XasMessage hostnameMessage(std::string_view hostname, std::string_view domain)
 {
-    return XasMessageBuilder{XMSG_HOSTNAME}.id(9).bytes(120, hostname).bytes(185, domain).build();
+    return XasMessageBuilder{XMSG_HOSTNAME}.id(9).set("hostname", hostname).set("domain", domain);
 }
 
 class DaemonHostname : public XasMessageFilesTest {

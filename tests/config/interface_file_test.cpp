@@ -4,6 +4,7 @@
 #include "support/eth.h"
 #include "support/files.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <gmock/gmock.h>
 #include <regex>
@@ -60,7 +61,7 @@ std::string completeText(const XasEthPort &port, std::string_view device = "eth0
     XasReplyStatus reply;
     const XasNewText text = xasEthCfgText({port, device, isSlave, bonding}, dhcpHostname, &reply);
     EXPECT_TRUE(text.complete);
-    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     return text.text;
 }
 
@@ -80,7 +81,7 @@ TEST_F(EthernetFile, IsLeftAloneWhenTheAddressSourceIsUnknown)
         port.source = source;
         reply = {};
         EXPECT_EQ(edit(), 1);
-        expectReply(1, "Invalid address source");
+        EXPECT_EQ(xasReplyText(reply), "1 Invalid address source");
         EXPECT_THAT(log.take(), IsEmpty());
         EXPECT_EQ(dir.read("ifcfg"), "old\n");
         EXPECT_EQ(dir.read("ifcfg.tmp"), "DEVICE=eth0\nTYPE=Ethernet\n");
@@ -93,7 +94,7 @@ TEST_F(EthernetFile, OfBondingIsLeftAloneWhenTheModeHasNoOptions)
     dir.write("ifcfg", "old\n");
     for (const std::uint32_t bonding : {0U, 4U, 0xFFFFFFFFU}) {
         EXPECT_EQ(edit("bond0", false, bonding), 1);
-        expectReply(0, "");
+        EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
         EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error getting Ethernet bonding options string\n")));
         EXPECT_EQ(dir.read("ifcfg"), "old\n");
         EXPECT_EQ(dir.read("ifcfg.tmp"), "DEVICE=bond0\n"
@@ -119,8 +120,7 @@ TEST(EthernetText, EndsBehindTheTypeWhenTheAddressSourceIsUnknown)
     const XasNewText text = xasEthCfgText({port, "bond0", false, 1}, "", &reply);
     EXPECT_FALSE(text.complete);
     EXPECT_EQ(text.text, "DEVICE=bond0\nTYPE=Bonding\n");
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Invalid address source");
+    EXPECT_EQ(xasReplyText(reply), "1 Invalid address source");
 }
 
 TEST(EthernetText, OfASlaveHasNothingOfItsOwn)

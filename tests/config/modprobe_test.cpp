@@ -3,6 +3,7 @@
 
 #include "support/files.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <gmock/gmock.h>
 

@@ -8,6 +8,7 @@
 #include "support/hosts.h"
 #include "support/log.h"
 #include "support/message.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <filesystem>
@@ -80,23 +81,14 @@ class NtpUpdate : public XasFilesTest {
 
     NtpUpdate()
     {
-        message.word(120, 1).word(124, 1).word(128, 0);
-        message.bytes(132, xasHostBytes(xasHostWithAddress("10.0.0.1")));
-        message.bytes(208, xasHostBytes(xasNamedHost("ntp.example.org")));
-        message.bytes(284, xasHostBytes(xasHostWithAddress("2001:db8::7b")));
-        message.bytes(360, xasHostBytes(xasNamedHost("single.example.org")));
+        message.set("enabled=1 sync=1 poll=0 server1=10.0.0.1 server2=ntp.example.org server3=2001:db8::7b "
+                    "single=single.example.org");
     }
 
     int update()
     {
-        XasMessage msg = message.build();
+        XasMessage msg = message;
         return xasUpdateNtpCfg(&msg, &files, &reply);
-    }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
     }
 
     void expectFilesAsTheyWere() const
@@ -332,19 +324,19 @@ TEST_F(NtpFilesDeathTest, NeedTheirPathsAndValues)
 
 TEST_F(NtpUpdate, PutsAnEmptiedStepFileBackTooWhenTheDaemonFileIsNotInTheList)
 {
-    message.word(124, 0);
+    message.set("sync", 0);
     files = xasTestCfgFiles({{"stepTickers", steps}});
     EXPECT_EQ(update(), 1);
-    expectReply(1, "Error determining NTP step file");
+    EXPECT_EQ(xasReplyText(reply), "1 Error determining NTP step file");
     expectFilesAsTheyWere();
     EXPECT_THAT(dir.names(), ElementsAre("ntp.conf", "step-tickers"));
 }
 
 TEST_F(NtpUpdate, RefusesAnUnknownPollingTypeWhenItPolls)
 {
-    message.word(128, 2);
+    message.set("poll", 2);
     EXPECT_EQ(update(), 1);
-    expectReply(1, "Invalid NTP polling type");
+    EXPECT_EQ(xasReplyText(reply), "1 Invalid NTP polling type");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Invalid NTP polling type\n")));
     expectFilesAsTheyWere();
     EXPECT_THAT(dir.names(), ElementsAre("ntp.conf", "step-tickers"));
@@ -352,7 +344,7 @@ TEST_F(NtpUpdate, RefusesAnUnknownPollingTypeWhenItPolls)
 
 TEST_F(NtpUpdate, DoesNotLookAtThePollingTypeWhenItDoesNotPoll)
 {
-    message.word(124, 0).word(128, 2);
+    message.set("sync", 0).set("poll", 2);
     EXPECT_EQ(update(), 0);
     EXPECT_EQ(dir.read("ntp.conf"), "#server old.example.net\n");
 }
@@ -360,7 +352,7 @@ TEST_F(NtpUpdate, DoesNotLookAtThePollingTypeWhenItDoesNotPoll)
 TEST_F(NtpUpdate, WritesTheThreePolledServersToBothFiles)
 {
     EXPECT_EQ(update(), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_EQ(dir.read("step-tickers"), "10.0.0.1\nntp.example.org\n2001:db8::7b\n");
     EXPECT_EQ(dir.read("ntp.conf"), "server 10.0.0.1\nserver ntp.example.org\nserver 2001:db8::7b\n");
     EXPECT_EQ(dir.read("step-tickers.old"), "old.example.net\n");
@@ -370,7 +362,7 @@ TEST_F(NtpUpdate, WritesTheThreePolledServersToBothFiles)
 
 TEST_F(NtpUpdate, DoesNotLookAtWhetherTheDaemonIsEnabled)
 {
-    message.word(120, 0);
+    message.set("enabled", 0);
     EXPECT_EQ(update(), 0);
     EXPECT_EQ(dir.read("ntp.conf"), "server 10.0.0.1\nserver ntp.example.org\nserver 2001:db8::7b\n");
 }
@@ -379,7 +371,7 @@ TEST_F(NtpUpdate, EmptiesTheStepFileKeepingItsContentAndModeWhenNothingIsPolled)
 {
     for (const std::uint32_t sync : {0U, 2U, 0xFFFFFFFFU}) {
         steps = dir.write("step-tickers", "old.example.net\n", 0640);
-        message.word(124, sync);
+        message.set("sync", sync);
         EXPECT_EQ(update(), 0);
         EXPECT_EQ(dir.read("step-tickers"), "");
         EXPECT_EQ(xasModeOf(steps), 0640U);
@@ -392,14 +384,14 @@ TEST_F(NtpUpdate, EmptiesTheStepFileKeepingItsContentAndModeWhenNothingIsPolled)
 TEST_F(NtpUpdate, ReplacesAnEarlierBackupWhenItEmptiesTheStepFile)
 {
     dir.write("step-tickers.old", "older.example.net\n");
-    message.word(124, 0);
+    message.set("sync", 0);
     EXPECT_EQ(update(), 0);
     EXPECT_EQ(dir.read("step-tickers.old"), "old.example.net\n");
 }
 
 TEST_F(NtpUpdate, EmptiesTheStepFileWhateverStandsAtItsTemporary)
 {
-    message.word(124, 0);
+    message.set("sync", 0);
     dir.write("step-tickers.tmp", "abandoned\n");
     EXPECT_EQ(update(), 0);
     EXPECT_EQ(dir.read("step-tickers.tmp"), "abandoned\n");
@@ -417,9 +409,9 @@ TEST_F(NtpUpdate, EmptiesTheStepFileWhateverStandsAtItsTemporary)
 TEST_F(NtpUpdate, MakesAMissingStepFileButFailsWithoutAReason)
 {
     std::filesystem::remove(steps);
-    message.word(124, 0);
+    message.set("sync", 0);
     EXPECT_EQ(update(), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming old config file \"" + steps + "\"\n")));
     EXPECT_EQ(dir.read("step-tickers"), "");
     EXPECT_EQ(xasModeOf(steps), 0644U);
@@ -428,10 +420,10 @@ TEST_F(NtpUpdate, MakesAMissingStepFileButFailsWithoutAReason)
 
 TEST_F(NtpUpdate, PutsTheStepFileBackWhenTheEmptyOneCannotBeMade)
 {
-    message.word(124, 0);
+    message.set("sync", 0);
     const XasFault fault{"open", EACCES, 0, 1};
     EXPECT_EQ(update(), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening file \"" + steps + "\"\n")));
     expectFilesAsTheyWere();
     EXPECT_THAT(dir.names(), ElementsAre("ntp.conf", "step-tickers"));
@@ -441,9 +433,9 @@ TEST_F(NtpUpdate, LogsAllThreeFailuresWhenTheStepFilesDirectoryIsMissing)
 {
     const std::string nowhere = dir.path("missing/step-tickers");
     files = xasTestCfgFiles({{"stepTickers", nowhere}, {"ntp", ntp}});
-    message.word(124, 0);
+    message.set("sync", 0);
     EXPECT_EQ(update(), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     const XasLogLine notRenamed = xasErrorLine("Error renaming old config file \"" + nowhere + "\"\n");
     EXPECT_THAT(log.lines(), ElementsAre(notRenamed, xasErrorLine("Error opening file \"" + nowhere + "\"\n"),
                                          notRenamed));
@@ -453,7 +445,7 @@ TEST_F(NtpUpdate, LeavesADirectoryWhereTheStepFileShouldBeAlone)
 {
     std::filesystem::remove(steps);
     xasWriteFile(steps + "/inside", "text");
-    message.word(124, 0);
+    message.set("sync", 0);
     EXPECT_EQ(update(), 1);
     const XasLogLine notRenamed = xasErrorLine("Error renaming old config file \"" + steps + "\"\n");
     EXPECT_THAT(log.lines(),

@@ -23,12 +23,10 @@ class DaemonNtp : public XasMessageFilesTest {
     static XasMessageBuilder message(std::uint32_t sync, std::uint32_t poll)
     {
         return XasMessageBuilder{XMSG_NTP}
-            .word(120, 1)
-            .word(124, sync)
-            .word(128, poll)
-            .bytes(132, xasHostBytes(xasNamedHost("one")))
-            .bytes(208, xasHostBytes(xasHostWithAddress("10.0.0.2")))
-            .bytes(284, xasHostBytes(xasNamedHost("")));
+            .set("enabled", 1)
+            .set("sync", sync)
+            .set("poll", poll)
+            .set("server1=one server2=10.0.0.2 server3=");
     }
 };
 
@@ -42,11 +40,7 @@ class DaemonSyslog : public XasMessageFilesTest {
 
     static XasMessageBuilder message(std::uint32_t level)
     {
-        return XasMessageBuilder{XMSG_SYSLOG}
-            .word(120, level)
-            .bytes(144, xasHostBytes(xasNamedHost("")))
-            .bytes(220, xasHostBytes(xasNamedHost("")))
-            .half(298, 64);
+        return XasMessageBuilder{XMSG_SYSLOG}.set("local0", level).set("remote1= remote2= log_size=64");
     }
 };
 
@@ -73,7 +67,7 @@ class DaemonRouting : public XasMessageFilesTest {
 TEST_F(DaemonNtp, RefusesAnUnknownPollingType)
 {
     start();
-    EXPECT_EQ(outcome(message(1, 2).build()), "0 1 Invalid NTP polling type");
+    EXPECT_EQ(outcome(message(1, 2)), "0 1 Invalid NTP polling type");
     EXPECT_THAT(logLines(), ElementsAre(xasErrorLine("Invalid NTP polling type\n"), updateFailed("ntp")));
     EXPECT_EQ(files.read("stepTickers"), "old\n");
 }
@@ -82,7 +76,7 @@ TEST_F(DaemonNtp, FailsWithoutAReasonForAStepFileThatCannotBeEmptied)
 {
     files.remove("stepTickers");
     start();
-    EXPECT_EQ(outcome(message(0, 0).build()), "0 0 ");
+    EXPECT_EQ(outcome(message(0, 0)), "0 0 ");
     EXPECT_THAT(logLines(), ElementsAre(renameOldFailed("stepTickers"), updateFailed("ntp")));
     EXPECT_EQ(files.read("stepTickers"), "");
     EXPECT_EQ(files.read("ntp"), "server old\n");
@@ -91,10 +85,10 @@ TEST_F(DaemonNtp, FailsWithoutAReasonForAStepFileThatCannotBeEmptied)
 TEST_F(DaemonNtp, WritesBothFiles)
 {
     start();
-    EXPECT_EQ(outcome(message(1, 0).build()), "1 0 ");
+    EXPECT_EQ(outcome(message(1, 0)), "1 0 ");
     EXPECT_EQ(files.read("stepTickers"), "one\n10.0.0.2\n\n");
     EXPECT_EQ(files.read("ntp"), "server one\nserver 10.0.0.2\n");
-    EXPECT_EQ(outcome(message(0, 0).build()), "1 0 ");
+    EXPECT_EQ(outcome(message(0, 0)), "1 0 ");
     EXPECT_EQ(files.read("stepTickers"), "");
     EXPECT_EQ(files.read("stepTickers.old"), "one\n10.0.0.2\n\n");
     EXPECT_EQ(files.read("ntp"), "#server one\n#server 10.0.0.2\n");
@@ -104,7 +98,7 @@ TEST_F(DaemonNtp, WritesBothFiles)
 TEST_F(DaemonSyslog, RefusesAnUnknownLevelWithoutAReason)
 {
     start();
-    EXPECT_EQ(outcome(message(5).build()), "0 0 ");
+    EXPECT_EQ(outcome(message(5)), "0 0 ");
     EXPECT_THAT(logLines(), ElementsAre(updateFailed("syslog")));
     EXPECT_EQ(files.read("syslog"), "local0.*    /var/log/network\n");
     EXPECT_EQ(files.read("logrotate"), "size 1k\n");
@@ -113,7 +107,7 @@ TEST_F(DaemonSyslog, RefusesAnUnknownLevelWithoutAReason)
 TEST_F(DaemonSyslog, WritesBothFiles)
 {
     start();
-    EXPECT_EQ(outcome(message(3).build()), "1 0 ");
+    EXPECT_EQ(outcome(message(3)), "1 0 ");
     EXPECT_EQ(files.read("syslog"), "local0.err    /var/log/network\n");
     EXPECT_EQ(files.read("logrotate"), "size 64k\n");
     EXPECT_THAT(commands(), ElementsAre("/bin/killall syslogd", "/bin/killall klogd"));
@@ -122,7 +116,7 @@ TEST_F(DaemonSyslog, WritesBothFiles)
 TEST_F(DaemonTimezone, FailsWithoutAReasonForAZoneWithoutAFile)
 {
     start();
-    EXPECT_EQ(outcome(XasMessageBuilder{XMSG_TIMEZONE}.bytes(120, "Mars").build()), "0 0 ");
+    EXPECT_EQ(outcome(XasMessageBuilder{XMSG_TIMEZONE}.set("zone", "Mars")), "0 0 ");
     EXPECT_THAT(logLines(), ElementsAre(xasErrorLine("timezone file " + files.path("tzpathbase/Mars") +
                                                      " does not exist\n"),
                                         updateFailed("timezone")));
@@ -133,7 +127,7 @@ TEST_F(DaemonTimezone, WarnsOfAMissingLink)
 {
     files.remove("cfglink");
     start();
-    EXPECT_EQ(outcome(XasMessageBuilder{XMSG_TIMEZONE}.bytes(120, "Europe/Berlin").build()), "1 0 ");
+    EXPECT_EQ(outcome(XasMessageBuilder{XMSG_TIMEZONE}.set("zone", "Europe/Berlin")), "1 0 ");
     EXPECT_THAT(logLines(), ElementsAre(xasWarningLine("failure unlinking timezone symlink file\n")));
     EXPECT_EQ(std::filesystem::read_symlink(files.path("cfglink")), files.path("tzpathbase/Europe/Berlin"));
 }
@@ -141,7 +135,7 @@ TEST_F(DaemonTimezone, WarnsOfAMissingLink)
 TEST_F(DaemonTimezone, PointsTheLinkAtTheZone)
 {
     start();
-    EXPECT_EQ(outcome(XasMessageBuilder{XMSG_TIMEZONE}.bytes(120, "Europe/Berlin").build()), "1 0 ");
+    EXPECT_EQ(outcome(XasMessageBuilder{XMSG_TIMEZONE}.set("zone", "Europe/Berlin")), "1 0 ");
     EXPECT_EQ(std::filesystem::read_symlink(files.path("cfglink")), files.path("tzpathbase/Europe/Berlin"));
     EXPECT_THAT(logLines(), IsEmpty());
 }
@@ -149,7 +143,7 @@ TEST_F(DaemonTimezone, PointsTheLinkAtTheZone)
 TEST_F(DaemonRouting, FailsWithoutAReasonWhereAFileIsMissing)
 {
     start("ripd");
-    EXPECT_EQ(outcome(XasMessageBuilder{XMSG_ROUTING}.build()), "0 0 ");
+    EXPECT_EQ(outcome(XasMessageBuilder{XMSG_ROUTING}), "0 0 ");
     EXPECT_THAT(logLines(),
                 ElementsAre(xasErrorLine("Error determining router config file\n"), updateFailed("router")));
 }
@@ -157,7 +151,7 @@ TEST_F(DaemonRouting, FailsWithoutAReasonWhereAFileIsMissing)
 TEST_F(DaemonRouting, WritesBothFiles)
 {
     start();
-    EXPECT_EQ(outcome(XasMessageBuilder{XMSG_ROUTING}.word(128, 1).word(132, 2).build()), "1 0 ");
+    EXPECT_EQ(outcome(XasMessageBuilder{XMSG_ROUTING}.set("rip_enabled", 1).set("rip_version", 2)), "1 0 ");
     EXPECT_EQ(files.read("zebra"), "hostname a\n");
     EXPECT_EQ(files.read("ripd"),
               "interface eth0\n  ip rip send version 1 2\n  ip rip receive version 1 2\n!\n"

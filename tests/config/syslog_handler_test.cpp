@@ -6,6 +6,7 @@
 #include "support/hosts.h"
 #include "support/log.h"
 #include "support/message.h"
+#include "support/reply.h"
 
 #include <gmock/gmock.h>
 
@@ -28,24 +29,14 @@ class SyslogUpdate : public XasFilesTest {
 
     SyslogUpdate()
     {
-        for (std::uint32_t i = 0; i < 6; ++i)
-            message.word(120 + 4 * i, 1);
-        message.word(120, 3).word(140, 4);
-        message.bytes(144, xasHostBytes(xasNamedHost("")));
-        message.bytes(220, xasHostBytes(xasNamedHost("loghost")));
-        message.half(296, 30).half(298, 64);
+        message.set("local0=3 local1=1 authpriv=1 local3=1 local4=1 local5=4 remote1= remote2=loghost "
+                    "nut_size=30 log_size=64");
     }
 
     int update()
     {
-        XasMessage msg = message.build();
+        XasMessage msg = message;
         return xasUpdateSyslogCfg(&msg, &files, &reply);
-    }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
     }
 };
 
@@ -66,12 +57,12 @@ constexpr const char *NEW_LOGROTATE = "size 64k\n/var/log/nut {\nsize 30k\n}\n";
 
 TEST_F(SyslogUpdate, RefusesAnUnknownLevelInAnyPlaceWithoutAWord)
 {
-    for (std::uint32_t i = 0; i < 6; ++i) {
-        message.word(120 + 4 * i, 5);
-        EXPECT_EQ(update(), 1) << i;
-        message.word(120 + 4 * i, 4);
+    for (const char *facility : {"local0", "local1", "authpriv", "local3", "local4", "local5"}) {
+        message.set(facility, 5);
+        EXPECT_EQ(update(), 1) << facility;
+        message.set(facility, 4);
     }
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
     EXPECT_THAT(dir.names(), ElementsAre("logrotate.conf", "syslog.conf"));
 }
@@ -79,7 +70,7 @@ TEST_F(SyslogUpdate, RefusesAnUnknownLevelInAnyPlaceWithoutAWord)
 TEST_F(SyslogUpdate, WritesBothFilesAndKeepsTheirOldContent)
 {
     EXPECT_EQ(update(), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
     EXPECT_EQ(dir.read("syslog.conf"), NEW_SYSLOG);
     EXPECT_EQ(dir.read("logrotate.conf"), NEW_LOGROTATE);

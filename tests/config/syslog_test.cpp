@@ -5,6 +5,7 @@
 #include "support/growth.h"
 #include "support/hosts.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <gmock/gmock.h>
 
@@ -243,7 +244,7 @@ TEST_F(SyslogFile, HasTheLocalRulesAndThenTheForwardingRules)
                                        "kern.info    @loghost\n"
                                        "auth.info    @loghost\n");
     EXPECT_EQ(dir.read("syslog.conf.old"), "local0.info    /a\nmail.*    /b\n");
-    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 

@@ -18,7 +18,7 @@ int choose(std::string_view zone)
 {
     const XasCfgFileList files =
         xasTestCfgFiles({{"tzpathbase", "/usr/share/zoneinfo"}, {"cfglink", "/etc/localtime"}});
-    XasMessage msg = XasMessageBuilder{XMSG_TIMEZONE}.bytes(120, zone).build();
+    XasMessage msg = XasMessageBuilder{XMSG_TIMEZONE}.set("zone", zone);
     XasReplyStatus reply;
     return xasUpdateTimezoneCfg(&msg, &files, &reply);
 }

@@ -6,6 +6,7 @@
 #include "support/files.h"
 #include "support/log.h"
 #include "support/message.h"
+#include "support/reply.h"
 
 #include <cerrno>
 #include <filesystem>
@@ -32,15 +33,14 @@ class TimezoneUpdate : public XasFilesTest {
 
     int update(std::string_view zone)
     {
-        XasMessage msg = XasMessageBuilder{XMSG_TIMEZONE}.bytes(120, zone).build();
+        XasMessage msg = XasMessageBuilder{XMSG_TIMEZONE}.set("zone", zone);
         return xasUpdateTimezoneCfg(&msg, &files, &reply);
     }
 
     /** Nothing is ever put into the reply, and no other name is left beside the link. */
     void TearDown() override
     {
-        EXPECT_EQ(reply.rcode, 0U);
-        EXPECT_EQ(reply.rstr, "");
+        EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
         EXPECT_FALSE(dir.has("localtime.tmp"));
     }
 };

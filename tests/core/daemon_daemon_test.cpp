@@ -14,7 +14,7 @@ namespace {
 
 XasMessage switchXdd(std::uint32_t on)
 {
-    return XasMessageBuilder{XMSG_APPLICATION}.word(124, on).build();
+    return XasMessageBuilder{XMSG_APPLICATION}.set("start", on);
 }
 
 class DaemonSupervision : public testing::Test {
@@ -23,17 +23,9 @@ class DaemonSupervision : public testing::Test {
     void startWith(const std::vector<std::string> &exes, const std::string &name = "xdd")
     {
         daemon.start({{.name = name, .exes = exes}});
-        daemon.ask(XasMessageBuilder{XMSG_SSH}.build());
+        daemon.ask(XasMessageBuilder{XMSG_SSH});
         daemon.stubs.forget();
         daemon.log.clear();
-    }
-
-    /** The result of a message: "1 0 reason" for success, rcode and rstr. */
-    std::string outcome(const XasMessage &msg)
-    {
-        const XasMessage answer = daemon.ask(msg);
-        return std::to_string(xasMessageWord(answer, 120)) + " " +
-               std::to_string(xasMessageWord(answer, 128)) + " " + xasMessageText(answer, 132);
     }
 
     /** The process id in log line number `index`, "[pid]" in it. */
@@ -67,13 +59,13 @@ class DaemonSupervision : public testing::Test {
         const std::string pidFile = "/var/run/" + name + ".pid";
         xasWriteFile(program, "#!/bin/sh\nsetsid sleep 1000 &\necho $! >" + pidFile + "\nsleep 0.3\n", 0755);
         startWith({program + " -D"});
-        EXPECT_EQ(outcome(switchXdd(1)), "1 0 ");
+        EXPECT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED);
         ASSERT_TRUE(daemon.log.await("WIFEXITED"));
         const pid_t adopted = std::stoi(xasReadFile(pidFile));
         xasPause(250ms);
         EXPECT_EQ(::kill(adopted, 0), 0);
         // No lock file says that it still runs: it has been stopped.
-        EXPECT_EQ(outcome(switchXdd(0)), "1 0 ");
+        EXPECT_EQ(daemon.outcome(switchXdd(0)), XAS_APPLIED);
         EXPECT_TRUE(xasEventually([&] { return ::kill(adopted, 0) != 0; }));
         EXPECT_EQ(xasSettledLines(daemon.log).size(), 2U) << "started, ended; no restart and no warning";
     }
@@ -97,7 +89,7 @@ TEST_F(DaemonSupervision, RestartsADaemonASecondAfterItWasKilled)
 {
     const std::string program = endless("program");
     startWith({program + " -d"});
-    EXPECT_EQ(outcome(switchXdd(1)), "1 0 ");
+    EXPECT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED);
     const pid_t first = loggedPid(0);
     ASSERT_EQ(::kill(first, SIGKILL), 0);
     const auto died = steady_clock::now();
@@ -114,7 +106,7 @@ TEST_F(DaemonSupervision, LogsARestartThatFails)
 {
     const std::string program = daemon.stubs.make("program", 3, "rm $0; sleep 0.3");
     startWith({program});
-    EXPECT_EQ(outcome(switchXdd(1)), "1 0 ");
+    EXPECT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED);
     const pid_t pid = loggedPid(0);
     EXPECT_THAT(logLines(4), ElementsAre(started(pid, program), ended(pid, "WIFEXITED"),
                                          xasErrorLine(program + " is not a valid executable file\n"),
@@ -125,7 +117,7 @@ TEST_F(DaemonSupervision, RestartsAProgramThatEndsAtOnceTenTimesAndThenLeavesItD
 {
     const std::string program = daemon.stubs.make("program", 7);
     startWith({program});
-    EXPECT_EQ(outcome(switchXdd(1)), "1 0 ");
+    EXPECT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED);
     ASSERT_TRUE(daemon.log.awaitCount("WIFEXITED", 11, 30s));
     xasPause(1300ms);
     EXPECT_EQ(daemon.stubs.calls().size(), 11U);
@@ -136,7 +128,7 @@ TEST_F(DaemonSupervision, RestartsAProgramThatEndsAtOnceTenTimesAndThenLeavesItD
         EXPECT_EQ(lines[i + 1], ended(loggedPid(i), "WIFEXITED"));
     }
     daemon.log.clear();
-    EXPECT_EQ(outcome(switchXdd(0)), "1 0 ");
+    EXPECT_EQ(daemon.outcome(switchXdd(0)), XAS_APPLIED);
     EXPECT_THAT(logLines(1),
                 ElementsAre(xasWarningLine("daemon: " + program + " was not running under app: xdd\n")));
 }
@@ -145,9 +137,9 @@ TEST_F(DaemonSupervision, StopsADaemonBySigterm)
 {
     const std::string program = endless("program");
     startWith({program});
-    EXPECT_EQ(outcome(switchXdd(1)), "1 0 ");
+    EXPECT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED);
     const pid_t pid = loggedPid(0);
-    EXPECT_EQ(outcome(switchXdd(0)), "1 0 ");
+    EXPECT_EQ(daemon.outcome(switchXdd(0)), XAS_APPLIED);
     EXPECT_NE(::kill(pid, 0), 0);
     xasPause(1200ms);
     EXPECT_THAT(xasSettledLines(daemon.log), ElementsAre(started(pid, program), ended(pid, "WIFSIGNALED")))
@@ -158,7 +150,7 @@ TEST_F(DaemonSupervision, StopsADaemonThatIgnoresSigtermBySigkill)
 {
     const std::string program = deaf("program");
     startWith({program});
-    EXPECT_EQ(outcome(switchXdd(1)), "1 0 ");
+    EXPECT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED);
     const pid_t pid = loggedPid(0);
     const auto begin = steady_clock::now();
     daemon.queues->send(switchXdd(0));
@@ -167,7 +159,7 @@ TEST_F(DaemonSupervision, StopsADaemonThatIgnoresSigtermBySigkill)
     EXPECT_LT(steady_clock::now() - begin, 400ms) << "a poll of 100 ms, then 100 ms between the signals";
     const auto answer = daemon.queues->receive(5s);
     ASSERT_TRUE(answer);
-    EXPECT_EQ(xasMessageWord(*answer, 120), 1U);
+    EXPECT_EQ(xasOutcomeIn(*answer), XAS_APPLIED);
     EXPECT_GT(steady_clock::now() - begin, 1100ms);
     EXPECT_LT(steady_clock::now() - begin, 1600ms);
     EXPECT_THAT(logLines(2), ElementsAre(started(pid, program), ended(pid, "WIFSIGNALED")));
@@ -193,11 +185,11 @@ TEST_F(DaemonSupervision, FailsToStopAServerWhoseLockFileStays)
         0755);
     xasWriteFile("/var/lock/smbd.pid", "1\n");
     startWith({program});
-    EXPECT_EQ(outcome(switchXdd(1)), "1 0 ");
+    EXPECT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED);
     ASSERT_TRUE(daemon.log.await("WIFEXITED"));
     const std::string adopted = std::to_string(std::stoi(xasReadFile("/var/run/smbd.pid")));
     daemon.log.clear();
-    EXPECT_EQ(outcome(switchXdd(0)), "0 1 Error stopping service");
+    EXPECT_EQ(daemon.outcome(switchXdd(0)), "0 1 Error stopping service");
     EXPECT_THAT(logLines(2), ElementsAre(xasErrorLine("Failed to kill process: " + adopted + "\n"),
                                          xasErrorLine("Error stopping application\n")));
 }
@@ -207,7 +199,7 @@ TEST_F(DaemonSupervision, RestartsAServerThatLeftNoPidFile)
     xasWriteFile("/var/run/smbd.pid", "");
     const std::string program = daemon.stubs.make("smbd", 0, "sleep 0.3");
     startWith({program});
-    EXPECT_EQ(outcome(switchXdd(1)), "1 0 ");
+    EXPECT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED);
     ASSERT_TRUE(daemon.log.await("WIFEXITED"));
     const auto died = steady_clock::now();
     ASSERT_TRUE(daemon.stubs.await(2));
@@ -220,7 +212,7 @@ TEST_F(DaemonSupervision, LetsTheNtpDaemonStepTheClockWhenThereAreNoStepTickers)
     startWith({"/bin/ntpd -c /etc/ntp.conf"});
     const auto restart = [&] {
         daemon.stubs.forget();
-        EXPECT_EQ(outcome(switchXdd(1)), "1 0 ");
+        EXPECT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED);
         return daemon.stubs.lines();
     };
     EXPECT_THAT(restart(), ElementsAre("/bin/ntpd -c /etc/ntp.conf -g")) << "no file";
@@ -234,7 +226,7 @@ TEST_F(DaemonSupervision, KeepsQuietAboutTheSystemLoggersStartsAndDeaths)
 {
     const std::string program = endless("logger");
     startWith({program}, "syslog");
-    daemon.ask(XasMessageBuilder{XMSG_SYSLOG}.build());
+    daemon.ask(XasMessageBuilder{XMSG_SYSLOG});
     const pid_t pid = daemon.group().back();
     ASSERT_TRUE(daemon.stubs.await(3)) << "two killalls and the logger";
     ASSERT_EQ(::kill(pid, SIGKILL), 0);
@@ -250,10 +242,10 @@ TEST_F(DaemonSupervision, KeepsQuietAboutTheSystemLoggersStartsAndDeaths)
 TEST_F(DaemonSupervision, DoesNotKeepQuietAboutTheSystemLoggersFailures)
 {
     startWith({"/missing/logger"}, "syslog");
-    EXPECT_EQ(outcome(XasMessageBuilder{XMSG_SYSLOG}.build()), "0 1 Error starting service");
+    EXPECT_EQ(daemon.outcome(XasMessageBuilder{XMSG_SYSLOG}), "0 1 Error starting service");
     EXPECT_TRUE(daemon.log.await("sw/err-/missing/logger is not a valid executable file\n"));
     EXPECT_TRUE(daemon.log.await("sw/err-Error starting syslog app\n"));
-    EXPECT_EQ(outcome(XasMessageBuilder{XMSG_SYSLOG}.build()), "0 1 Error starting service");
+    EXPECT_EQ(daemon.outcome(XasMessageBuilder{XMSG_SYSLOG}), "0 1 Error starting service");
     EXPECT_THAT(daemon.stubs.lines(), ElementsAre("/bin/killall syslogd", "/bin/killall klogd"))
         << "once, at the first message";
 }
@@ -263,12 +255,13 @@ TEST_F(DaemonSupervision, ServesSeveralDeathsAtTheSameMoment)
     const std::string one = endless("one");
     const std::string two = endless("two");
     startWith({one, two});
-    EXPECT_EQ(outcome(switchXdd(1)), "1 0 ");
+    EXPECT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED);
     const pid_t first = loggedPid(0);
     const pid_t second = loggedPid(1);
     ::kill(first, SIGKILL);
     ::kill(second, SIGKILL);
-    EXPECT_EQ(outcome(switchXdd(1)), "1 0 ") << "the message waits its turn; both daemons are there again";
+    EXPECT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED)
+        << "the message waits its turn; both daemons are there again";
     EXPECT_THAT(xasSettledLines(daemon.log),
                 testing::Contains(testing::Field(&XasLogLine::text, HasSubstr("WIFSIGNALED"))).Times(2 + 2))
         << "and both are stopped and started by the message";

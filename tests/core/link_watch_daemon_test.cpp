@@ -104,10 +104,10 @@ TEST_F(DaemonLinks, GivesItsNotificationsTheNextMessageIds)
 {
     eth1.plug();
     start();
-    EXPECT_EQ(xasMessageWord(daemon.ask(message(eth)), 12), 10U);
+    EXPECT_EQ(daemon.ask(message(eth)).xH.id, 10U);
     calls();
     EXPECT_EQ(nextNotification(), "netlink linkdn 1 0") << "a port in use was taken as up";
-    EXPECT_EQ(xasMessageWord(daemon.ask(XasMessageBuilder{XMSG_SSH}.build()), 12), 12U);
+    EXPECT_EQ(daemon.ask(XasMessageBuilder{XMSG_SSH}).xH.id, 12U);
     EXPECT_FALSE(daemon.queues->receive(0ms)) << "a notification is not sent to anybody";
 }
 

@@ -30,15 +30,16 @@ class LinkWatch : public XasFilesTest {
     /** Stores which of the two ports are enabled. */
     void storePorts(std::uint32_t first, std::uint32_t second) const
     {
-        const XasMessage record = XasMessageBuilder{XMSG_ETH}.word(124, first).word(172, second).build();
-        dir.write("XMSG_ETH", xasMessageBytes(record, 0, sizeof record));
+        const XasMessage record =
+            XasMessageBuilder{XMSG_ETH}.set("eth1.enabled", first).set("eth2.enabled", second);
+        dir.write("XMSG_ETH", xasMessageBytes(record));
     }
 
     /** One look, more than a second after the last one. */
     XasIdleResult look(bool bondingOn = false)
     {
         clock.pass(2s);
-        msg = XasMessageBuilder{XMSG_SSH}.build();
+        msg = XasMessageBuilder{XMSG_SSH};
         return xasPollLinks(msg, bondingOn);
     }
 
@@ -129,15 +130,9 @@ TEST_F(LinkWatch, ReportsALinkThatCameUpAfterOneAndAHalfSeconds)
     eth0.plug();
     EXPECT_EQ(look(), XasIdleResult::message);
     EXPECT_THAT(clock.waits(), ElementsAre(1000ms, 500ms));
-    EXPECT_EQ(xasMessageWord(msg, 0), 64U);
-    EXPECT_EQ(xasMessageWord(msg, 4), 0U);
-    EXPECT_EQ(xasMessageWord(msg, 8), 4U);
-    EXPECT_EQ(xasMessageWord(msg, 12), 10U);
-    EXPECT_EQ(xasMessageWord(msg, 16), 0U);
-    EXPECT_EQ(xasMessageBytes(msg, 20, 100), std::string(100, '\0'));
-    EXPECT_EQ(xasMessageWord(msg, 120), 2U);
-    EXPECT_EQ(xasMessageBytes(msg, 124, 12), std::string(12, '\0'));
-    EXPECT_EQ(xasMessageBytes(msg, 136, 2488 - 136), "Eth1 Link Up" + std::string(2488 - 136 - 12, '\0'));
+    EXPECT_EQ(xasMessageBytes(msg),
+              xasMessageBytes(XasMessageBuilder{XMSG_NOTIFY}.sender(4).id(10).set("code", 2).set(
+                  "text", "Eth1 Link Up")));
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
@@ -147,8 +142,8 @@ TEST_F(LinkWatch, ReportsALinkThatWentDown)
     settle();
     eth1.unplug();
     EXPECT_EQ(look(), XasIdleResult::message);
-    EXPECT_EQ(xasMessageWord(msg, 120), 3U);
-    EXPECT_EQ(xasMessageText(msg, 136), "Eth2 Link Down");
+    EXPECT_EQ(xasValueIn(msg, "code"), "link-down");
+    EXPECT_EQ(xasValueIn(msg, "text"), "Eth2 Link Down");
     EXPECT_EQ(look(), XasIdleResult::nothing) << "once";
 }
 
@@ -158,9 +153,9 @@ TEST_F(LinkWatch, ReportsTwoChangesInTwoLooks)
     eth0.plug();
     eth1.plug();
     EXPECT_EQ(look(), XasIdleResult::message);
-    EXPECT_EQ(xasMessageText(msg, 136), "Eth1 Link Up");
+    EXPECT_EQ(xasValueIn(msg, "text"), "Eth1 Link Up");
     EXPECT_EQ(look(), XasIdleResult::message);
-    EXPECT_EQ(xasMessageText(msg, 136), "Eth2 Link Up");
+    EXPECT_EQ(xasValueIn(msg, "text"), "Eth2 Link Up");
     EXPECT_EQ(look(), XasIdleResult::nothing);
 }
 
@@ -181,7 +176,7 @@ TEST_F(LinkWatch, LooksAtTheSecondPortAfterAFlapOfTheFirst)
     eth1.plug();
     clock.at(clock.now() + 2s + 1200ms, [this] { eth0.unplug(); });
     EXPECT_EQ(look(), XasIdleResult::message);
-    EXPECT_EQ(xasMessageText(msg, 136), "Eth2 Link Up");
+    EXPECT_EQ(xasValueIn(msg, "text"), "Eth2 Link Up");
 }
 
 TEST_F(LinkWatch, RemembersAChangeOnADisabledPortSilently)
@@ -195,7 +190,7 @@ TEST_F(LinkWatch, RemembersAChangeOnADisabledPortSilently)
     EXPECT_EQ(look(), XasIdleResult::nothing) << "the change is known";
     eth0.unplug();
     EXPECT_EQ(look(), XasIdleResult::message);
-    EXPECT_EQ(xasMessageText(msg, 136), "Eth1 Link Down");
+    EXPECT_EQ(xasValueIn(msg, "text"), "Eth1 Link Down");
 }
 
 TEST_F(LinkWatch, StopsForThisTimeWhenTheConfigurationCannotBeRead)
@@ -216,7 +211,7 @@ TEST_F(LinkWatch, TakesAnEnabledPortForUp)
     xasNoteEthConfigured();
     EXPECT_EQ(xasEnableNetPort(0), 0);
     EXPECT_EQ(look(), XasIdleResult::message);
-    EXPECT_EQ(xasMessageText(msg, 136), "Eth1 Link Down");
+    EXPECT_EQ(xasValueIn(msg, "text"), "Eth1 Link Down");
 }
 
 TEST_F(LinkWatch, LooksAboutOnceASecond)

@@ -28,7 +28,7 @@ class DaemonLogMaintenance : public testing::Test {
     void start()
     {
         daemon.start({});
-        daemon.ask(XasMessageBuilder{XMSG_SSH}.build());
+        daemon.ask(XasMessageBuilder{XMSG_SSH});
         daemon.stubs.forget();
         daemon.log.clear();
     }
@@ -47,7 +47,7 @@ class DaemonLogMaintenance : public testing::Test {
         for (int i = 1; i < 12; ++i)
             tick();
         tick(3);
-        daemon.ask(XasMessageBuilder{XMSG_SSH}.build());
+        daemon.ask(XasMessageBuilder{XMSG_SSH});
     }
 
     XasTestDaemon daemon;
@@ -71,7 +71,7 @@ TEST_F(DaemonLogMaintenance, CopiesTheLogsAtEveryTickAndRotatesThemAtEveryTwelft
         EXPECT_EQ(daemon.stubs.lines(), expected);
     }
     EXPECT_THAT(xasSettledLines(daemon.log), ElementsAre(RUNNING, RUNNING));
-    daemon.ask(XasMessageBuilder{XMSG_SSH}.build());
+    daemon.ask(XasMessageBuilder{XMSG_SSH});
     EXPECT_FALSE(xasExists(OUTPUT));
 }
 

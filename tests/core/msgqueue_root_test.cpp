@@ -42,9 +42,7 @@ class Transport : public testing::Test {
     /** The records that the message refers to. */
     [[nodiscard]] const char *userRecords() const
     {
-        const char *records = nullptr;
-        std::memcpy(&records, xasMessageBytes(msg, 164, sizeof records).data(), sizeof records);
-        return records;
+        return xasPayloadValue<const char *, XAS_USER_REFERENCE_OFFSET>(msg);
     }
 
     const XasTestQueues queues;
@@ -100,7 +98,7 @@ TEST_F(Transport, ReportsARecordThatCannotBeSent)
 
 TEST_F(Transport, SendsTheWholeRecordUnderItsType)
 {
-    const XasMessage sent = XasMessageBuilder{XMSG_ACKNAK}.id(10).word(2484, 0x01020304).build();
+    const XasMessage sent = XasMessageBuilder{XMSG_ACKNAK}.id(10).bytes(2484, "last");
     EXPECT_EQ(xasSendMessage(&sent), 0);
     const auto arrived = queues.receive(1s);
     ASSERT_TRUE(arrived);
@@ -138,7 +136,7 @@ TEST_F(Transport, ReportsAQueueThatCannotBeRead)
 
 TEST_F(Transport, ReadsAgainWhenInterrupted)
 {
-    queues.send(XasMessageBuilder{XMSG_SSH}.id(9).build());
+    queues.send(XasMessageBuilder{XMSG_SSH}.id(9));
     const XasFault fault{"msgrcv", EINTR, 0, 3};
     EXPECT_EQ(xasGetMessage(&msg, false), 0);
     EXPECT_EQ(msg.xH.id, 9U);
@@ -150,9 +148,9 @@ TEST_F(Transport, GivesTheFirstRecordWhateverItsTypeIs)
     queues.send(99, std::string(2488, 'a'));
     queues.send(1, std::string(2488, 'b'));
     EXPECT_EQ(xasGetMessage(&msg, false), 0);
-    EXPECT_EQ(xasMessageBytes(msg, 0, 2488), std::string(2488, 'a'));
+    EXPECT_EQ(xasMessageBytes(msg), std::string(2488, 'a'));
     EXPECT_EQ(xasGetMessage(&msg, true), 0);
-    EXPECT_EQ(xasMessageBytes(msg, 0, 2488), std::string(2488, 'b'));
+    EXPECT_EQ(xasMessageBytes(msg), std::string(2488, 'b'));
 }
 
 TEST_F(Transport, WaitsForARecordAndServesSignalsMeanwhile)
@@ -164,7 +162,7 @@ TEST_F(Transport, WaitsForARecordAndServesSignalsMeanwhile)
                            [](pid_t, int) {
                            }});
     clock.at(300ms, [] { ::raise(SIGALRM); });
-    clock.at(700ms, [this] { queues.send(XasMessageBuilder{XMSG_SSH}.id(8).build()); });
+    clock.at(700ms, [this] { queues.send(XasMessageBuilder{XMSG_SSH}.id(8)); });
     EXPECT_EQ(xasGetMessage(&msg, true), 0);
     EXPECT_EQ(msg.xH.id, 8U);
     EXPECT_EQ(alarms, 1);
@@ -180,17 +178,17 @@ TEST_F(Transport, FailsToReceiveARecordOfAnotherSize)
     queues.send(1, std::string(2487, 'x'));
     EXPECT_EQ(receive(), 1);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Expected 2488 bytes from queue, got 2487 bytes\n")));
-    queues.send(XasMessageBuilder{XMSG_SSH}.build());
+    queues.send(XasMessageBuilder{XMSG_SSH});
     EXPECT_EQ(receive(), 0) << "the next one starts afresh";
 }
 
 TEST_F(Transport, WaitsATenthOfASecondBeforeEachLook)
 {
-    queues.send(XasMessageBuilder{XMSG_SSH}.build());
+    queues.send(XasMessageBuilder{XMSG_SSH});
     EXPECT_EQ(receive(), 0);
     EXPECT_EQ(clock.now(), 100ms);
     EXPECT_EQ(idleCalls, 0);
-    clock.at(450ms, [this] { queues.send(XasMessageBuilder{XMSG_SSH}.build()); });
+    clock.at(450ms, [this] { queues.send(XasMessageBuilder{XMSG_SSH}); });
     EXPECT_EQ(receive(), 0);
     EXPECT_EQ(clock.now(), 500ms);
     EXPECT_EQ(idleCalls, 3) << "once for each empty look";
@@ -199,7 +197,7 @@ TEST_F(Transport, WaitsATenthOfASecondBeforeEachLook)
 TEST_F(Transport, ReturnsTheMessageThatTheIdleWorkMade)
 {
     idleWork = [](XasMessage &buffer) {
-        buffer = XasMessageBuilder{XMSG_NOTIFY}.id(77).build();
+        buffer = XasMessageBuilder{XMSG_NOTIFY}.id(77);
         return XasIdleResult::message;
     };
     EXPECT_EQ(receive(), 0);
@@ -217,8 +215,8 @@ TEST_F(Transport, FailsWhenTheIdleWorkDoes)
 
 TEST_F(Transport, ReadsNoSecondRecordForAListOfNoUsers)
 {
-    queues.send(XasMessageBuilder{XMSG_LOCALUSERS}.half(160, 0).build());
-    queues.send(XasMessageBuilder{XMSG_SSH}.id(3).build());
+    queues.send(XasMessageBuilder{XMSG_LOCALUSERS}.set("num_users", 0));
+    queues.send(XasMessageBuilder{XMSG_SSH}.id(3));
     EXPECT_EQ(receive(), 0);
     EXPECT_EQ(users, nullptr);
     EXPECT_EQ(userRecords(), nullptr);
@@ -228,7 +226,7 @@ TEST_F(Transport, ReadsNoSecondRecordForAListOfNoUsers)
 
 TEST_F(Transport, FailsWhenTheUserListIsOfAnotherSizeThanItsCountSays)
 {
-    queues.send(XasMessageBuilder{XMSG_LOCALUSERS}.half(160, 3).build());
+    queues.send(XasMessageBuilder{XMSG_LOCALUSERS}.set("num_users", 3));
     queues.send(1, userEntry(2));
     EXPECT_EQ(receive(), 1);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Expected 792 bytes from queue, got 568 bytes\n")));
@@ -237,7 +235,7 @@ TEST_F(Transport, FailsWhenTheUserListIsOfAnotherSizeThanItsCountSays)
 
 TEST_F(Transport, LeavesTheUserListOnTheQueueWhenThereIsNoMemoryForIt)
 {
-    queues.send(XasMessageBuilder{XMSG_LOCALUSERS}.half(160, 10).build());
+    queues.send(XasMessageBuilder{XMSG_LOCALUSERS}.set("num_users", 10));
     queues.send(1, userEntry(10));
     {
         const XasFailingNew failing{2360};
@@ -251,7 +249,8 @@ TEST_F(Transport, LeavesTheUserListOnTheQueueWhenThereIsNoMemoryForIt)
 
 TEST_F(Transport, FetchesTheUserListAndRefersToItsFirstRecord)
 {
-    queues.send(XasMessageBuilder{XMSG_LOCALUSERS}.half(160, 2).word(164, 0xDEADBEEF).build());
+    queues.send(
+        XasMessageBuilder{XMSG_LOCALUSERS}.set("num_users", 2).bytes(XAS_USER_REFERENCE_OFFSET, "no list"));
     queues.send(1, userEntry(2));
     EXPECT_EQ(receive(), 0);
     ASSERT_NE(users, nullptr);
@@ -261,7 +260,7 @@ TEST_F(Transport, FetchesTheUserListAndRefersToItsFirstRecord)
 
 TEST_F(Transport, WaitsForAUserListThatComesLater)
 {
-    queues.send(XasMessageBuilder{XMSG_LOCALUSERS}.half(160, 1).build());
+    queues.send(XasMessageBuilder{XMSG_LOCALUSERS}.set("num_users", 1));
     clock.at(5s, [] {});
     clock.at(2s, [this] { queues.send(1, userEntry(1)); });
     EXPECT_EQ(receive(), 0);

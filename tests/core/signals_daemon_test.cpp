@@ -13,7 +13,7 @@ namespace {
 
 XasMessage startXdd()
 {
-    return XasMessageBuilder{XMSG_APPLICATION}.word(124, 1).build();
+    return XasMessageBuilder{XMSG_APPLICATION}.set("start", 1);
 }
 
 } // namespace
@@ -23,10 +23,10 @@ TEST(DaemonSignals, SighupAndSigpipeChangeNothing)
     XasTestDaemon daemon;
     daemon.start({});
     ASSERT_TRUE(daemon.stubs.await(1));
-    daemon.ask(XasMessageBuilder{XMSG_SSH}.build());
+    daemon.ask(XasMessageBuilder{XMSG_SSH});
     for (const int number : {SIGHUP, SIGPIPE, SIGHUP, SIGHUP}) {
         daemon.signal(number);
-        daemon.ask(XasMessageBuilder{XMSG_SSH}.build());
+        daemon.ask(XasMessageBuilder{XMSG_SSH});
     }
     EXPECT_THAT(xasSettledLines(daemon.log), ElementsAre(xasInfoLine("Initializing application server\n")));
     EXPECT_THAT(daemon.stubs.lines(), ElementsAre("/usr/bin/xas_iptables.sh resetAll"));
@@ -40,7 +40,7 @@ TEST(DaemonSignals, AreAtTheirDefaultsInScriptsAndDaemons)
     const std::string server =
         daemon.stubs.make("server", 0, show + daemon.stubs.path("server-signals") + "; exec sleep 1000");
     daemon.start({{.name = "xdd", .startScript = script, .exes = {server}}});
-    EXPECT_EQ(xasMessageWord(daemon.ask(startXdd()), 120), 1U);
+    EXPECT_EQ(daemon.outcome(startXdd()), XAS_APPLIED);
     for (const char *file : {"script-signals", "server-signals"}) {
         const std::string status = xasReadFile(daemon.stubs.path(file));
         EXPECT_THAT(status, HasSubstr("SigBlk:\t0000000000000000\n")) << file;
@@ -63,5 +63,5 @@ TEST(DaemonSignals, DoNotDisturbAScriptThatRuns)
     xasWriteFile(daemon.stubs.path("end"), "");
     const auto answer = daemon.queues->receive(5s);
     ASSERT_TRUE(answer);
-    EXPECT_EQ(xasMessageText(*answer, 132), "Error contacting NTP server") << "its exit status 40";
+    EXPECT_EQ(xasValueIn(*answer, "rstr"), "Error contacting NTP server") << "its exit status 40";
 }

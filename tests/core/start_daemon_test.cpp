@@ -32,15 +32,10 @@ TEST(DaemonStart, AnswersAnUnknownMessageTypeWithAFailure)
 {
     XasTestDaemon daemon;
     daemon.start({});
-    const XasMessage answer = daemon.ask(XasMessageBuilder{XMSG_SSH}.id(4711).build());
-    EXPECT_EQ(xasMessageWord(answer, 4), 2U);
-    EXPECT_EQ(xasMessageWord(answer, 8), 4U);
-    EXPECT_EQ(xasMessageWord(answer, 12), 10U);
-    EXPECT_EQ(xasMessageWord(answer, 16), 4711U);
-    EXPECT_EQ(xasMessageBytes(answer, 20, 100), std::string(100, '\0'));
-    EXPECT_EQ(xasMessageWord(answer, 120), 0U);
-    EXPECT_EQ(xasMessageWord(answer, 124), 1U);
-    EXPECT_EQ(xasMessageBytes(answer, 128, 2488 - 128), std::string(2488 - 128, '\0'));
+    const XasMessage answer = daemon.ask(XasMessageBuilder{XMSG_SSH}.id(4711));
+    EXPECT_EQ(
+        xasMessageBytes(answer),
+        xasMessageBytes(XasMessageBuilder{XMSG_ACKNAK}.sender(4).id(10).answering(4711).set("complete", 1)));
     EXPECT_THAT(daemon.stubs.lines(), ElementsAre("/usr/bin/xas_iptables.sh resetAll"));
     EXPECT_THAT(daemon.log.lines(), ElementsAre(xasInfoLine("Initializing application server\n")));
     EXPECT_EQ(daemon.log.arrived().front().ident, "xasd");

@@ -79,7 +79,7 @@ TEST(DaemonStartup, GoesOnWithoutThePacketFiltersScript)
     XasTestDaemon daemon;
     fs::remove("/usr/bin/xas_iptables.sh");
     daemon.start({});
-    EXPECT_EQ(daemon.ask(XasMessageBuilder{XMSG_SSH}.build()).xH.id, 10U);
+    EXPECT_EQ(daemon.ask(XasMessageBuilder{XMSG_SSH}).xH.id, 10U);
 }
 
 TEST(DaemonStartup, ResetsThePacketFilterBeforeItMakesDirectoriesAndLooksForItsQueues)
@@ -105,7 +105,7 @@ TEST(DaemonStartup, MakesItsDirectoriesInTheWayOfWhatStandsThere)
     ::umask(027);
     XasTestDaemon daemon;
     daemon.start({});
-    daemon.ask(XasMessageBuilder{XMSG_SSH}.build());
+    daemon.ask(XasMessageBuilder{XMSG_SSH});
     EXPECT_TRUE(fs::is_directory(fs::symlink_status("/etc/zel")));
     EXPECT_TRUE(fs::is_directory(fs::symlink_status("/usr/etc")));
     EXPECT_EQ(xasModeOf("/etc/zel"), 0750U) << "0777 without the umask's bits";
@@ -119,7 +119,7 @@ TEST(DaemonStartup, LeavesDirectoriesAndLinksToThemAlone)
     ASSERT_EQ(::symlink("/usr/elsewhere", "/usr/etc"), 0);
     XasTestDaemon daemon;
     daemon.start({});
-    daemon.ask(XasMessageBuilder{XMSG_SSH}.build());
+    daemon.ask(XasMessageBuilder{XMSG_SSH});
     EXPECT_EQ(xasReadFile("/etc/zel/admin.conf"), "kept");
     EXPECT_TRUE(fs::is_symlink("/usr/etc"));
 }
@@ -134,7 +134,7 @@ TEST(DaemonStartup, LooksForItsQueuesEverySecondUntilBothAreThere)
     ASSERT_TRUE(daemon.log.await(NO_QUEUE_FROM_XMS));
     ::msgctl(first, IPC_RMID, nullptr);
     daemon.queues.emplace();
-    EXPECT_EQ(daemon.ask(XasMessageBuilder{XMSG_SSH}.id(5).build()).xH.id, 10U);
+    EXPECT_EQ(daemon.ask(XasMessageBuilder{XMSG_SSH}.id(5)).xH.id, 10U);
     const auto lines = daemon.log.arrived();
     ASSERT_GE(lines.size(), 4U);
     for (std::size_t i = 2; i < lines.size(); ++i) {
@@ -153,7 +153,7 @@ TEST(DaemonStartup, StaysInTheForegroundByTheLongOptionDaemonToo)
         ::execl(xasDaemonPath(), "xasd", "--daemon", nullptr);
         ::_exit(126);
     }
-    parts.ask(XasMessageBuilder{XMSG_SSH}.build());
+    parts.ask(XasMessageBuilder{XMSG_SSH});
     EXPECT_EQ(lastSender(parts.queues->toXms), pid) << "no other process took over";
     ::kill(pid, SIGTERM);
     ::waitpid(pid, nullptr, 0);
@@ -168,7 +168,7 @@ TEST(DaemonStartup, DetachesIntoASessionOfItsOwnInTheRootDirectoryWithUmask0)
     EXPECT_EQ(result.exitStatus, 0);
     EXPECT_EQ(result.output, "");
     EXPECT_EQ(result.errors, "");
-    EXPECT_EQ(xasMessageWord(parts.ask(XasMessageBuilder{XMSG_APPLICATION}.build()), 120), 1U)
+    EXPECT_EQ(parts.outcome(XasMessageBuilder{XMSG_APPLICATION}), XAS_APPLIED)
         << "it knows the application of the default list";
     const pid_t pid = lastSender(parts.queues->toXms);
     EXPECT_EQ(::getsid(pid), pid);

@@ -24,7 +24,7 @@ const std::string ENDLESS = "while :; do sleep 1000; done";
 
 XasMessage switchXdd(std::uint32_t on)
 {
-    return XasMessageBuilder{XMSG_APPLICATION}.word(124, on).build();
+    return XasMessageBuilder{XMSG_APPLICATION}.set("start", on);
 }
 
 /** The time from SIGTERM until no process of the daemon's group lives. */
@@ -62,7 +62,7 @@ TEST(DaemonTermination, IsQuickWhileIdleAndTakesTheDaemonsWithIt)
         const std::string polite = daemon.stubs.make("polite", 0, "exec sleep 1000");
         const std::string deaf = daemon.stubs.make("deaf", 0, "trap '' TERM HUP INT; " + ENDLESS);
         daemon.start({{.name = "xdd", .exes = {polite, deaf}}});
-        ASSERT_EQ(xasMessageWord(daemon.ask(switchXdd(1)), 120), 1U);
+        ASSERT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED);
         ASSERT_GE(daemon.group().size(), 3U);
     });
 }
@@ -82,7 +82,7 @@ TEST(DaemonTermination, IsQuickWhileACommandRunsThatNeverEnds)
     expectQuickEnd([](XasTestDaemon &daemon) {
         daemon.stubs.put("/bin/killall", 0, ENDLESS);
         daemon.start({{.name = "hostname"}});
-        daemon.queues->send(XasMessageBuilder{XMSG_HOSTNAME}.build());
+        daemon.queues->send(XasMessageBuilder{XMSG_HOSTNAME});
         ASSERT_TRUE(daemon.stubs.await(2));
     });
 }
@@ -100,7 +100,7 @@ TEST(DaemonTermination, IsQuickWhileADaemonIsStartedOrStopped)
                                                       "trap 'touch " + daemon.stubs.path("asked") +
                                                           "' TERM; while :; do sleep 0.01; done");
         daemon.start({{.name = "xdd", .exes = {program}}});
-        ASSERT_EQ(xasMessageWord(daemon.ask(switchXdd(1)), 120), 1U);
+        ASSERT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED);
         daemon.queues->send(switchXdd(0));
         ASSERT_TRUE(xasEventually([&] { return xasExists(daemon.stubs.path("asked")); }));
         xasPause(150ms);
@@ -133,7 +133,7 @@ TEST(DaemonTermination, IsQuickWhileLogrotateHangs)
         daemon.stubs.put("/bin/cp");
         daemon.stubs.put("/usr/sbin/logrotate", 0, ENDLESS);
         daemon.start({});
-        daemon.ask(XasMessageBuilder{XMSG_SSH}.build());
+        daemon.ask(XasMessageBuilder{XMSG_SSH});
         for (std::size_t i = 1; i <= 12; ++i) {
             daemon.signal(SIGALRM);
             ASSERT_TRUE(daemon.stubs.await(1 + i));
@@ -148,7 +148,7 @@ TEST(DaemonTermination, IsQuickWhileTheQueueToTheConfigurationServerIsFull)
         daemon.start({});
         // Six acknowledgements of 2488 bytes fit into the queue's 16384.
         for (int i = 0; i < 7; ++i)
-            daemon.queues->send(XasMessageBuilder{XMSG_SSH}.build());
+            daemon.queues->send(XasMessageBuilder{XMSG_SSH});
         ASSERT_TRUE(xasEventually([&] { return daemon.queues->waiting() == 0; }));
         xasPause(20ms);
     });

@@ -35,10 +35,7 @@ class StoredEth : public Utils {
     StoredEth() { ::setenv("XMS_STORE", dir.path().c_str(), 1); }
     ~StoredEth() override { ::unsetenv("XMS_STORE"); }
 
-    void store(const XasMessage &record) const
-    {
-        dir.write("XMSG_ETH", xasMessageBytes(record, 0, sizeof record));
-    }
+    void store(const XasMessage &record) const { dir.write("XMSG_ETH", xasMessageBytes(record)); }
 };
 
 } // namespace
@@ -278,7 +275,7 @@ TEST_F(StoredEth, CannotBeHadWhenNothingIsStored)
 
 TEST_F(StoredEth, HasNoThirdPort)
 {
-    store(XasMessageBuilder{XMSG_ETH}.build());
+    store(XasMessageBuilder{XMSG_ETH});
     std::uint32_t value = 5;
     std::uint32_t other = 6;
     EXPECT_NE(xasGetEthPortState(2, value, other), 0);
@@ -287,14 +284,8 @@ TEST_F(StoredEth, HasNoThirdPort)
 
 TEST_F(StoredEth, GivesEachPortsOwnWords)
 {
-    store(XasMessageBuilder{XMSG_ETH}
-              .word(124, 11)
-              .word(128, 12)
-              .word(160, 13)
-              .word(172, 21)
-              .word(176, 22)
-              .word(208, 23)
-              .build());
+    store(XasMessageBuilder{XMSG_ETH}.set(
+        "eth1.enabled=11 eth1.source=12 eth1.mode=13 eth2.enabled=21 eth2.source=22 eth2.mode=23"));
     std::uint32_t enabled = 0;
     std::uint32_t source = 0;
     std::uint32_t mode = 0;

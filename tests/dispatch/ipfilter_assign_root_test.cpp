@@ -3,6 +3,7 @@
 
 #include "support/ipfilter.h"
 #include "support/log.h"
+#include "support/reply.h"
 #include "support/shell.h"
 #include "support/stub.h"
 
@@ -50,12 +51,6 @@ class FilterAssignTest : public XasFilesTest {
         return xasIPFilterAssign(&msg, &reply);
     }
 
-    void expectNoReply() const
-    {
-        EXPECT_EQ(reply.rcode, 0U);
-        EXPECT_EQ(reply.rstr, "");
-    }
-
     XasStubs stubs;
     XasShellLines shell;
     XasLogCapture log;
@@ -75,8 +70,7 @@ TEST_F(FilterAssignTest, IsRefusedWhenTheListingCannotBeRead)
 {
     stubs.put("/bin/grep", 0, "rm /tmp/xas_ipfilter.txt");
     EXPECT_EQ(assign(1, 1, "office"), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error openning IP Filter temp file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error openning IP Filter temp file");
     EXPECT_THAT(shell.take(), ElementsAre(listCommand("eth0")));
     EXPECT_THAT(log.lines(), IsEmpty()) << "the handler logs the reason";
     std::remove("/bin/grep");
@@ -87,7 +81,7 @@ TEST_F(FilterAssignTest, FailsWithoutAReasonWhenTheRuleCannotBeAdded)
 {
     list("", 1);
     EXPECT_EQ(assign(1, 1, "office"), 1);
-    expectNoReply();
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine(
                                  "Cannot add IP Filter office for interface eth0 from INPUT chain.\n")));
 }
@@ -96,7 +90,7 @@ TEST_F(FilterAssignTest, FailsWhenALongNameThatNeedsQuotesDoesNotFit)
 {
     const std::string name(200, ' ');
     EXPECT_EQ(assign(1, 1, name), 1);
-    expectNoReply();
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Cannot add IP Filter " + name +
                                                       " for interface eth0 from INPUT chain.\n")));
     EXPECT_THAT(shell.take(), ElementsAre(listCommand("eth0")));
@@ -106,7 +100,7 @@ TEST_F(FilterAssignTest, GoesOnWhenARuleCannotBeRemoved)
 {
     list(jump("one", "eth1") + jump("two", "eth1"), 1);
     EXPECT_EQ(assign(1, 2, ""), 0);
-    expectNoReply();
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(
         log.lines(),
         ElementsAre(xasErrorLine("Cannot remove IP Filter one for interface eth1 from INPUT chain.\n"),
@@ -116,7 +110,7 @@ TEST_F(FilterAssignTest, GoesOnWhenARuleCannotBeRemoved)
 TEST_F(FilterAssignTest, AddsOneJumpRuleToAnInterfaceWithoutAny)
 {
     EXPECT_EQ(assign(1, 1, "office"), 0);
-    expectNoReply();
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(shell.take(), ElementsAre(listCommand("eth0"), IPTABLES + "-A INPUT -i eth0 -j office"));
     EXPECT_THAT(log.lines(), IsEmpty());
 }

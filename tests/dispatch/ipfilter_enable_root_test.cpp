@@ -3,6 +3,7 @@
 
 #include "support/ipfilter.h"
 #include "support/log.h"
+#include "support/reply.h"
 #include "support/shell.h"
 #include "support/stub.h"
 
@@ -32,7 +33,7 @@ class FilterEnableTest : public XasFilesTest {
     void store(std::uint32_t enabled) const
     {
         const XasMessage record = xasTestFirewallMessage(enabled, 0);
-        dir.write("XMSG_FIREWALL", xasMessageBytes(record, 0, sizeof record));
+        dir.write("XMSG_FIREWALL", xasMessageBytes(record));
     }
 
     XasStubs stubs;
@@ -47,8 +48,7 @@ TEST_F(FilterEnableTest, IsRefusedWithAReasonWhenDisablingFails)
 {
     stubs.put("/bin/iptables", 4);
     EXPECT_EQ(xasIPFilterEnable(false, &reply), 1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Error disabling IP Filter");
+    EXPECT_EQ(xasReplyText(reply), "1 Error disabling IP Filter");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error disabling IP Filter.\n")));
     EXPECT_TRUE(xasIPFilterIsEnabled());
 }
@@ -84,7 +84,7 @@ TEST_F(FilterEnableTest, InsertsAndDeletesTheAcceptAllRule)
     EXPECT_THAT(shell.take(), ElementsAre(DISABLE, ENABLE));
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasInfoLine("IP Filter disabled.\n"), xasInfoLine("IP Filter enabled.\n")));
-    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(FilterEnableTest, CountsAsEnabledWhenEnablingFails)

@@ -127,7 +127,7 @@ TEST_F(FilterPacketsTest, AReplacedSetHasItsNewRulesOnlyAndARemovedOneNoChain)
     EXPECT_EQ(rules(), EMPTY + "-N lab\n-N office\n-A INPUT -i eth0 -j office\n-A INPUT -i ppp3 -j lab\n"
                                "-A office -s 192.0.2.1/32 -p udp -j ACCEPT\n");
     const XasMessage stored = xasTestAssignMessage(2, 3, "lab");
-    dir.write("XMSG_IPFILTER_ASSIGN-2-3", xasMessageBytes(stored, 0, sizeof stored));
+    dir.write("XMSG_IPFILTER_ASSIGN-2-3", xasMessageBytes(stored));
     set("office", {}, XAS_FILTER_REMOVE);
     EXPECT_EQ(rules(), EMPTY + "-N lab\n-A INPUT -i ppp3 -j lab\n");
 }

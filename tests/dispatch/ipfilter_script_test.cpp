@@ -53,7 +53,7 @@ class FilterInput : public XasFilesTest {
     void assign(const std::string &key, std::uint32_t type, std::uint8_t id, std::string_view set) const
     {
         const XasMessage record = xasTestAssignMessage(type, id, set);
-        dir.write("XMSG_IPFILTER_ASSIGN-" + key, xasMessageBytes(record, 0, sizeof record));
+        dir.write("XMSG_IPFILTER_ASSIGN-" + key, xasMessageBytes(record));
     }
 };
 

@@ -8,6 +8,7 @@
 #include "support/daemon.h"
 #include "support/ipfilter.h"
 #include "support/log.h"
+#include "support/reply.h"
 #include "support/shell.h"
 
 #include <cstdlib>
@@ -57,7 +58,7 @@ class FilterSetTest : public XasFilesTest {
 
     void store(const std::string &name, const XasMessage &record) const
     {
-        dir.write(name, xasMessageBytes(record, 0, sizeof record));
+        dir.write(name, xasMessageBytes(record));
     }
 
     XasStubs stubs;
@@ -73,7 +74,7 @@ using FilterSetDeathTest = FilterSetTest;
 TEST_F(FilterSetDeathTest, AssertsAMessageOfItsType)
 {
     EXPECT_DEATH(xasIPFilterSet(nullptr, &reply), HasSubstr("`msg != ((void *)0)'"));
-    const XasMessage other = XasMessageBuilder{XMSG_FIREWALL}.build();
+    const XasMessage other = XasMessageBuilder{XMSG_FIREWALL};
     EXPECT_DEATH(xasIPFilterSet(&other, &reply), HasSubstr("`XMSG_IPFILTER_SET == msg->xH.msgtype'"));
 }
 
@@ -82,8 +83,7 @@ TEST_F(FilterSetTest, IsRefusedWhenTheShippedScriptCannotBeCopied)
     std::remove(SHIPPED_PATH.c_str());
     xasWriteFile(WORKING_PATH, "#!/bin/sh\ntouch /tmp/ran\n", 0755);
     EXPECT_EQ(set("office", {}, XAS_FILTER_CREATE), 1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Error copying IP Filter script");
+    EXPECT_EQ(xasReplyText(reply), "1 Error copying IP Filter script");
     EXPECT_THAT(shell.take(), ElementsAre(COPY));
     EXPECT_FALSE(xasExists(WORKING_PATH)) << "an earlier copy is deleted first";
     EXPECT_FALSE(xasExists("/tmp/ran"));
@@ -94,8 +94,7 @@ TEST_F(FilterSetTest, IsRefusedWhenTheCopyCannotBeOpened)
 {
     stubs.put("/bin/cp", 0, "mkdir /tmp/xas_iptables.sh");
     EXPECT_EQ(set("office", {}, XAS_FILTER_CREATE), 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error openning IP Filter script");
+    EXPECT_EQ(xasReplyText(reply), "2 Error openning IP Filter script");
     EXPECT_THAT(shell.take(), ElementsAre(COPY));
     ::rmdir(WORKING_PATH.c_str());
     std::remove("/bin/cp");
@@ -106,8 +105,7 @@ TEST_F(FilterSetTest, IsRefusedWhenTheScriptCannotBeWrittenToItsEnd)
 {
     stubs.put("/bin/cp", 0, "ln -sf /dev/full /tmp/xas_iptables.sh");
     EXPECT_EQ(set("office", {}, XAS_FILTER_CREATE), 1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Error running IP Filter script");
+    EXPECT_EQ(xasReplyText(reply), "1 Error running IP Filter script");
     EXPECT_THAT(shell.take(), ElementsAre(COPY)) << "half a script is not run";
     std::remove("/bin/cp");
     ::symlink("/.host/usr/bin/cp", "/bin/cp");
@@ -117,8 +115,7 @@ TEST_F(FilterSetTest, IsRefusedWhenTheScriptFails)
 {
     xasWriteFile(SHIPPED_PATH, "#!/bin/sh\nexit 3\n", 0755);
     EXPECT_EQ(set("office", {}, XAS_FILTER_CREATE), 1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Error running IP Filter script");
+    EXPECT_EQ(xasReplyText(reply), "1 Error running IP Filter script");
     EXPECT_THAT(shell.take(), ElementsAre(COPY, "/tmp/xas_iptables.sh resetNone"));
 }
 
@@ -130,8 +127,7 @@ TEST_F(FilterSetTest, IsRefusedWhenALineWouldHaveToBeCutInsideAQuotedWord)
             {{.ip = "192.168.100.100", .rangeEnd = "192.168.100.200", .protocol = 9, .portrange = quotes}},
             XAS_FILTER_CREATE),
         1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Error running IP Filter script");
+    EXPECT_EQ(xasReplyText(reply), "1 Error running IP Filter script");
     EXPECT_THAT(shell.take(), ElementsAre(COPY));
     EXPECT_THAT(stubs.calls(), IsEmpty());
 }
@@ -149,8 +145,7 @@ TEST_F(FilterSetTest, IsCreatedByTheShippedScriptWithItsLinesBehind)
 {
     const XasTestRule rule{.ip = "10.0.0.0", .masklength = 8, .protocol = 2, .portrange = "22,80"};
     EXPECT_EQ(set("office", {rule}, XAS_FILTER_CREATE), 0);
-    EXPECT_EQ(reply.rcode, 0U);
-    EXPECT_EQ(reply.rstr, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_EQ(xasReadFile(WORKING_PATH),
               "#!/bin/sh\n"
               "IPTABLES=/bin/iptables\n"
@@ -241,8 +236,7 @@ TEST_F(FilterSetTest, IsRemovedEvenWhenTheAcceptAllRuleCannotBePutBack)
     stubs.put("/bin/iptables", 1);
     store("XMSG_FIREWALL", xasTestFirewallMessage(0, 0));
     EXPECT_EQ(set("office", {}, XAS_FILTER_REMOVE), 0);
-    EXPECT_EQ(reply.rcode, 0U);
-    EXPECT_EQ(reply.rstr, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error disabling IP Filter.\n")));
     EXPECT_TRUE(xasIPFilterIsEnabled());
 }
@@ -312,7 +306,7 @@ class FilterInitTest : public FilterSetTest {
     /** An answer without a set, for a number that is not in use. */
     void answerNothing(const XasMessage &request)
     {
-        queues.send(XasMessageBuilder{XMSG_IPFILTER_SET}.word(16, request.xH.id).build());
+        queues.send(XasMessageBuilder{XMSG_IPFILTER_SET}.answering(request.xH.id));
     }
 
     void send(const XasMessage &request, const XasIpFilterSetPayload &set)
@@ -380,13 +374,12 @@ TEST_F(FilterInitTest, AsksForAllSetsAndWritesThemThenTheJumpRules)
               0);
     ASSERT_EQ(requests.size(), 64U);
     for (std::uint8_t i = 0; i < 64; ++i) {
-        const XasMessage expected = XasMessageBuilder{6}
-                                        .id(requests[0].xH.id + i)
+        const XasMessage expected = XasMessageBuilder{XMSG_IPFILTER_SET}
+                                        .action(XAS_ACTION_GET)
                                         .sender(4)
-                                        .word(4, 1)
-                                        .byte(120, static_cast<std::uint8_t>(i + 1))
-                                        .build();
-        EXPECT_TRUE(xasMessageBytes(requests[i], 0, 2488) == xasMessageBytes(expected, 0, 2488)) << int{i};
+                                        .id(requests[0].xH.id + i)
+                                        .set("id", i + 1);
+        EXPECT_TRUE(xasMessageBytes(requests[i]) == xasMessageBytes(expected)) << int{i};
     }
     EXPECT_EQ(xasReadFile(WORKING_PATH), SHIPPED + "${IPTABLES} -N first\n"
                                                    "${IPTABLES} -F first\n"

@@ -8,6 +8,7 @@
 #include "support/daemon.h"
 #include "support/ipfilter.h"
 #include "support/log.h"
+#include "support/reply.h"
 #include "support/shell.h"
 
 #include <csignal>
@@ -65,11 +66,12 @@ class FilterTimerTest : public testing::Test {
         clock.at(clock.now() + 5s, [this, success, reason = std::string{reason}, idOffset, msgtype] {
             update = queues.receive(0ms);
             ASSERT_TRUE(update);
-            queues.send(XasMessageBuilder{msgtype}
-                            .word(16, update->xH.id + idOffset)
-                            .word(120, success)
-                            .bytes(132, reason)
-                            .build());
+            XasMessage answer = XasMessageBuilder{XMSG_ACKNAK}
+                                    .answering(update->xH.id + idOffset)
+                                    .set("success", success)
+                                    .set("rstr", reason);
+            answer.xH.msgtype = msgtype;
+            queues.send(answer);
         });
     }
 
@@ -107,8 +109,7 @@ TEST_F(FilterTimerDeathTest, AssertsThatThereIsAMessage)
 TEST_F(FilterTimerTest, IsRefusedWithoutAReasonWhenTheFilterIsNotToBeEnabled)
 {
     EXPECT_EQ(set(0, 3), 1);
-    EXPECT_EQ(reply.rcode, 0U);
-    EXPECT_EQ(reply.rstr, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.take(), ElementsAre(xasErrorLine(
                                 "Failed to start IP Filter Test Timer: must enable IP Filter first.\n")));
     EXPECT_THAT(shell.take(), IsEmpty());
@@ -181,8 +182,7 @@ TEST_F(FilterTimerTest, IsStoppedEvenWhenDisablingFails)
     ASSERT_EQ(set(1, 1), 0);
     stubs.put("/bin/iptables", 1);
     EXPECT_EQ(set(0, 0), 1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Error disabling IP Filter");
+    EXPECT_EQ(xasReplyText(reply), "1 Error disabling IP Filter");
     EXPECT_FALSE(xasExists(TIMER_FILE));
     clock.pass(60s);
     shell.take();
@@ -268,8 +268,8 @@ TEST_F(FilterTimerTest, DisablesTheFilterInItsLastSecondAndTellsXms)
     EXPECT_THAT(shell.take(), ElementsAre(DISABLE));
     EXPECT_FALSE(xasExists(TIMER_FILE));
     ASSERT_TRUE(update);
-    const XasMessage expected = XasMessageBuilder{5}.sender(4).id(xasNextMsgId() - 1).build();
-    EXPECT_TRUE(xasMessageBytes(*update, 0, 2488) == xasMessageBytes(expected, 0, 2488));
+    const XasMessage expected = XasMessageBuilder{XMSG_FIREWALL}.sender(4).id(xasNextMsgId() - 1);
+    EXPECT_TRUE(xasMessageBytes(*update) == xasMessageBytes(expected));
     EXPECT_FALSE(queues.receive(0ms));
     clock.pass(600s);
     EXPECT_EQ(xasIPFilterTimerTick(), 0) << "once only";
@@ -361,7 +361,7 @@ TEST_F(FilterTimerTest, WaitsForTheAnswerEvenWhenTheUpdateCannotBeSent)
     reachOneMinute();
     ::msgctl(queues.toXms, IPC_RMID, nullptr);
     clock.at(clock.now() + 1s, [this] {
-        queues.send(XasMessageBuilder{XMSG_ACKNAK}.word(16, xasNextMsgId() - 1).word(120, 1).build());
+        queues.send(XasMessageBuilder{XMSG_ACKNAK}.answering(xasNextMsgId() - 1).set("success", 1));
     });
     EXPECT_EQ(xasIPFilterTimerTick(), 0);
     expectDisabledAnd({xasErrorLine("Error sending to XMS message queue\n")});

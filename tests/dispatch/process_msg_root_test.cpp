@@ -78,15 +78,9 @@ TEST_F(ProcessMsg, AnswersWithARecordWhoseEveryByteIsKnown)
     XasMessage garbled = xasPlainMessage(XMSG_SSH);
     std::memset(reinterpret_cast<char *>(&garbled) + 20, 0xEE, sizeof garbled - 20);
     EXPECT_EQ(process(garbled), 0);
-    const XasMessage expected = XasMessageBuilder{67}
-                                    .word(4, 2)
-                                    .word(8, 4)
-                                    .word(12, before + 1)
-                                    .word(16, 77)
-                                    .word(120, 0)
-                                    .word(124, 1)
-                                    .build();
-    EXPECT_EQ(xasMessageBytes(answer(), 0, 2488), xasMessageBytes(expected, 0, 2488));
+    const XasMessage expected =
+        XasMessageBuilder{XMSG_ACKNAK}.sender(4).id(before + 1).answering(77).set("complete", 1);
+    EXPECT_EQ(xasMessageBytes(answer()), xasMessageBytes(expected));
 }
 
 TEST_F(ProcessMsg, AnswersSuccessAndFailureInTheSameForm)
@@ -96,27 +90,23 @@ TEST_F(ProcessMsg, AnswersSuccessAndFailureInTheSameForm)
     apps = xasTestAppList({dnsApp(), hostname});
     const std::uint32_t before = xasNextMsgId();
     EXPECT_EQ(process(xasPlainMessage(XMSG_DNS)), 0);
-    EXPECT_EQ(process(XasMessageBuilder{XMSG_HOSTNAME}.id(0xFFFFFFFF).sender(3).build()), 0);
-    const XasMessage applied = XasMessageBuilder{67}
-                                   .word(4, 2)
-                                   .word(8, 4)
-                                   .word(12, before + 1)
-                                   .word(16, 77)
-                                   .word(120, 1)
-                                   .word(124, 1)
-                                   .build();
-    EXPECT_EQ(xasMessageBytes(answer(), 0, 2488), xasMessageBytes(applied, 0, 2488));
+    EXPECT_EQ(process(XasMessageBuilder{XMSG_HOSTNAME}.id(0xFFFFFFFF).sender(3)), 0);
+    const XasMessage applied = XasMessageBuilder{XMSG_ACKNAK}
+                                   .sender(4)
+                                   .id(before + 1)
+                                   .answering(77)
+                                   .set("success", 1)
+                                   .set("complete", 1);
+    EXPECT_EQ(xasMessageBytes(answer()), xasMessageBytes(applied));
     // The handler had failed before the script did: the last reason stands.
-    const XasMessage failed = XasMessageBuilder{67}
-                                  .word(4, 2)
-                                  .word(8, 4)
-                                  .word(12, before + 2)
-                                  .word(16, 0xFFFFFFFF)
-                                  .word(124, 1)
-                                  .word(128, 1)
-                                  .bytes(132, "Invalid hostname specified")
-                                  .build();
-    EXPECT_EQ(xasMessageBytes(answer(), 0, 2488), xasMessageBytes(failed, 0, 2488));
+    const XasMessage failed = XasMessageBuilder{XMSG_ACKNAK}
+                                  .sender(4)
+                                  .id(before + 2)
+                                  .answering(0xFFFFFFFF)
+                                  .set("complete", 1)
+                                  .set("rcode", 1)
+                                  .set("rstr", "Invalid hostname specified");
+    EXPECT_EQ(xasMessageBytes(answer()), xasMessageBytes(failed));
 }
 
 TEST_F(ProcessMsg, FailsWhenTheApplicationIsNotInTheList)
@@ -222,8 +212,8 @@ TEST_F(ProcessMsg, StopsAnApplicationThatIsSwitchedOffAndLeavesItStopped)
 TEST_F(ProcessMsg, StartsAnApplicationThatIsSwitchedOn)
 {
     apps = xasTestAppList({scripted("ldap"), scripted("router")});
-    process(XasMessageBuilder{25}.word(120, 1).build());
-    process(XasMessageBuilder{8}.word(124, 1).build());
+    process(XasMessageBuilder{XMSG_LDAP}.set("enabled", 1));
+    process(XasMessageBuilder{XMSG_ROUTING}.set("static_enabled", 1));
     EXPECT_THAT(programs(), ElementsAre("start-ldap", "start-router"));
 }
 

@@ -75,7 +75,7 @@ class RandomRecords : public XasDispatcherTest {
     void drain()
     {
         for (int i = 0; i < 2; ++i)
-            queues.send(XasMessageBuilder{XMSG_SSH}.build());
+            queues.send(XasMessageBuilder{XMSG_SSH});
         while (queues.waiting() > 2)
             processOne();
         while (queues.waiting() > 0)
@@ -122,7 +122,7 @@ TEST_F(RandomRecords, LeaveTheDispatcherAtWorkWithNothingLeaked)
     drain();
     EXPECT_EQ(
         outcome(
-            XasMessageBuilder{XMSG_HOSTNAME}.id(1).bytes(120, "console1").bytes(185, "example.org").build()),
+            XasMessageBuilder{XMSG_HOSTNAME}.id(1).set("hostname", "console1").set("domain", "example.org")),
         "1 0 ");
     EXPECT_EQ(files.read("hostname"), "console1.example.org\n");
     EXPECT_EQ(files.read("domain"), "STATIC_DOMAIN=example.org\n");

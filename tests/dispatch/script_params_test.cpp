@@ -30,12 +30,11 @@ struct EthWords {
 XasMessage ethMessage(const EthWords &words)
 {
     return XasMessageBuilder{XMSG_ETH}
-        .word(120, words.used1)
-        .word(160, words.mode1)
-        .word(168, words.used2)
-        .word(208, words.mode2)
-        .word(252, words.bonding)
-        .build();
+        .set("eth1.marker", words.used1)
+        .set("eth1.mode", words.mode1)
+        .set("eth2.marker", words.used2)
+        .set("eth2.mode", words.mode2)
+        .set("bonding", words.bonding);
 }
 
 XasEthPayload ethPayload(const EthWords &words)
@@ -237,8 +236,8 @@ class EnabledLinkTest : public XasFilesTest {
     EnabledLinkTest()
     {
         ::setenv("XMS_STORE", dir.path().c_str(), 1);
-        XasMessage stored = XasMessageBuilder{XMSG_ETH}.word(124, 1).word(172, 1).build();
-        dir.write("XMSG_ETH", xasMessageBytes(stored, 0, sizeof stored));
+        XasMessage stored = XasMessageBuilder{XMSG_ETH}.set("eth1.enabled", 1).set("eth2.enabled", 1);
+        dir.write("XMSG_ETH", xasMessageBytes(stored));
         xasOpenLinkSocket();
         xasNoteEthConfigured();
     }
@@ -248,7 +247,7 @@ class EnabledLinkTest : public XasFilesTest {
     {
         clock.pass(std::chrono::seconds{3});
         XasMessage msg{};
-        return xasPollLinks(msg, false) == XasIdleResult::message ? xasMessageText(msg, 136) : "";
+        return xasPollLinks(msg, false) == XasIdleResult::message ? xasValueIn(msg, "text") : "";
     }
 
     XasTestClock clock;
@@ -288,12 +287,9 @@ TEST_F(EnabledLinkTest, IsRefusedForAThirdPort)
 
 namespace {
 
-/** 192.0.2.7 in network byte order, as the message carries it. */
-constexpr std::uint32_t ADDRESS = 0x070200C0;
-
 XasMessage natMessage(std::uint32_t word0)
 {
-    return XasMessageBuilder{XMSG_NAT_NOTIFY}.word(120, word0).word(124, ADDRESS).build();
+    return XasMessageBuilder{XMSG_NAT_NOTIFY}.set("add", word0).set("address", "192.0.2.7");
 }
 
 class NatScriptTest : public testing::Test {
@@ -318,7 +314,7 @@ using NatScriptDeathTest = NatScriptTest;
 
 TEST_F(NatScriptDeathTest, AssertsTheMessagesType)
 {
-    const XasMessage msg = XasMessageBuilder{XMSG_NOTIFY}.build();
+    const XasMessage msg = XasMessageBuilder{XMSG_NOTIFY};
     EXPECT_DEATH(xasSetNatScriptOpts(&msg, xasFindApp("nat", apps), apps),
                  HasSubstr("`XMSG_NAT_NOTIFY == msg->xH.msgtype'"));
 }
@@ -387,13 +383,13 @@ class LinkScriptTest : public XasFilesTest {
     void store(const EthWords &words)
     {
         const XasMessage stored = ethMessage(words);
-        dir.write("XMSG_ETH", xasMessageBytes(stored, 0, sizeof stored));
+        dir.write("XMSG_ETH", xasMessageBytes(stored));
     }
 
     int set(std::uint32_t word0, std::string_view text, const std::string &before = "/link linkup 1 1")
     {
         script = before;
-        return xasSetLinkScriptOpts(XasMessageBuilder{XMSG_NOTIFY}.word(120, word0).bytes(136, text).build(),
+        return xasSetLinkScriptOpts(XasMessageBuilder{XMSG_NOTIFY}.set("code", word0).set("text", text),
                                     script);
     }
 

@@ -5,6 +5,7 @@
 #include "support/apps.h"
 #include "support/clock.h"
 #include "support/log.h"
+#include "support/reply.h"
 #include "support/stub.h"
 
 #include <climits>
@@ -101,8 +102,7 @@ TEST_F(ServiceTest, FailsToStartWithTheReasonOfTheScriptsExitStatus)
         XasApp &app = use({.name = "a", .startScript = script + " start", .exes = {never}});
         log.take();
         EXPECT_EQ(start(app), 1);
-        EXPECT_EQ(reply.rcode, 1U);
-        EXPECT_EQ(reply.rstr, reason);
+        EXPECT_EQ(xasReplyText(reply), std::string{"1 "} + reason);
         EXPECT_EQ(app.running, 0);
         EXPECT_EQ(app.daemons.front().pid, 0) << "no daemon is started after a failed script";
         EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("Running " + script + "\n"),
@@ -125,8 +125,7 @@ TEST_F(ServiceTest, FailsToStartWhenTheScriptIsKilled)
 {
     const std::string script = stubs.make("script", 0, "kill -9 $$");
     EXPECT_EQ(start(use({.name = "a", .startScript = script})), 1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Internal error applying settings");
+    EXPECT_EQ(xasReplyText(reply), "1 Internal error applying settings");
     EXPECT_THAT(log.lines(), ElementsAre(xasInfoLine("Running " + script + "\n"),
                                          xasErrorLine("error calling script " + script + "\n")));
 }
@@ -149,8 +148,7 @@ TEST_F(ServiceTest, FailsToStartWhenADaemonCannotBeStartedLeavingTheEarlierOnesU
     const std::string third = endlessDaemon("third");
     XasApp &app = use({.name = "web", .exes = {first, "/missing/program -x", third}});
     EXPECT_EQ(start(app), 1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Error starting service");
+    EXPECT_EQ(xasReplyText(reply), "1 Error starting service");
     EXPECT_EQ(app.running, 0);
     EXPECT_GT(app.daemons[0].pid, 0);
     EXPECT_EQ(app.daemons[0].running, 1);
@@ -171,8 +169,7 @@ TEST_F(ServiceTest, StartsTheScriptThenTheDaemonsInListOrder)
     app.daemons[0].restarts = 7;
     app.daemons[1].stopping = 1;
     EXPECT_EQ(start(app), 0);
-    EXPECT_EQ(reply.rcode, 0U);
-    EXPECT_EQ(reply.rstr, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_EQ(app.running, 1);
     EXPECT_EQ(app.daemons[0].restarts, 0);
     EXPECT_EQ(app.daemons[1].stopping, 0);
@@ -209,8 +206,7 @@ TEST_F(ServiceTest, FailsToStopWithTheReasonOfTheScriptsExitStatus)
     XasApp &app = use({.name = "a", .stopScript = script, .exes = {endlessDaemon("one")}});
     ASSERT_EQ(start(app), 0);
     EXPECT_EQ(xasStopApp(app, &reply), 1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Mount/unmount of NFS share failed");
+    EXPECT_EQ(xasReplyText(reply), "1 Mount/unmount of NFS share failed");
     EXPECT_EQ(app.running, 1);
     EXPECT_EQ(app.daemons.front().running, 1) << "the daemons are left alone";
 }
@@ -222,8 +218,7 @@ TEST_F(ServiceTest, FailsToStopWhenADaemonCannotBeStopped)
     app.daemons[0].running = 1;
     app.daemons[1].running = 1;
     EXPECT_EQ(xasStopApp(app, &reply), 1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Error stopping service");
+    EXPECT_EQ(xasReplyText(reply), "1 Error stopping service");
     EXPECT_EQ(app.running, 1);
     EXPECT_THAT(log.lines(), ElementsAre(xasWarningLine("Invalid daemon pid 0 to stop\n")));
 }
@@ -234,7 +229,7 @@ TEST_F(ServiceTest, OnlyWarnsOfADaemonThatWasNotRunning)
     app.running = 1;
     EXPECT_EQ(xasStopApp(app, &reply), 0);
     EXPECT_EQ(app.running, 0);
-    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasWarningLine("daemon: /sbin/first was not running under app: web\n"),
                             xasWarningLine("daemon: /sbin/second\n was not running under app: web\n")));

@@ -36,7 +36,7 @@ class EthAndRouter : public XasDispatcherTest {
 
     XasMessage eth(std::uint32_t bonding = 0)
     {
-        return XasMessageBuilder{XMSG_ETH}.id(77).word(168, 1).word(252, bonding).build();
+        return XasMessageBuilder{XMSG_ETH}.id(77).set("eth2.marker", 1).set("bonding", bonding);
     }
 };
 
@@ -131,10 +131,7 @@ class EthWithFiles : public EthAndRouter {
     }
 
     /** A message with neither port in use. */
-    XasMessage bonding(std::uint32_t mode)
-    {
-        return XasMessageBuilder{XMSG_ETH}.id(77).word(252, mode).build();
-    }
+    XasMessage bonding(std::uint32_t mode) { return XasMessageBuilder{XMSG_ETH}.id(77).set("bonding", mode); }
 
     /** The codes that both scripts were called with. */
     std::string codes()

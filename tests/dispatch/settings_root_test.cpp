@@ -22,7 +22,7 @@ class XpbModel : public XasDispatcherTest {
     bool isStarted()
     {
         app("xpb").running = 0;
-        EXPECT_EQ(outcome(XasMessageBuilder{55}.word(120, 4).word(124, 1).build()), "1 0 ");
+        EXPECT_EQ(outcome(XasMessageBuilder{XMSG_APPLICATION}.set("application=xpb start=yes")), XAS_APPLIED);
         return app("xpb").running != 0;
     }
 
@@ -58,7 +58,7 @@ TEST_F(XpbModel, StopsButDoesNotStartWithAModelWithoutTheDevice)
     app("xpb").startScript = script("start");
     app("xpb").running = 1;
     xasWriteFile(DESCRIPTION, "model=12\n");
-    EXPECT_EQ(outcome(XasMessageBuilder{55}.word(120, 4).word(124, 1).build()), "1 0 ");
+    EXPECT_EQ(outcome(XasMessageBuilder{XMSG_APPLICATION}.set("application=xpb start=yes")), XAS_APPLIED);
     EXPECT_THAT(stubs.lines(), ElementsAre(stubs.path("stop")));
     EXPECT_EQ(app("xpb").running, 0);
 }
@@ -66,7 +66,7 @@ TEST_F(XpbModel, StopsButDoesNotStartWithAModelWithoutTheDevice)
 TEST_F(XpbModel, IsNotStartedWhenTheMessageDoesNotWantIt)
 {
     xasWriteFile(DESCRIPTION, "model=13\n");
-    EXPECT_EQ(outcome(XasMessageBuilder{55}.word(120, 4).build()), "1 0 ");
+    EXPECT_EQ(outcome(XasMessageBuilder{XMSG_APPLICATION}.set("application=xpb")), XAS_APPLIED);
     EXPECT_EQ(app("xpb").running, 0);
 }
 

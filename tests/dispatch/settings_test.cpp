@@ -63,7 +63,7 @@ constexpr std::array EXPECTED = {
 
 XasMessage messageWithWords(std::uint32_t msgtype, std::uint32_t word0, std::uint32_t word1)
 {
-    return XasMessageBuilder{msgtype}.word(120, word0).word(124, word1).build();
+    return XasMessageBuilder{msgtype}.payload(std::array{word0, word1});
 }
 
 /** The row of a type, which must have one. */

@@ -5,6 +5,7 @@
 #include "support/apps.h"
 #include "support/ipfilter.h"
 #include "support/log.h"
+#include "support/reply.h"
 #include "support/shell.h"
 #include "support/stub.h"
 
@@ -46,8 +47,7 @@ TEST_F(UpdateFirewallDeathTest, AssertsThatThereIsAMessage)
 TEST_F(UpdateFirewallTest, LogsTheReasonOfAFailedSet)
 {
     EXPECT_EQ(update(xasTestFilterSetMessage(xasTestFilterSet("office", {}))), 1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Error copying IP Filter script");
+    EXPECT_EQ(xasReplyText(reply), "1 Error copying IP Filter script");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error copying IP Filter script\n")));
 }
 
@@ -55,8 +55,7 @@ TEST_F(UpdateFirewallTest, LogsAnEmptyReasonToo)
 {
     EXPECT_EQ(update(xasTestAssignMessage(1, 1, "office")), 1);
     EXPECT_EQ(update(xasTestFirewallMessage(0, 3)), 1);
-    EXPECT_EQ(reply.rcode, 0U);
-    EXPECT_EQ(reply.rstr, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(
         log.lines(),
         ElementsAre(xasErrorLine("Cannot add IP Filter office for interface eth0 from INPUT chain.\n"),
@@ -68,8 +67,7 @@ TEST_F(UpdateFirewallTest, LogsAnEmptyReasonToo)
 TEST_F(UpdateFirewallTest, LogsTheReasonOfAFailedSwitchBehindItsOwnLine)
 {
     EXPECT_EQ(update(xasTestFirewallMessage(0, 0)), 1);
-    EXPECT_EQ(reply.rcode, 1U);
-    EXPECT_EQ(reply.rstr, "Error disabling IP Filter");
+    EXPECT_EQ(xasReplyText(reply), "1 Error disabling IP Filter");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error disabling IP Filter.\n"),
                                          xasErrorLine("Error disabling IP Filter\n")));
 }

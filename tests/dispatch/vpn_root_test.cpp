@@ -5,6 +5,7 @@
 #include "support/faults.h"
 #include "support/link.h"
 #include "support/log.h"
+#include "support/reply.h"
 #include "support/shell.h"
 #include "support/stub.h"
 #include "support/vpn.h"
@@ -57,15 +58,9 @@ class VpnTest : public testing::Test {
     int update(const XasVpnPayload &vpn, const std::string &path)
     {
         reply = {};
-        XasMessage msg = XasMessageBuilder{XMSG_VPN}.payload(vpn).build();
+        XasMessage msg = XasMessageBuilder{XMSG_VPN}.payload(vpn);
         const XasCfgFileList files = xasTestCfgFiles({{"ipsec", path}});
         return xasUpdateVPNCfg(&msg, &files, &reply);
-    }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
     }
 
     XasStubs stubs;
@@ -91,8 +86,8 @@ const std::string PSK_LINE = "198.51.100.7 %any: PSK \"s3cret\"\n";
 TEST_F(VpnDeathTest, AssertsItsArguments)
 {
     const XasCfgFileList files;
-    XasMessage msg = XasMessageBuilder{XMSG_VPN}.build();
-    XasMessage other = XasMessageBuilder{XMSG_DNS}.build();
+    XasMessage msg = XasMessageBuilder{XMSG_VPN};
+    XasMessage other = XasMessageBuilder{XMSG_DNS};
     const XasVpnPayload vpn = xasTestVpn();
     EXPECT_DEATH(xasUpdateVPNCfg(nullptr, &files, &reply), HasSubstr("`msg != ((void *)0)'"));
     EXPECT_DEATH(xasUpdateVPNCfg(&other, &files, &reply), HasSubstr("`XMSG_VPN == msg->xH.msgtype'"));
@@ -106,7 +101,7 @@ TEST_F(VpnTest, IsRefusedWithTheSecretsUntouchedWhenTheFileCannotBeOpened)
     std::remove(CONF.c_str());
     xasWriteFile(SECRETS, "a b: PSK \"old\"\n", 0600);
     EXPECT_EQ(update(xasTestVpn()), 1);
-    expectReply(2, "Error opening VPN config file");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening VPN config file");
     EXPECT_EQ(log.lines().back(), xasErrorLine("Error editing VPN config file\n"));
     EXPECT_THAT(shell.take(), IsEmpty());
     EXPECT_EQ(xasReadFile(SECRETS), "a b: PSK \"old\"\n");
@@ -120,7 +115,7 @@ TEST_F(VpnTest, StillWritesTheSecretsWhenTheFileCannotBeSaved)
         const XasFault fault{"rename", EIO};
         EXPECT_EQ(update(xasTestVpn()), 1);
     }
-    expectReply(3, "Error saving new VPN config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new VPN config file");
     EXPECT_EQ(log.lines().back(), xasErrorLine("Error editing VPN config file\n"));
     EXPECT_THAT(shell.take(), ElementsAre(SED_PSK, SED_XAUTH));
     EXPECT_EQ(xasReadFile(SECRETS), PSK_LINE);
@@ -133,7 +128,7 @@ TEST_F(VpnTest, KeepsOnlyTheGlobalPartWithoutATunnel)
     vpn.tunnel = 0;
     xasWriteFile(SECRETS, ": RSA key\na b: PSK \"x\"\n@joe: XAUTH \"y\"\n# end\n", 0600);
     EXPECT_EQ(update(vpn), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_EQ(xasReadFile(CONF), GLOBAL + "\n");
     EXPECT_EQ(xasReadFile(SECRETS), ": RSA key\n# end\n");
     EXPECT_THAT(shell.take(), ElementsAre(SED_PSK, SED_XAUTH));
@@ -218,7 +213,7 @@ TEST_F(VpnTest, OnlyLogsThatTheShellCannotBeRunForTheKey)
 {
     const XasFault fault{"fork", EAGAIN};
     EXPECT_EQ(update(vpnOf(XAS_VPN_RSA)), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("cannot add ZEL RSA public key to ipsec.conf")));
 }
 
@@ -234,7 +229,7 @@ TEST_F(VpnTest, LogsNothingWhenThereIsNoFileForTheKey)
     std::remove(CONF.c_str());
     ASSERT_EQ(::mkdir(CONF.c_str(), 0755), 0); // the shell cannot append to it, and ends in a failure
     EXPECT_EQ(updateFile("/etc/tunnel.conf", vpnOf(XAS_VPN_RSA)), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), IsEmpty());
     ::rmdir(CONF.c_str());
 }
@@ -274,7 +269,7 @@ TEST_F(VpnTest, OnlyLogsThatTheSecretsFileCannotBeOpened)
 {
     ::mkdir(SECRETS.c_str(), 0700);
     EXPECT_EQ(update(xasTestVpn()), 0);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("cannot add Pre-Shared Key to ipsec.secrets")));
     ::rmdir(SECRETS.c_str());
 }

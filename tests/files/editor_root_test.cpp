@@ -5,6 +5,7 @@
 
 #include "support/hosts.h"
 #include "support/log.h"
+#include "support/reply.h"
 #include "support/small_disk.h"
 
 #include <gmock/gmock.h>
@@ -31,12 +32,6 @@ class FullDisk : public testing::Test {
     XasSmallDisk disk;
     XasLogCapture log;
     XasReplyStatus reply;
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
-    }
 };
 
 XasNtpPayload polling(std::string_view server)
@@ -66,7 +61,7 @@ TEST_F(FullDisk, LeavesTheNtpConfigurationAndGivesNoReason)
     const std::string path = disk.write("ntp.conf", text);
     const XasNtpPayload ntpInfo = polling("longer");
     EXPECT_EQ(xasEditNTPCfgFile(path.c_str(), &ntpInfo, &reply), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to NTP config file\n")));
     EXPECT_EQ(disk.read("ntp.conf"), text);
@@ -81,7 +76,7 @@ TEST_F(FullDisk, LeavesTheSyslogConfigurationAndSaysThatItCouldNotBeSavedForAFor
     XasSyslogPayload sysLogInfo{};
     sysLogInfo.remotes[0] = xasNamedHost("loghost");
     EXPECT_EQ(xasEditSyslogCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
-    expectReply(3, "Error saving new syslog config file");
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new syslog config file");
     EXPECT_THAT(
         log.lines(),
         ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to syslog config file\n"), NOT_PRINTED));
@@ -95,7 +90,7 @@ TEST_F(FullDisk, LeavesTheFirewallSettingsAndNamesAnotherFileForAComment)
     const std::string path = disk.write("firewall", text);
     const XasFirewallCfg fWallCfg{};
     EXPECT_EQ(xasEditFirewallCfgFile(path.c_str(), &fWallCfg, &reply), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to DNS config file\n")));
     EXPECT_EQ(disk.read("firewall"), text);
@@ -109,7 +104,7 @@ TEST_F(FullDisk, LeavesTheFirewallSettingsAndNamesThemForASetting)
     const std::string path = disk.write("firewall", text);
     const XasFirewallCfg fWallCfg{};
     EXPECT_EQ(xasEditFirewallCfgFile(path.c_str(), &fWallCfg, &reply), 1);
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to firewall config file\n")));
     EXPECT_EQ(disk.read("firewall"), text);

@@ -2,6 +2,7 @@
 #include "files/editor.h"
 #include "support/files.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
@@ -29,8 +30,7 @@ TEST_F(Editor, LeavesAFileAloneThatCannotBeReadToItsEnd)
     });
     EXPECT_FALSE(wasEdited);
     EXPECT_EQ(result, 1);
-    EXPECT_EQ(reply.rcode, 2U);
-    EXPECT_EQ(reply.rstr, "Error opening it");
+    EXPECT_EQ(xasReplyText(reply), "2 Error opening it");
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error reading config file \"" + live + "\"\n")));
     EXPECT_TRUE(std::filesystem::is_symlink(live));
     EXPECT_FALSE(dir.has("live.old"));

@@ -6,6 +6,7 @@
 #include "support/faults.h"
 #include "support/files.h"
 #include "support/log.h"
+#include "support/reply.h"
 #include "support/stub.h"
 
 #include <cerrno>
@@ -47,7 +48,7 @@ TEST_F(GeneratedFullDisk, FailsAUsersPortFile)
         EXPECT_EQ(xasLocalUserPortFiles(&user, &reply), 1);
     }
     EXPECT_THAT(log.lines(), ElementsAre(NOT_PRINTED));
-    EXPECT_EQ(reply.rcode, 0U);
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     std::filesystem::remove("/etc/zel/alice.conf");
 }
 

@@ -3,6 +3,7 @@
 
 #include "support/files.h"
 #include "support/log.h"
+#include "support/reply.h"
 
 #include <array>
 #include <gmock/gmock.h>
@@ -36,12 +37,7 @@ class Template : public XasFilesTest {
         return EDITOR(templateFile.c_str(), file.c_str(), &values, &reply);
     }
 
-    void expectReply(std::uint32_t rcode, const char *reason)
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
-        EXPECT_THAT(log.lines(), IsEmpty()) << "the callers log";
-    }
+    void TearDown() override { EXPECT_THAT(log.lines(), IsEmpty()) << "the callers log"; }
 
     XasLogCapture log;
     XasReplyStatus reply;
@@ -52,7 +48,7 @@ class Template : public XasFilesTest {
 TEST_F(Template, MustExist)
 {
     EXPECT_EQ(generate(dir.path("template"), dir.write("file", "old")), 1);
-    expectReply(2, "no template");
+    EXPECT_EQ(xasReplyText(reply), "2 no template");
     EXPECT_EQ(dir.read("file"), "old");
 }
 
@@ -60,14 +56,14 @@ TEST_F(Template, WithNothingInItFailsWithoutReason)
 {
     EXPECT_EQ(generate(dir.write("template", ""), dir.write("file", "old")), 1);
     EXPECT_EQ(generate(dir.path(), dir.path("file")), 1) << "a directory reads as nothing";
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_EQ(dir.read("file"), "old");
 }
 
 TEST_F(Template, FailsWhenItsFileCannotBeOpened)
 {
     EXPECT_EQ(generate(dir.write("template", "t"), dir.path("missing/file")), 1);
-    expectReply(2, "no file");
+    EXPECT_EQ(xasReplyText(reply), "2 no file");
 }
 
 TEST_F(Template, FailsWhenItsFileCannotBeWrittenAndMakesNoTail)
@@ -78,7 +74,7 @@ TEST_F(Template, FailsWhenItsFileCannotBeWrittenAndMakesNoTail)
                            return std::string{};
                        }),
               1);
-    expectReply(3, "not written");
+    EXPECT_EQ(xasReplyText(reply), "3 not written");
 }
 
 TEST_F(Template, IsExpandedIntoTheFileInPlace)
@@ -86,7 +82,7 @@ TEST_F(Template, IsExpandedIntoTheFileInPlace)
     EXPECT_EQ(generate(dir.write("template", "t\n"), dir.write("file", std::string(9999, 'x'))), 0);
     EXPECT_EQ(dir.read("file"), "<t\n>");
     EXPECT_THAT(dir.names(), ElementsAre("file", "template"));
-    expectReply(0, "");
+    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(Template, HasItsTailMadeWhenItIsWritten)

@@ -11,7 +11,7 @@ namespace {
 XasMessage withHeader(std::uint32_t msgtype, std::uint32_t action, std::uint32_t sender, std::uint32_t id,
                       std::uint32_t origId)
 {
-    XasMessage msg = XasMessageBuilder{msgtype}.sender(sender).id(id).build();
+    XasMessage msg = XasMessageBuilder{msgtype}.sender(sender).id(id);
     msg.xH.action = action;
     msg.xH.orig_id = origId;
     return msg;
@@ -76,13 +76,13 @@ TEST(MsgPrint, EverySenderHasItsName)
 TEST(MsgPrint, ATypeThatIsNotDescribedHasNoLines)
 {
     for (const std::uint32_t msgtype : {0U, 4U, 14U, 66U, 68U, 69U})
-        EXPECT_EQ(msgAllText(XasMessageBuilder{msgtype}.word(120, 1).build()), "") << msgtype;
+        EXPECT_EQ(msgAllText(XasMessageBuilder{msgtype}.bytes(120, "\x01")), "") << msgtype;
 }
 
 TEST(MsgPrint, ThePayloadGoesToStandardOutput)
 {
     const XasMessage msg =
-        XasMessageBuilder{XMSG_HOSTNAME}.bytes(120, "console1").bytes(185, "example.org").build();
+        XasMessageBuilder{XMSG_HOSTNAME}.set("hostname", "console1").set("domain", "example.org");
     EXPECT_EQ(printed([&] { msgPrintAll(msg); }), "hostname: console1 domain: example.org\n");
 }
 

@@ -29,10 +29,10 @@ class ConfigStore : public XasFilesTest {
 
     void store(std::string_view name, const XasMessage &record) const
     {
-        dir.write(name, xasMessageBytes(record, 0, sizeof record));
+        dir.write(name, xasMessageBytes(record));
     }
 
-    XasMessage msg = XasMessageBuilder{XMSG_SSH}.id(99).build();
+    XasMessage msg = XasMessageBuilder{XMSG_SSH}.id(99);
     std::string said;
 };
 
@@ -71,7 +71,7 @@ TEST_F(ConfigStore, HasNothingStoredForATypeWithoutAName)
 
 TEST_F(ConfigStore, GivesTheStoredRecordWhole)
 {
-    const XasMessage stored = XasMessageBuilder{XMSG_ETH}.id(7).word(124, 1).word(2484, 0x01020304).build();
+    const XasMessage stored = XasMessageBuilder{XMSG_ETH}.id(7).set("eth1.enabled", 1).bytes(2484, "last");
     store("XMSG_ETH", stored);
     EXPECT_EQ(get(XMSG_ETH), 0);
     EXPECT_EQ(std::memcmp(&msg, &stored, sizeof msg), 0);
@@ -80,19 +80,19 @@ TEST_F(ConfigStore, GivesTheStoredRecordWhole)
 
 TEST_F(ConfigStore, FindsAnAssignmentByTheInterfaceThatTheRecordAsksFor)
 {
-    const XasMessage stored = XasMessageBuilder{XMSG_IPFILTER_ASSIGN}.id(5).build();
+    const XasMessage stored = XasMessageBuilder{XMSG_IPFILTER_ASSIGN}.id(5);
     store("XMSG_IPFILTER_ASSIGN-1-200", stored);
-    msg = XasMessageBuilder{XMSG_IPFILTER_ASSIGN}.word(120, 1).byte(124, 200).build();
+    msg = XasMessageBuilder{XMSG_IPFILTER_ASSIGN}.set("iface_type", 1).set("iface_id", 200);
     EXPECT_EQ(get(XMSG_IPFILTER_ASSIGN), 0);
     EXPECT_EQ(msg.xH.id, 5U);
-    msg = XasMessageBuilder{XMSG_IPFILTER_ASSIGN}.word(120, 1).byte(124, 201).build();
+    msg = XasMessageBuilder{XMSG_IPFILTER_ASSIGN}.set("iface_type", 1).set("iface_id", 201);
     EXPECT_NE(get(XMSG_IPFILTER_ASSIGN), 0);
 }
 
 TEST_F(ConfigStore, FindsAFilterSetByItsNumber)
 {
-    store("XMSG_IPFILTER_SET-255", XasMessageBuilder{XMSG_IPFILTER_SET}.id(6).build());
-    msg = XasMessageBuilder{XMSG_IPFILTER_SET}.byte(120, 255).build();
+    store("XMSG_IPFILTER_SET-255", XasMessageBuilder{XMSG_IPFILTER_SET}.id(6));
+    msg = XasMessageBuilder{XMSG_IPFILTER_SET}.set("id", 255);
     EXPECT_EQ(get(XMSG_IPFILTER_SET), 0);
     EXPECT_EQ(msg.xH.id, 6U);
 }

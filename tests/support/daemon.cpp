@@ -105,7 +105,7 @@ void XasTestQueues::send(long mtype, std::string_view bytes) const
 
 void XasTestQueues::send(const XasMessage &msg) const
 {
-    send(static_cast<long>(std::max(msg.xH.msgtype, 1U)), xasMessageBytes(msg, 0, sizeof msg));
+    send(static_cast<long>(std::max(msg.xH.msgtype, 1U)), xasMessageBytes(msg));
 }
 
 std::optional<XasMessage> XasTestQueues::receive(std::chrono::milliseconds atMost) const

@@ -66,6 +66,9 @@ class XasTestDaemon {
     /** Sends a message and awaits the acknowledgement; the test fails when none comes. */
     XasMessage ask(const XasMessage &msg, std::chrono::milliseconds atMost = std::chrono::seconds{15});
 
+    /** The acknowledgement of a message in short: success, rcode and reason. */
+    std::string outcome(const XasMessage &msg) { return xasOutcomeIn(ask(msg)); }
+
     void signal(int number) const;
 
     /** True while the daemon's process lives. */

@@ -59,8 +59,7 @@ class XasDispatcherTest : public testing::Test {
         EXPECT_EQ(process(msg), 0);
         const XasMessage reply = answer();
         EXPECT_EQ(reply.xH.orig_id, msg.xH.id);
-        return std::to_string(xasMessageWord(reply, 120)) + " " + std::to_string(xasMessageWord(reply, 128)) +
-               " " + xasMessageText(reply, 132);
+        return xasOutcomeIn(reply);
     }
 
     /** True when nothing was answered. */
@@ -95,16 +94,12 @@ class XasDispatcherTest : public testing::Test {
     XasLogCapture log;
 };
 
-/** What outcome() gives for a message that failed without a reason, and for one that was applied. */
-inline constexpr const char *XAS_FAILED = "0 0 ";
-inline constexpr const char *XAS_APPLIED = "1 0 ";
-
 inline const XasLogLine XAS_NOT_FOUND = xasErrorLine("Could not find application in app list\n");
 
 /** A message of a type with an empty payload and the id 77. */
 inline XasMessage xasPlainMessage(std::uint32_t msgtype)
 {
-    return XasMessageBuilder{msgtype}.id(77).build();
+    return XasMessageBuilder{msgtype}.id(77);
 }
 
 #endif

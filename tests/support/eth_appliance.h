@@ -45,22 +45,17 @@ class XasEthAppliance : public testing::Test {
     /** Makes these the settings that are stored for the daemon to read. */
     static void store(const XasEthPayload &settings)
     {
-        xasWriteFile("/r58/store/XMSG_ETH.new", xasMessageBytes(message(settings), 0, sizeof(XasMessage)));
+        xasWriteFile("/r58/store/XMSG_ETH.new", xasMessageBytes(message(settings)));
         std::filesystem::rename("/r58/store/XMSG_ETH.new", "/r58/store/XMSG_ETH");
     }
 
     static XasMessage message(const XasEthPayload &settings)
     {
-        return XasMessageBuilder{XMSG_ETH}.id(77).payload(settings).build();
+        return XasMessageBuilder{XMSG_ETH}.id(77).payload(settings);
     }
 
-    /** Sends the settings; "1 0 reason" for success, rcode and rstr of the acknowledgement. */
-    std::string apply()
-    {
-        const XasMessage answer = daemon.ask(message(eth));
-        return std::to_string(xasMessageWord(answer, 120)) + " " +
-               std::to_string(xasMessageWord(answer, 128)) + " " + xasMessageText(answer, 132);
-    }
+    /** Sends the settings; the acknowledgement in short. */
+    std::string apply() { return daemon.outcome(message(eth)); }
 
     /** The scripts that were called, by name and arguments; forgets them. */
     std::vector<std::string> calls()

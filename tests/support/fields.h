@@ -1,67 +1,31 @@
-/** The fields of a message type against what its handler reads. */
+/** What the fields of a message type take and begin with. */
 #ifndef XAS_TEST_SUPPORT_FIELDS_H
 #define XAS_TEST_SUPPORT_FIELDS_H
 
-#include "msg/fields.h"
 #include "msg/values.h"
+#include "support/message.h"
 
-#include <gtest/gtest.h>
 #include <string>
-#include <vector>
 
-struct XasExpectedField {
-    std::string name;
-    std::size_t offset; /**< from the start of the record */
-    std::size_t width;  /**< bytes */
-};
-
-/** Expects exactly these fields, groups spread out, in the order of the record. */
-inline void xasExpectFields(std::uint32_t msgtype, const std::vector<XasExpectedField> &expected)
+/** The values of a record that nobody has set anything in: "enabled=yes port=88". */
+inline std::string xasTestDefaults(std::uint32_t msgtype)
 {
-    const XasMsgFields *fields = msgFieldsOf(msgtype);
-    ASSERT_NE(fields, nullptr);
-    const std::vector<XasMsgFieldAt> found = xasListFields(*fields);
-    ASSERT_EQ(found.size(), expected.size());
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-        EXPECT_EQ(found[i].name, expected[i].name);
-        EXPECT_EQ(found[i].place.offset, expected[i].offset) << expected[i].name;
-        EXPECT_EQ(found[i].place.width, expected[i].width) << expected[i].name;
-    }
-}
-
-struct XasExpectedDefault {
-    std::string name;
-    std::string value; /**< as text */
-};
-
-/** Expects exactly these values, in the order of the record, in one that nobody has set anything in. */
-inline void xasExpectDefaults(std::uint32_t msgtype, const std::vector<XasExpectedDefault> &expected)
-{
-    const XasMsgFields *fields = msgFieldsOf(msgtype);
-    ASSERT_NE(fields, nullptr);
     XasMessage record{};
-    const auto bytes = std::as_writable_bytes(std::span{&record, 1});
-    msgSetDefaults(bytes, *fields);
-    const std::vector<XasMsgFieldAt> found = xasListFields(*fields);
-    ASSERT_EQ(found.size(), expected.size());
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-        EXPECT_EQ(found[i].name, expected[i].name);
-        EXPECT_EQ(msgValueText(bytes, found[i]), expected[i].value) << expected[i].name;
-    }
+    msgSetDefaults(xasBytesOf(record), *msgFieldsOf(msgtype));
+    std::string text;
+    for (const XasMsgFieldAt &where : xasListFields(*msgFieldsOf(msgtype)))
+        text += (text.empty() ? "" : " ") + where.name + "=" + msgValueText(xasBytesOf(record), where);
+    return text;
 }
 
-/** The number that `text` stands for in a field; "refused" otherwise. */
+/** The number that `text` stands for in a field; "refused" when it is not allowed. */
 inline std::string xasTestNumberOf(std::uint32_t msgtype, std::string_view name, std::string_view text)
 {
-    const XasMsgFields *fields = msgFieldsOf(msgtype);
-    const auto where = fields == nullptr ? std::nullopt : xasFindField(*fields, name);
-    if (!where)
-        throw std::out_of_range{std::string{name}};
     XasMessage record{};
-    const auto bytes = std::as_writable_bytes(std::span{&record, 1});
-    if (!msgSetValue(bytes, *where, text).empty())
+    const XasMsgFieldAt where = xasTestField(msgtype, name);
+    if (!msgSetValue(xasBytesOf(record), where, text).empty())
         return "refused";
-    return std::to_string(msgValueNumber(bytes, where->place));
+    return std::to_string(msgValueNumber(xasBytesOf(record), where.place));
 }
 
 #endif

@@ -45,25 +45,21 @@ inline XasIpFilterSetPayload xasTestFilterSet(std::string_view name, const std::
 
 inline XasMessage xasTestFilterSetMessage(const XasIpFilterSetPayload &set)
 {
-    return XasMessageBuilder{XMSG_IPFILTER_SET}.payload(set).build();
+    return XasMessageBuilder{XMSG_IPFILTER_SET}.payload(set);
 }
 
 inline XasMessage xasTestAssignMessage(std::uint32_t ifaceType, std::uint8_t ifaceId,
                                        std::string_view filterName)
 {
     return XasMessageBuilder{XMSG_IPFILTER_ASSIGN}
-        .word(120, ifaceType)
-        .byte(124, ifaceId)
-        .bytes(125, filterName)
-        .build();
+        .set("iface_type", ifaceType)
+        .set("iface_id", ifaceId)
+        .set("filterName", filterName);
 }
 
 inline XasMessage xasTestFirewallMessage(std::uint32_t enabled, std::int32_t testTime)
 {
-    return XasMessageBuilder{XMSG_FIREWALL}
-        .word(120, enabled)
-        .word(124, static_cast<std::uint32_t>(testTime))
-        .build();
+    return XasMessageBuilder{XMSG_FIREWALL}.set("enabled", enabled).set("test_time", testTime);
 }
 
 #endif

@@ -7,6 +7,7 @@
 #include "support/files.h"
 #include "support/log.h"
 #include "support/message.h"
+#include "support/reply.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>

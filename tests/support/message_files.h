@@ -40,7 +40,7 @@ class XasMessageFilesTest : public testing::Test {
                 app.cfgFiles.emplace_back(type, pathOf(type));
         }
         daemon.start({app});
-        daemon.ask(XasMessageBuilder{XMSG_SSH}.build());
+        daemon.ask(XasMessageBuilder{XMSG_SSH});
         daemon.stubs.forget();
         daemon.log.clear();
     }
@@ -49,10 +49,7 @@ class XasMessageFilesTest : public testing::Test {
     std::string outcome(const XasMessage &msg)
     {
         daemon.log.clear();
-        const XasMessage answer = daemon.ask(msg);
-        EXPECT_EQ(xasMessageWord(answer, 124), 1U);
-        return std::to_string(xasMessageWord(answer, 120)) + " " +
-               std::to_string(xasMessageWord(answer, 128)) + " " + xasMessageText(answer, 132);
+        return daemon.outcome(msg);
     }
 
     /** What was logged for the last message. */

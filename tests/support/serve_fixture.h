@@ -122,24 +122,18 @@ class XmsServeTest : public XasFilesTest {
         ASSERT_EQ(msgsnd(msgget(XMS_KEY_FROM_DAEMON, 0), &entry, bytes.size(), 0), 0);
     }
 
-    static void send(const XasMessage &record)
-    {
-        send(xasMessageBytes(record, 0, sizeof record), record.xH.msgtype);
-    }
+    static void send(const XasMessage &record) { send(xasMessageBytes(record), record.xH.msgtype); }
 
     static void acknowledge(std::uint32_t id, bool success, std::string_view reason = "")
     {
-        XasMessage record = XasMessageBuilder{XMSG_ACKNAK}
-                                .sender(4)
-                                .id(10)
-                                .word(120, success ? 1 : 0)
-                                .word(124, 1)
-                                .word(128, success ? 0 : 1)
-                                .bytes(132, reason)
-                                .build();
-        record.xH.action = XAS_ACTION_RETURN;
-        record.xH.orig_id = id;
-        send(record);
+        send(XasMessageBuilder{XMSG_ACKNAK}
+                 .sender(4)
+                 .id(10)
+                 .answering(id)
+                 .set("success", success)
+                 .set("complete", "yes")
+                 .set("rcode", success ? 0 : 1)
+                 .set("rstr", reason));
     }
 
     /** Runs a `set` and answers it; `received` is what reached the daemon. */

@@ -47,7 +47,7 @@ class XasUpdateSharesTest : public testing::Test {
     {
         reply = {};
         log.take();
-        XasMessage msg = builder.build();
+        XasMessage msg = builder;
         const XasCfgFileList list = xasTestCfgFiles(files.named(types));
         return handler(&msg, &list, &reply);
     }

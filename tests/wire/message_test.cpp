@@ -1,10 +1,11 @@
 #include "wire/message.h"
-#include "wire/notify_message.h"
 #include "wire/reply_message.h"
 
 #include "support/message.h"
 
 #include <gtest/gtest.h>
+
+using namespace std::string_literals;
 
 TEST(MessageText, EndsWithItsFieldWhenNoNulIsThere)
 {
@@ -49,7 +50,6 @@ TEST(MessageRecord, HoldsItsHeaderWordsInOrder)
     msg.xH.sender = 4;
     msg.xH.id = 10;
     msg.xH.orig_id = 0xFFFFFFFFU;
-    using namespace std::string_literals;
     EXPECT_EQ(xasMessageBytes(msg, 0, 24), "\x04\x03\x02\x01"
                                            "\x01\0\0\0"
                                            "\x04\0\0\0"
@@ -58,46 +58,22 @@ TEST(MessageRecord, HoldsItsHeaderWordsInOrder)
                                            "\0\0\0\0"s);
 }
 
-TEST(MessageRecord, HoldsTheReplyAtItsOffsets)
-{
-    XasReplyPayload reply{.success = 1, .complete = 2, .rcode = 3, .rstr = {}};
-    xasSetFieldText(reply.rstr, "reason");
-    XasMessage msg{};
-    xasWritePayload(msg, reply);
-    EXPECT_EQ(xasMessageWord(msg, 120), 1U);
-    EXPECT_EQ(xasMessageWord(msg, 124), 2U);
-    EXPECT_EQ(xasMessageWord(msg, 128), 3U);
-    EXPECT_EQ(xasMessageText(msg, 132), "reason");
-    EXPECT_EQ(sizeof reply.rstr, 500U);
-}
-
-TEST(MessageRecord, HoldsTheNotificationsTextToItsEnd)
-{
-    XasNotifyPayload notify{};
-    notify.code = 2;
-    xasSetFieldText(notify.text, "Eth1 Link Up");
-    XasMessage msg{};
-    xasWritePayload(msg, notify);
-    EXPECT_EQ(xasMessageWord(msg, 120), 2U);
-    EXPECT_EQ(xasMessageBytes(msg, 124, 12), std::string(12, '\0'));
-    EXPECT_EQ(xasMessageText(msg, 136), "Eth1 Link Up");
-    EXPECT_EQ(136 + sizeof notify.text, sizeof msg);
-}
-
 TEST(MessageRecord, GivesPayloadWordsByNumberAndValuesByOffset)
 {
-    const XasMessage msg = XasMessageBuilder{1}.word(120, 0x11223344).word(124, 7).half(2486, 0xabcd).build();
+    const XasMessage msg = XasMessageBuilder{1}.bytes(120, "\x44\x33\x22\x11\x07").bytes(2486, "\xcd\xab");
     EXPECT_EQ(xasPayloadWord<0>(msg), 0x11223344U);
     EXPECT_EQ(xasPayloadWord<1>(msg), 7U);
     EXPECT_EQ((xasPayloadValue<std::uint8_t, 121>(msg)), 0x33);
     EXPECT_EQ((xasPayloadValue<std::uint16_t, 2486>(msg)), 0xabcd);
 }
 
-TEST(MessageRecord, GivesBackThePayloadThatWasPutIn)
+TEST(MessageRecord, HoldsThePayloadBehindTheHeader)
 {
+    XasReplyPayload reply{.success = 1, .complete = 2, .rcode = 3, .rstr = {}};
+    xasSetFieldText(reply.rstr, "reason");
     XasMessage msg{};
-    XasReplyPayload reply{};
-    reply.rcode = 77;
     xasWritePayload(msg, reply);
-    EXPECT_EQ(xasReadPayload<XasReplyPayload>(msg).rcode, 77U);
+    EXPECT_EQ(xasMessageBytes(msg, 116, 24), "\0\0\0\0\1\0\0\0\2\0\0\0\3\0\0\0reason\0\0"s);
+    EXPECT_EQ(xasReadPayload<XasReplyPayload>(msg).rcode, 3U);
+    EXPECT_EQ(xasFieldString(xasReadPayload<XasReplyPayload>(msg).rstr), "reason");
 }

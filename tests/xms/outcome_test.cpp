@@ -10,11 +10,10 @@ namespace {
 XmsJson answered(bool success, std::uint32_t rcode, std::string_view reason)
 {
     const XasMessage record = XasMessageBuilder{XMSG_ACKNAK}
-                                  .word(120, success ? 1 : 0)
-                                  .word(124, 1)
-                                  .word(128, rcode)
-                                  .bytes(132, reason)
-                                  .build();
+                                  .set("success", success ? 1 : 0)
+                                  .set("complete", 1)
+                                  .set("rcode", rcode)
+                                  .set("rstr", reason);
     return {
         {"result", "answered"}, {"id", 7}, {"record", xmsToHex(record)}, {"ms", 104.4}, {"stored", success}};
 }

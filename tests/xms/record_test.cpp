@@ -110,42 +110,42 @@ TEST(XmsRecord, TypesAreFoundByAnyName)
     EXPECT_EQ(xmsTypeFromText("3"), XMSG_DNS);
 }
 
-TEST(XmsRecord, AHostNameAndADomainStandAtTheirOffsets)
+TEST(XmsRecord, AHostNameAndADomainAreSetByTheirNames)
 {
     const XasMessage record = assigned(XMSG_HOSTNAME, {{"hostname", "console1"}, {"domain", "example.org"}});
     EXPECT_EQ(record.xH.msgtype, 2U);
-    EXPECT_EQ(xasMessageText(record, 120), "console1");
-    EXPECT_EQ(xasMessageText(record, 185), "example.org");
+    EXPECT_EQ(xasValueIn(record, "hostname"), "console1");
+    EXPECT_EQ(xasValueIn(record, "domain"), "example.org");
 }
 
 TEST(XmsRecord, AnEthernetRecordStartsFromUsefulDefaults)
 {
     const XasMessage record = xmsDefaultRecord(XMSG_ETH);
-    EXPECT_EQ(xasMessageWord(record, 120), 1U);          // eth1 is in use
-    EXPECT_EQ(xasMessageWord(record, 128), 1U);          // and takes its address by DHCP
-    EXPECT_EQ(xasMessageWord(record, 168), 1U);          // so is eth2
-    EXPECT_EQ(xasMessageWord(record, 212), 1500U);       // its MTU
-    EXPECT_EQ(xasMessageWord(record, 220), 0xFFFFFFFFU); // no gateway
-    EXPECT_EQ(xasMessageWord(record, 252), 0U);          // no bonding
-    EXPECT_EQ(xasMessageBytes(record, 268, 1), "\x01");  // pings leave by eth1
+    EXPECT_EQ(xasValueIn(record, "eth1.marker"), "yes");
+    EXPECT_EQ(xasValueIn(record, "eth1.source"), "dhcp");
+    EXPECT_EQ(xasValueIn(record, "eth2.marker"), "yes");
+    EXPECT_EQ(xasValueIn(record, "eth2.mtu"), "1500");
+    EXPECT_EQ(xasValueIn(record, "gateway"), "none");
+    EXPECT_EQ(xasValueIn(record, "bonding"), "none");
+    EXPECT_EQ(xasValueIn(record, "ping_ifc"), "eth1");
 }
 
 TEST(XmsRecord, ASecondPortIsSetOnItsOwn)
 {
     const XasMessage record =
         assigned(XMSG_ETH, {{"eth2.source", "static"}, {"eth2.ip", "192.168.1.10"}, {"eth2.mode", "6"}});
-    EXPECT_EQ(xasMessageWord(record, 176), 2U);
-    EXPECT_EQ(xasMessageBytes(record, 180, 4), "\xC0\xA8\x01\x0A");
-    EXPECT_EQ(xasMessageWord(record, 208), 6U);
-    EXPECT_EQ(xasMessageWord(record, 128), 1U); // the first port is as it was
-    EXPECT_EQ(xasMessageWord(record, 132), 0U);
+    EXPECT_EQ(xasValueIn(record, "eth2.source"), "static");
+    EXPECT_EQ(xasValueIn(record, "eth2.ip"), "192.168.1.10");
+    EXPECT_EQ(xasValueIn(record, "eth2.mode"), "6");
+    EXPECT_EQ(xasValueIn(record, "eth1.source"), "dhcp") << "the first port is as it was";
+    EXPECT_EQ(xasValueIn(record, "eth1.ip"), "0.0.0.0");
 }
 
 TEST(XmsRecord, ForcedValuesMayBeOnesThatTheDaemonRefuses)
 {
     XasMessage record = xmsDefaultRecord(XMSG_ETH);
     xmsAssign(record, {{"bonding", "4"}}, XasValueCheck::anyThatFits);
-    EXPECT_EQ(xasMessageWord(record, 252), 4U);
+    EXPECT_EQ(xasValueIn(record, "bonding"), "4");
 }
 
 TEST(XmsRecord, ARawPayloadReplacesEverythingBehindTheHeader)
@@ -153,7 +153,7 @@ TEST(XmsRecord, ARawPayloadReplacesEverythingBehindTheHeader)
     XasMessage record = xmsDefaultRecord(XMSG_ETH);
     xmsSetRawPayload(record, "01 02 03");
     EXPECT_EQ(record.xH.msgtype, 1U);
-    EXPECT_EQ(xasMessageBytes(record, 120, 2368), "\x01\x02\x03" + std::string(2365, '\0'));
+    EXPECT_EQ(xasPayloadBytes(record), "\x01\x02\x03" + std::string(2365, '\0'));
 }
 
 namespace {
@@ -166,32 +166,31 @@ constexpr XasMsgField ROUTE_FIELDS[] = {
     {.name = "metric", .place = {128, 4}, .meaning = "how far", .initial = "5", .group = &ROUTES}};
 constexpr XasMsgFields ROUTING = {.fields = ROUTE_FIELDS};
 
-XasMessage routed(const std::vector<XmsAssignment> &assignments)
+/** The record with these values, as the tool shows it. */
+std::string routed(const std::vector<XmsAssignment> &assignments)
 {
     XasMessage record{};
-    xmsAssignIn(std::as_writable_bytes(std::span{&record, 1}), ROUTING, assignments, XasValueCheck::allowed);
-    return record;
+    xmsAssignIn(xasBytesOf(record), ROUTING, assignments, XasValueCheck::allowed);
+    std::string text;
+    for (const XasMsgFieldAt &where : xasListFields(ROUTING))
+        text += (text.empty() ? "" : " ") + msgValueText(xasBytesOf(record), where);
+    return text;
 }
 
 } // namespace
 
 TEST(XmsRecord, ACountFollowsItsGroupAndAnElementComesWithItsDefaults)
 {
-    const XasMessage record = routed({{"route2.to", "10.0.0.1"}});
-    EXPECT_EQ(xasMessageWord(record, 120), 2U); // up to the last one in use
-    EXPECT_EQ(xasMessageBytes(record, 124, 8), std::string(8, '\0'));
-    EXPECT_EQ(xasMessageBytes(record, 132, 4), std::string("\x0A\0\0\x01", 4));
-    EXPECT_EQ(xasMessageWord(record, 136), 5U);
+    EXPECT_EQ(routed({{"route2.to", "10.0.0.1"}}), "2 0.0.0.0 0 10.0.0.1 5") << "up to the last one in use";
 }
 
 TEST(XmsRecord, ACountThatIsNamedStaysAsNamed)
 {
-    EXPECT_EQ(xasMessageWord(routed({{"route1.to", "10.0.0.1"}, {"num_routes", "9"}}), 120), 9U);
-    EXPECT_EQ(xasMessageWord(routed({{"num_routes", "1"}}), 120), 1U);
+    EXPECT_EQ(routed({{"route1.to", "10.0.0.1"}, {"num_routes", "9"}}), "9 10.0.0.1 5 0.0.0.0 0");
+    EXPECT_EQ(routed({{"num_routes", "1"}}), "1 0.0.0.0 0 0.0.0.0 0");
 }
 
 TEST(XmsRecord, AnElementInUseKeepsWhatIsNotNamed)
 {
-    const XasMessage record = routed({{"route1.metric", "7"}, {"route1.to", "10.0.0.1"}});
-    EXPECT_EQ(xasMessageWord(record, 128), 7U);
+    EXPECT_EQ(routed({{"route1.metric", "7"}, {"route1.to", "10.0.0.1"}}), "1 10.0.0.1 7 0.0.0.0 0");
 }

@@ -24,11 +24,10 @@ XasMessage acknowledgement(bool success, std::uint32_t rcode, std::string_view r
     XasMessage record = XasMessageBuilder{XMSG_ACKNAK}
                             .sender(4)
                             .id(10)
-                            .word(120, success ? 1 : 0)
-                            .word(124, 1)
-                            .word(128, rcode)
-                            .bytes(132, reason)
-                            .build();
+                            .set("success", success ? 1 : 0)
+                            .set("complete", 1)
+                            .set("rcode", rcode)
+                            .set("rstr", reason);
     record.xH.action = 2;
     record.xH.orig_id = 7;
     return record;
@@ -58,7 +57,7 @@ TEST_F(XmsShow, ARecordOfAWrongSizeIsShownAsOddAndNotDecoded)
 
 TEST_F(XmsShow, NumbersWithoutNamesAreShownAsNumbers)
 {
-    XasMessage record = XasMessageBuilder{4000000000U}.id(3).sender(11).build();
+    XasMessage record = XasMessageBuilder{4000000000U}.id(3).sender(11);
     record.xH.action = 9;
     EXPECT_EQ(xmsTrafficLine(trafficOf(record, true), XmsPaint::plain),
               "03:04:05.067  -> 11   9       4000000000  #3");
@@ -67,7 +66,7 @@ TEST_F(XmsShow, NumbersWithoutNamesAreShownAsNumbers)
 TEST_F(XmsShow, ASettingIsShownWithTheFieldsThatAreNotZero)
 {
     const XasMessage record =
-        XasMessageBuilder{XMSG_HOSTNAME}.id(12345).sender(1).bytes(120, "console1").build();
+        XasMessageBuilder{XMSG_HOSTNAME}.id(12345).sender(1).set("hostname", "console1");
     EXPECT_EQ(xmsTrafficLine(trafficOf(record, true), XmsPaint::plain),
               "03:04:05.067  -> XMS  Set     hostname    #12345  hostname=console1");
 }
@@ -94,7 +93,7 @@ TEST_F(XmsShow, TrafficForProgramsCarriesHeaderAndFields)
 TEST_F(XmsShow, ControlCharactersNeverReachTheTerminal)
 {
     EXPECT_EQ(xmsEscaped("a\033[31m\nb\177"), "a\\x1b[31m\\nb\\x7f");
-    const XasMessage record = XasMessageBuilder{XMSG_HOSTNAME}.bytes(120, "a\033]0;x\007").build();
+    const XasMessage record = XasMessageBuilder{XMSG_HOSTNAME}.set("hostname", "a\033]0;x\007");
     EXPECT_EQ(xmsFieldsTable(record), "  hostname  a\\x1b]0;x\\x07\n  domain\n");
 }
 
@@ -108,21 +107,20 @@ TEST_F(XmsShow, WordsOfALineAreQuotedWhereTheyMustBe)
 
 TEST_F(XmsShow, FieldsForProgramsKeepTheirOrderAndTheirTypes)
 {
-    const XasMessage record =
-        XasMessageBuilder{XMSG_DNS}.bytes(140, std::string("\0\0\0\0\x0A\0\0\x35", 8)).word(180, 1).build();
+    const XasMessage record = XasMessageBuilder{XMSG_DNS}.set("dns2", "10.0.0.53").set("prefer_ipv4", 1);
     EXPECT_EQ(xmsJsonLine(xmsFieldsJson(record)),
               R"({"dns1":"none","dns2":"10.0.0.53","dns3":"none","prefer_ipv4":true})");
 }
 
 TEST_F(XmsShow, BytesThatAreNoTextDoNotBreakTheJson)
 {
-    const XasMessage record = XasMessageBuilder{XMSG_HOSTNAME}.bytes(120, "a\xFF").build();
+    const XasMessage record = XasMessageBuilder{XMSG_HOSTNAME}.set("hostname", "a\xFF");
     EXPECT_EQ(xmsJsonLine(xmsFieldsJson(record)), "{\"hostname\":\"a\xEF\xBF\xBD\",\"domain\":\"\"}");
 }
 
 TEST_F(XmsShow, ATypeThatIsNotDescribedShowsNoFields)
 {
-    const XasMessage record = XasMessageBuilder{XMSG_SSH}.word(120, 5).build();
+    const XasMessage record = XasMessageBuilder{XMSG_SSH}.bytes(120, "\x05");
     EXPECT_EQ(xmsFieldsLine(record), "");
     EXPECT_EQ(xmsJsonLine(xmsFieldsJson(record)), "{}");
 }
@@ -141,7 +139,7 @@ TEST_F(XmsShow, ADumpOfAnOddRecordSaysHowLongItIs)
 
 TEST_F(XmsShow, ADumpShowsHeaderAndPayloadWhole)
 {
-    const XasMessage record = XasMessageBuilder{XMSG_DNS}.sender(1).id(7).word(180, 1).build();
+    const XasMessage record = XasMessageBuilder{XMSG_DNS}.sender(1).id(7).set("prefer_ipv4", 1);
     EXPECT_EQ(xmsTrafficDump(trafficOf(record, true), {}, XmsPaint::plain),
               "03:04:05.067  -> xasd\n"
               "msgPrintBasic: type=XMSG_DNS, action=Set, sender=XMS\n"
@@ -156,7 +154,7 @@ TEST_F(XmsShow, TheDumpOfAListShowsTheUsersThatItsMessageCounts)
     list.replace(120, 5, "alice").replace(344, 3, "bob");
     const auto bytes = std::as_bytes(std::span{list});
     const XmsTraffic traffic{TIME_MS, true, {bytes.begin(), bytes.end()}};
-    const XasMessage message = XasMessageBuilder{XMSG_LOCALUSERS}.half(160, 1).build();
+    const XasMessage message = XasMessageBuilder{XMSG_LOCALUSERS}.set("num_users", 1);
     EXPECT_EQ(xmsTrafficDump(traffic, message, XmsPaint::plain),
               "03:04:05.067  -> xasd\n"
               "  login: alice password:  uid: 0 listen: 0x0\n"

@@ -22,20 +22,19 @@ class XmsStore : public XasFilesTest {
 
 XasMessage hostnameRecord(std::string_view name)
 {
-    return XasMessageBuilder{XMSG_HOSTNAME}.id(7).bytes(120, name).build();
+    return XasMessageBuilder{XMSG_HOSTNAME}.id(7).set("hostname", name);
 }
 
 XasMessage filterSet(std::uint8_t number, std::uint32_t action)
 {
-    return XasMessageBuilder{XMSG_IPFILTER_SET}.byte(120, number).word(140, action).build();
+    return XasMessageBuilder{XMSG_IPFILTER_SET}.set("id", number).set("action", action);
 }
 
 } // namespace
 
 TEST_F(XmsStore, ATypeWithoutNameIsNotStored)
 {
-    EXPECT_EQ(xmsStoreApplied(XasMessageBuilder{66}.build()),
-              "a message type without a name cannot be stored");
+    EXPECT_EQ(xmsStoreApplied(XasMessageBuilder{66}), "a message type without a name cannot be stored");
     EXPECT_THAT(dir.names(), IsEmpty());
 }
 
@@ -70,17 +69,17 @@ TEST_F(XmsStore, ARecordIsOneWholeFileNamedByItsType)
     const XasMessage record = hostnameRecord("console1");
     EXPECT_EQ(xmsStoreApplied(record), "");
     EXPECT_THAT(dir.names(), ElementsAre("XMSG_HOSTNAME"));
-    EXPECT_EQ(dir.read("XMSG_HOSTNAME"), xasMessageBytes(record, 0, 2488));
-    const auto stored = xmsReadStored(XasMessageBuilder{XMSG_HOSTNAME}.build());
+    EXPECT_EQ(dir.read("XMSG_HOSTNAME"), xasMessageBytes(record));
+    const auto stored = xmsReadStored(XasMessageBuilder{XMSG_HOSTNAME});
     ASSERT_TRUE(stored);
-    EXPECT_EQ(xasMessageText(*stored, 120), "console1");
+    EXPECT_EQ(xasValueIn(*stored, "hostname"), "console1");
 }
 
 TEST_F(XmsStore, ALaterRecordReplacesAnEarlierOne)
 {
     EXPECT_EQ(xmsStoreApplied(hostnameRecord("console1")), "");
     EXPECT_EQ(xmsStoreApplied(hostnameRecord("console2")), "");
-    EXPECT_EQ(xasMessageText(*xmsReadStored(hostnameRecord("")), 120), "console2");
+    EXPECT_EQ(xasValueIn(*xmsReadStored(hostnameRecord("")), "hostname"), "console2");
     EXPECT_THAT(dir.names(), ElementsAre("XMSG_HOSTNAME"));
 }
 

@@ -64,12 +64,12 @@ TEST(XmsUsers, AreNamedByTheirNumberAlone)
 
 TEST(XmsUsers, MustBeAsManyAsTheMessageSays)
 {
-    const XasMessage msg = XasMessageBuilder{XMSG_LOCALUSERS}.half(160, 2).build();
+    const XasMessage msg = XasMessageBuilder{XMSG_LOCALUSERS}.set("num_users", 2);
     EXPECT_EQ(complaintOf([&] { xmsRequireMatchingCount(msg, {}); }),
               "num_users is 2, but 0 users are given; xasd would wait for them");
     EXPECT_EQ(complaintOf([&] { xmsRequireMatchingCount(msg, XmsUserEntry(120 + 448)); }), "none");
     EXPECT_EQ(
-        complaintOf([] { xmsRequireMatchingCount(XasMessageBuilder{XMSG_DNS}.half(160, 2).build(), {}); }),
+        complaintOf([] { xmsRequireMatchingCount(XasMessageBuilder{XMSG_DNS}.set("dns3", "fd00::1"), {}); }),
         "none");
 }
 
@@ -92,14 +92,15 @@ TEST(XmsUsers, StandOneBehindTheOtherBehindBytesThatNobodyReads)
 
 TEST(XmsUsers, AreAnnouncedByTheirMessageAndOnlyByIt)
 {
-    XasMessage msg = XasMessageBuilder{XMSG_LOCALUSERS}.word(156, 1).half(160, 7).build();
+    XasMessage msg = XasMessageBuilder{XMSG_LOCALUSERS}.set("users_included", 1).set("num_users", 7);
     xmsAnnounceUsers(msg, {});
-    EXPECT_EQ(xasMessageBytes(msg, 156, 6), std::string(6, '\0')) << "a stored message has lost its list";
+    EXPECT_EQ(xasPayloadBytes(msg), std::string(2368, '\0')) << "a stored message has lost its list";
     xmsAnnounceUsers(msg, XmsUserEntry(120 + 3 * 224));
-    EXPECT_EQ(xasMessageBytes(msg, 156, 6), std::string_view("\x01\0\0\0\x03\0", 6));
-    XasMessage other = XasMessageBuilder{XMSG_DNS}.build();
+    EXPECT_EQ(xasValueIn(msg, "users_included"), "yes");
+    EXPECT_EQ(xasValueIn(msg, "num_users"), "3");
+    XasMessage other = XasMessageBuilder{XMSG_DNS};
     xmsAnnounceUsers(other, XmsUserEntry(120 + 224));
-    EXPECT_EQ(xasMessageBytes(other, 120, 60), std::string(60, '\0'));
+    EXPECT_EQ(xasPayloadBytes(other), std::string(2368, '\0'));
 }
 
 TEST(XmsUsers, AreCountedByTheSizeOfTheirEntry)
