@@ -53,17 +53,6 @@ TEST_F(UpdateSamba, FailsWithoutOneOfItsFilesInTheListEvenWhenTheShareIsOff)
     expectUntouched();
 }
 
-TEST_F(UpdateSamba, RestoresSmbConfWhenThePasswordLacksAPart)
-{
-    EXPECT_EQ(updateSamba(cifsMessage().set("nt_pwd", "")), 1);
-    EXPECT_EQ(xasReplyText(reply), "1 Invalid samba password");
-    EXPECT_THAT(log.take(),
-                ElementsAre(xasErrorLine("Invalid samba password, lanman_pwd = LANMAN, nt_pwd = , "
-                                         "lct_field = LCT-1\n"),
-                            xasErrorLine("Error editing smbpasswd file\n")));
-    expectUntouched();
-}
-
 TEST_F(UpdateSamba, TouchesNeitherFileWhenTheShareIsOff)
 {
     EXPECT_EQ(updateSamba(cifsMessage().set("enabled", 0)), 0);
@@ -72,19 +61,6 @@ TEST_F(UpdateSamba, TouchesNeitherFileWhenTheShareIsOff)
     expectUntouched();
     EXPECT_FALSE(files.has("smb.tmp"));
     EXPECT_FALSE(files.has("smbpasswd.tmp"));
-}
-
-TEST_F(UpdateSamba, WritesBothFilesThePasswordsForNobodyElse)
-{
-    EXPECT_EQ(updateSamba(cifsMessage()), 0);
-    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
-    EXPECT_THAT(log.take(), IsEmpty());
-    EXPECT_EQ(files.read("smb"), NEW_SMB);
-    EXPECT_EQ(files.read("smb.old"), XasShareFiles::SMB);
-    EXPECT_EQ(xasModeOf(files.path("smb")), 0644U);
-    EXPECT_EQ(files.read("smbpasswd"), NEW_PASSWORDS);
-    EXPECT_EQ(files.read("smbpasswd.old"), XasShareFiles::PASSWORDS);
-    EXPECT_EQ(xasModeOf(files.path("smbpasswd")), 0600U);
 }
 
 TEST_F(UpdateSamba, DoesNotRunFromATextThatFillsItsFieldIntoTheNext)

@@ -3,9 +3,7 @@
 
 #include "support/files.h"
 
-#include <gmock/gmock.h>
-
-using testing::IsEmpty;
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -43,14 +41,6 @@ TEST_F(KerberosFilesDeathTest, NeedTheirPathsAndValues)
     EXPECT_DEATH(xasAddLinetoHostsFile("/x", "a", nullptr, "a", &reply),
                  "canonical_name != \\(\\(void \\*\\)0\\)");
     EXPECT_DEATH(xasAddLinetoHostsFile("/x", "a", "c", nullptr, &reply), "alias != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(KerberosFiles, ClientFileIsRemovedWhenDisabled)
-{
-    cfgKerberos.enabled = 0;
-    const std::string path = dir.write("krb5.conf", "old");
-    EXPECT_EQ(xasEditKerberosCfgFile("/missing", path.c_str(), &cfgKerberos, &reply), 0);
-    EXPECT_THAT(dir.names(), IsEmpty());
 }
 
 TEST_F(KerberosFiles, HostsFileHasOneLineForTheNameHoweverOftenItIsSaved)

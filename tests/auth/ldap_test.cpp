@@ -69,17 +69,6 @@ TEST_F(LdapFiles, ClientFileIsRemovedWhenDisabledAndNeedsNoTemplate)
     EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
-TEST_F(LdapFiles, ClientFileIsTheOwnersAlone)
-{
-    const std::string path = dir.write("ldap.conf", "old", 0666);
-    cfgLDAP.bind_with_login = 1;
-    xasSetFieldText(cfgLDAP.map_uid, "sAMAccountName");
-    EXPECT_EQ(xasEditLdapCfgFileBC(dir.write("template", "x\n").c_str(), path.c_str(), &cfgLDAP, &reply), 0);
-    EXPECT_EQ(xasModeOf(path), 0600U);
-    EXPECT_EQ(dir.read("ldap.conf"), "x\n\n# Non-standard option: insert current login into bind name\n"
-                                     "bind_with_login yes\n\nnss_map_attribute uid sAMAccountName\n");
-}
-
 TEST(OpenLdapText, OnlyLosesItsLinesWhenDisabled)
 {
     XasLdapPayload cfgLDAP = settings();

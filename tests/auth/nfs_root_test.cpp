@@ -161,14 +161,6 @@ TEST_F(DispatchNfs, TheMountsAreMadeAgainWhateverTheMessageHolds)
     EXPECT_EQ(files.read("fstab"), "proc /proc proc defaults 0 0\n");
 }
 
-TEST_F(DispatchNfs, TheMountsAreMadeAgainWhenTheirFilesCouldNotBeWritten)
-{
-    prepare("nfs", {"nfsServers", "fstab"});
-    std::filesystem::remove(files.path("fstab"));
-    EXPECT_EQ(outcome(nfsMessage({})), "0 2 Error opening NFS config file");
-    EXPECT_THAT(programs(), ElementsAre("stop-nfs", "start-nfs"));
-}
-
 TEST_F(DispatchNfs, AMountThatFailsFailsTheMessage)
 {
     prepare("nfs", {"nfsServers", "fstab"}, 30);

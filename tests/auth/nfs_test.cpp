@@ -1,7 +1,6 @@
 // Remote directories: the list of their servers and their lines in the file-system table.
 #include "auth/nfs.h"
 
-#include "support/files.h"
 #include "support/growth.h"
 #include "support/log.h"
 #include "support/reply.h"
@@ -60,21 +59,6 @@ class NfsText : public testing::Test {
     XasLogCapture log;
     XasReplyStatus reply;
 };
-
-class NfsFiles : public XasFilesTest {
-  protected:
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
-    }
-
-    std::string path = dir.path("file");
-    XasLogCapture log;
-    XasReplyStatus reply;
-};
-
-using NfsFilesDeathTest = NfsFiles;
 
 } // namespace
 
@@ -221,24 +205,4 @@ TEST_F(NfsText, TakesTheSameTimeForALineOfAnyFile)
         return text(oldText, {});
     };
     EXPECT_LT(xasGrowthPerLine(edit, "server:/somewhere /mnt/somewhere nfs ro 0 0\n"), XAS_CONSTANT_GROWTH);
-}
-
-TEST_F(NfsFiles, TheTableIsSavedWithTheReplyOfAnOverLongLine)
-{
-    dir.write("file", "old\n");
-    const XasNfsShares shares{shareOfLength(308, true), share("s:/b", "/m/b"), {}};
-    EXPECT_EQ(xasEditNFSCfgFile(path.c_str(), &shares, &reply), 0);
-    expectReply(4, "NFS entry exceeds memory limmits");
-    EXPECT_EQ(dir.read("file"), "old\ns:/b\t /m/b\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
-}
-
-TEST_F(NfsFiles, TheTableIsSavedWithWhatStoodBeforeAShareWithoutAPath)
-{
-    dir.write("file", "old\n");
-    const XasNfsShares shares{share("s:/a", "/m/a"), share("", "/m/b"), share("s:/c", "/m/c")};
-    EXPECT_EQ(xasEditNFSCfgFile(path.c_str(), &shares, &reply), 0);
-    expectReply(0, "");
-    EXPECT_THAT(log.lines(), ElementsAre(EMPTY_PATH));
-    EXPECT_EQ(dir.read("file"), "old\ns:/a\t /m/a\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
-    EXPECT_THAT(dir.names(), ElementsAre("file", "file.old"));
 }

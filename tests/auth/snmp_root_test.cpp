@@ -7,7 +7,6 @@
 #include <gmock/gmock.h>
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -68,17 +67,6 @@ class DispatchSnmp : public XasDispatcherTest {
 
 } // namespace
 
-TEST_F(UpdateSnmp, WritesEveryFieldOfTheMessageToItsPlace)
-{
-    dir.write("snmpd.conf", OLD_TEXT);
-    EXPECT_EQ(update(message()), 0);
-    EXPECT_EQ(dir.read("snmpd.conf"), NEW_TEXT);
-    EXPECT_EQ(dir.read("snmpd.conf.old"), OLD_TEXT);
-    EXPECT_EQ(xasModeOf(path), 0600U);
-    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
-    EXPECT_THAT(log.lines(), IsEmpty());
-}
-
 TEST_F(UpdateSnmp, DoesNotRunFromATextThatFillsItsFieldIntoTheNext)
 {
     dir.write("snmpd.conf", OLD_TEXT);
@@ -114,11 +102,4 @@ TEST_F(DispatchSnmp, StartsTheAgentAgainWithItsNewFile)
     EXPECT_EQ(outcome(message()), XAS_APPLIED);
     EXPECT_THAT(programs(), ElementsAre("stop-snmp", "start-snmp"));
     EXPECT_EQ(xasReadFile(path), NEW_TEXT);
-}
-
-TEST_F(DispatchSnmp, StartsTheAgentAgainWhenItsFileCouldNotBeRead)
-{
-    std::remove(path.c_str());
-    EXPECT_EQ(outcome(message()), "0 2 Error opening SNMP config file");
-    EXPECT_THAT(programs(), ElementsAre("stop-snmp", "start-snmp"));
 }

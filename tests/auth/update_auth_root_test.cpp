@@ -33,19 +33,7 @@ class UpdateAuth : public XasLoginFilesTest {
     }
 };
 
-using UpdateAuthDeathTest = UpdateAuth;
-
 } // namespace
-
-TEST_F(UpdateAuthDeathTest, TheEditorsOfTheMethodsNeedTheirSettings)
-{
-    EXPECT_DEATH(xasEditSysAuthCfgFile(nullptr, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditNisSysAuthCfgFile("/x", nullptr), "cfgNIS != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditLdapSysAuthCfgFile("/x", nullptr), "cfgLDAP != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditRadiusSysAuthCfgFile("/x", nullptr), "cfgRadius != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditKerberosSysAuthCfgFile("/x", nullptr), "cfgKerberos != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditTacacsSysAuthCfgFile("/x", nullptr), "cfgTacacs != \\(\\(void \\*\\)0\\)");
-}
 
 TEST_F(UpdateAuth, MakesTheDerivedFilesFromTheEarlierOrderWhenTheNewOneCannotBeSaved)
 {
@@ -177,11 +165,4 @@ TEST_F(UpdateAuth, CutsSettingsToWhatTheirFieldsHold)
     EXPECT_EQ(moduleData.server1, std::string(256, 'a'));
     EXPECT_EQ(moduleData.server1_secret, std::string(127, 's'));
     EXPECT_EQ(moduleData.login, std::string(20, 'l'));
-}
-
-TEST_F(UpdateAuth, EveryMethodsEditorRefreshesThePamFile)
-{
-    const std::string path = dir.path("system-auth");
-    EXPECT_EQ(xasEditLocalUsersSysAuthCfgFile(path.c_str()), 0);
-    EXPECT_EQ(dir.read("system-auth"), LOCAL_PAM);
 }

@@ -9,9 +9,7 @@
 #include "support/reply.h"
 
 #include <arpa/inet.h>
-#include <gmock/gmock.h>
-
-using testing::IsEmpty;
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -379,17 +377,6 @@ TEST_F(RoutingFilesDeathTest, NeedTheirPathsAndValues)
 }
 
 // The handler.
-
-TEST_F(RoutingUpdate, WritesBothFilesAndKeepsTheirOldContent)
-{
-    EXPECT_EQ(update(), 0);
-    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
-    EXPECT_THAT(log.lines(), IsEmpty());
-    EXPECT_EQ(dir.read("zebra.conf"), "hostname a\n" + routeLines());
-    EXPECT_EQ(dir.read("ripd.conf"), sections("2") + "line vty\n");
-    EXPECT_EQ(dir.read("zebra.conf.old"), "hostname a\n");
-    EXPECT_EQ(dir.read("ripd.conf.old"), "line vty\n");
-}
 
 TEST_F(RoutingUpdate, DoesNotLookAtTheWordInFrontOfItsSwitches)
 {

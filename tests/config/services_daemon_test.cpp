@@ -123,15 +123,6 @@ TEST_F(DaemonTimezone, FailsWithoutAReasonForAZoneWithoutAFile)
     EXPECT_EQ(files.read("cfglink"), "old");
 }
 
-TEST_F(DaemonTimezone, WarnsOfAMissingLink)
-{
-    files.remove("cfglink");
-    start();
-    EXPECT_EQ(outcome(XasMessageBuilder{XMSG_TIMEZONE}.set("zone", "Europe/Berlin")), "1 0 ");
-    EXPECT_THAT(logLines(), ElementsAre(xasWarningLine("failure unlinking timezone symlink file\n")));
-    EXPECT_EQ(std::filesystem::read_symlink(files.path("cfglink")), files.path("tzpathbase/Europe/Berlin"));
-}
-
 TEST_F(DaemonTimezone, PointsTheLinkAtTheZone)
 {
     start();

@@ -67,17 +67,6 @@ TEST_F(SyslogUpdate, RefusesAnUnknownLevelInAnyPlaceWithoutAWord)
     EXPECT_THAT(dir.names(), ElementsAre("logrotate.conf", "syslog.conf"));
 }
 
-TEST_F(SyslogUpdate, WritesBothFilesAndKeepsTheirOldContent)
-{
-    EXPECT_EQ(update(), 0);
-    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
-    EXPECT_THAT(log.lines(), IsEmpty());
-    EXPECT_EQ(dir.read("syslog.conf"), NEW_SYSLOG);
-    EXPECT_EQ(dir.read("logrotate.conf"), NEW_LOGROTATE);
-    EXPECT_EQ(dir.read("syslog.conf.old"), OLD_SYSLOG);
-    EXPECT_EQ(dir.read("logrotate.conf.old"), OLD_LOGROTATE);
-}
-
 TEST_F(SyslogUpdate, AppliedTwiceChangesNoByteTheSecondTime)
 {
     EXPECT_EQ(update(), 0);

@@ -1,5 +1,7 @@
 #include "support/settings_outcome.h"
 
+#include <algorithm>
+
 namespace {
 
 /** Walks through a setting's steps as the table has them, and notes what is seen on the way. */
@@ -9,22 +11,37 @@ class Walk {
 
     XasOutcome toItsEnd()
     {
-        for (const XasExpectedStep &step : situation.setting.course) {
-            const XasExpectedFile &file = situation.setting.file(step.type);
-            if (step.isEdit ? !edit(file) : !lookUp(file))
+        for (const XasExpectedBatch &batch : course()) {
+            const auto each = [&](const std::vector<std::string> &types,
+                                  bool (Walk::*step)(const XasExpectedFile &)) {
+                return std::ranges::all_of(types, [&](const std::string &type) {
+                    return (this->*step)(situation.setting.file(type));
+                });
+            };
+            if (!each(batch.lookedUp, &Walk::lookUp) || !each(batch.changed, &Walk::edit))
                 break;
         }
         return std::move(outcome);
     }
 
   private:
+    [[nodiscard]] std::vector<XasExpectedBatch> course() const
+    {
+        std::vector<XasExpectedBatch> batches = situation.setting.course;
+        if (batches.empty()) {
+            for (const XasExpectedFile &file : situation.setting.files)
+                batches.push_back({{file.type}, {file.type}});
+        }
+        return batches;
+    }
+
     /** False when the message ends here; so does `edit`. */
     bool lookUp(const XasExpectedFile &file)
     {
-        if (!fails(file, XasFailure::notInList) || file.missingLog.empty())
+        if (!fails(file, XasFailure::notInList) || file.texts.missing.empty())
             return true;
-        log(file.missingLog);
-        reply(1, file.missingReason);
+        log(file.texts.missing);
+        reply(1, file.texts.missingReason);
         outcome.success = false;
         restore(file.restoredIfMissing);
         return false;
@@ -35,13 +52,13 @@ class Walk {
         if (fails(file, XasFailure::notInList))
             return true;
         for (unsigned i = 0; i < file.orderReads && isOrderMissing(); ++i)
-            logPath("Error opening config file \"%s\"\n", XAS_ORDER_FILE);
+            logPath("Error opening config file \"%s\"", XAS_ORDER_FILE);
         if (change(file))
             return true;
-        logPath(file.editLog, situation.path(file));
+        logPath(file.texts.edit, situation.path(file));
         outcome.success = outcome.success && file.harmless;
         restore(file.restoredIfEditFails);
-        return file.goesOn;
+        return file.goesOn || situation.setting.goesOn;
     }
 
     /** Gives a file its new content; false when that fails. */
@@ -67,22 +84,22 @@ class Walk {
             return false;
         const XasExpectedFile &model = situation.setting.file(file.model);
         if (fails(model, XasFailure::notOnDisk))
-            reply(2, model.openReason);
+            reply(2, model.texts.openReason);
         return fails(model, XasFailure::notOnDisk) || fails(model, XasFailure::isEmpty);
     }
 
     bool generate(const XasExpectedFile &file)
     {
         if (fails(file, XasFailure::notOpened)) {
-            if (file.openReason.empty())
-                logPath("Error opening config file \"%s\"\n", situation.path(file));
-            reply(2, file.openReason);
+            if (file.texts.openReason.empty())
+                logPath("Error opening config file \"%s\"", situation.path(file));
+            reply(2, file.texts.openReason);
             return false;
         }
         if (fails(file, XasFailure::notWritten)) {
-            if (file.saveReason.empty())
-                log("Error printing line to file\n");
-            reply(3, file.saveReason);
+            if (file.texts.saveReason.empty())
+                log("Error printing line to file");
+            reply(3, file.texts.saveReason);
             return false;
         }
         const bool isPam = file.orderReads != 0; // it is everybody's whatever it was
@@ -97,26 +114,26 @@ class Walk {
         const bool isThere = outcome.files.contains(name(file));
         const std::string newFile = modeOf(file) + file.newText;
         if (fails(file, XasFailure::notOnDisk) && file.way == XasFileWay::edited)
-            return notOpened("Error opening config file \"%s\"\n", path, file);
+            return notOpened("Error opening config file \"%s\"", path, file);
         if (fails(file, XasFailure::notOpened))
-            return notOpened("Error opening output file \"%s\"\n", path + ".tmp", file);
+            return notOpened("Error opening output file \"%s\"", path + ".tmp", file);
         if (fails(file, XasFailure::notRead)) {
             outcome.files[name(file) + ".tmp"] = "0600 "; // as what is at the path
-            return notOpened("Error reading config file \"%s\"\n", path, file);
+            return notOpened("Error reading config file \"%s\"", path, file);
         }
         if (fails(file, XasFailure::notWritten))
             return notWritten(file);
         if (fails(file, XasFailure::isDirectory))
-            return notSaved("Error renaming new config file \"%s\"\n", path, file);
+            return notSaved("Error renaming new config file \"%s\"", path, file);
         if (fails(file, XasFailure::notRenamed)) {
             outcome.files[name(file) + ".old"] = files(file);
             outcome.files[name(file) + ".tmp"] = newFile;
-            return notSaved("Error renaming new config file \"%s\"\n", path, file);
+            return notSaved("Error renaming new config file \"%s\"", path, file);
         }
         outcome.files.erase(name(file) + ".tmp");
         if (fails(file, XasFailure::notBackedUp)) {
             files(file) = newFile;
-            return notSaved("Error renaming old config file \"%s\"\n", path, file);
+            return notSaved("Error renaming old config file \"%s\"", path, file);
         }
         if (isThere)
             outcome.files[name(file) + ".old"] = files(file);
@@ -127,22 +144,22 @@ class Walk {
     bool notOpened(const char *text, const std::string &path, const XasExpectedFile &file)
     {
         logPath(text, path);
-        reply(2, file.openReason);
+        reply(2, file.texts.openReason);
         return false;
     }
 
     bool notSaved(const char *text, const std::string &path, const XasExpectedFile &file)
     {
         logPath(text, path);
-        reply(3, file.saveReason);
+        reply(3, file.texts.saveReason);
         return false;
     }
 
     bool notWritten(const XasExpectedFile &file)
     {
-        log("Error printing line to file\n");
-        log(file.writeLog);
-        reply(3, file.writeLog.empty() ? file.saveReason : file.writeReason);
+        log("Error printing line to file");
+        log(file.texts.write);
+        reply(3, file.texts.write.empty() ? file.texts.saveReason : file.writeReason);
         return false;
     }
 
@@ -152,7 +169,7 @@ class Walk {
             const XasExpectedFile &file = situation.setting.file(type);
             const auto backup = outcome.files.find(name(file) + ".old");
             if (!situation.canRestore || backup == outcome.files.end() || backup->second == "directory") {
-                logPath("Error restoring old config file \"%s\"\n", situation.path(file));
+                logPath("Error restoring old config file \"%s\"", situation.path(file));
                 continue;
             }
             files(file) = backup->second;
@@ -190,7 +207,7 @@ class Walk {
     void log(const std::string &text)
     {
         if (!text.empty())
-            outcome.log.push_back(xasErrorLine(text));
+            outcome.log.push_back(xasErrorLine(text + "\n"));
     }
 
     void logPath(const std::string &text, const std::string &path) { log(withPath(text, path)); }

@@ -212,7 +212,7 @@ TEST_P(ASettingDeathTest, NeedsAMessageOfItsTypeAndAList)
                  assertion("cfgFiles != ((void *)0)"));
     msg.xH.msgtype = XMSG_SSH;
     EXPECT_DEATH(xasCallHandler(setting.msgtype, &msg, &list, &reply),
-                 assertion(setting.msgtypeName + " == msg->xH.msgtype"));
+                 assertion("XMSG_" + setting.name.substr(0, setting.name.find('_')) + " == msg->xH.msgtype"));
 }
 
 TEST_P(ASetting, ChangesEveryFileAndKeepsModesAndBackups)
