@@ -23,12 +23,7 @@ struct XasRoutingPayload {
 
 namespace xasRoutingFields {
 
-using enum XasFieldKind;
-
-inline constexpr XasMsgGroup ROUTES = {.name = "route",
-                                       .place = XAS_PLACE(XasRoutingPayload, routes),
-                                       .stride = sizeof(XasRoute),
-                                       .meaning = "static routes"};
+inline constexpr XasMsgGroup ROUTES = XAS_GROUP("route", XasRoutingPayload, routes, "static routes");
 
 inline constexpr XasValueName RIP_VERSIONS[] = {{0, "v1"}, {1, "v2"}, {2, "both"}};
 
@@ -43,12 +38,9 @@ inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasRoutingPayload, num_routes, number, "how many static routes there are")
         .within(0, XAS_ROUTES)
         .counting(ROUTES),
-    xasField("destination", XAS_PLACE(XasRoutingPayload, routes[0].destination), ipv4,
-             "network or host to reach")
-        .in(ROUTES),
-    xasField("mask", XAS_PLACE(XasRoutingPayload, routes[0].mask), ipv4, "its netmask").in(ROUTES),
-    xasField("gateway", XAS_PLACE(XasRoutingPayload, routes[0].gateway), ipv4, "the router that leads there")
-        .in(ROUTES),
+    XAS_FIELD_OF(XasRoutingPayload, routes[0], destination, ipv4, "network or host to reach").in(ROUTES),
+    XAS_FIELD_OF(XasRoutingPayload, routes[0], mask, ipv4, "its netmask").in(ROUTES),
+    XAS_FIELD_OF(XasRoutingPayload, routes[0], gateway, ipv4, "the router that leads there").in(ROUTES),
 };
 static_assert(xasFieldsAreSound<XasRoutingPayload>(FIELDS));
 

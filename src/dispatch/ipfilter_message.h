@@ -40,12 +40,8 @@ struct XasIpFilterAssignPayload {
 
 namespace xasIpFilterFields {
 
-using enum XasFieldKind;
-
-inline constexpr XasMsgGroup RULES = {.name = "rule",
-                                      .place = XAS_PLACE(XasIpFilterSetPayload, rules),
-                                      .stride = sizeof(XasIpFilterRule),
-                                      .meaning = "the rules, tried in this order"};
+inline constexpr XasMsgGroup RULES =
+    XAS_GROUP("rule", XasIpFilterSetPayload, rules, "the rules, tried in this order");
 
 inline constexpr XasValueName ACTIONS[] = {
     {XAS_FILTER_CREATE, "create"}, {XAS_FILTER_REPLACE, "replace"}, {XAS_FILTER_REMOVE, "remove"}};
@@ -66,29 +62,26 @@ inline constexpr XasMsgField SET_FIELDS[] = {
     XAS_FIELD(XasIpFilterSetPayload, num_rules, number, "how many rules there are")
         .within(0, XAS_FILTER_RULES_MAX)
         .counting(RULES),
-    xasField("ip", XAS_PLACE(XasIpFilterSetPayload, rules[0].ip), ipv4,
-             "source address, or the first one of a range")
+    XAS_FIELD_OF(XasIpFilterSetPayload, rules[0], ip, ipv4, "source address, or the first one of a range")
         .in(RULES),
-    xasField("range_end", XAS_PLACE(XasIpFilterSetPayload, rules[0].range_end), ipv4,
-             "last source address of a range")
+    XAS_FIELD_OF(XasIpFilterSetPayload, rules[0], range_end, ipv4, "last source address of a range")
         .orNone()
         .byDefault("none")
         .in(RULES),
-    xasField("masklength", XAS_PLACE(XasIpFilterSetPayload, rules[0].masklength), number,
-             "prefix length of the address where there is no range")
+    XAS_FIELD_OF(XasIpFilterSetPayload, rules[0], masklength, number,
+                 "prefix length of the address where there is no range")
         .within(0, 32)
         .byDefault("32")
         .in(RULES),
-    xasField("protocol", XAS_PLACE(XasIpFilterSetPayload, rules[0].protocol), choice,
-             "the packets meant; none: the rule is skipped")
+    XAS_FIELD_OF(XasIpFilterSetPayload, rules[0], protocol, choice,
+                 "the packets meant; none: the rule is skipped")
         .of(PROTOCOLS)
         .byDefault("all")
         .in(RULES),
-    xasField("portrange", XAS_PLACE(XasIpFilterSetPayload, rules[0].portrange), text,
-             "destination ports and ranges as in 22,8000:8080; empty: any")
+    XAS_FIELD_OF(XasIpFilterSetPayload, rules[0], portrange, text,
+                 "destination ports and ranges as in 22,8000:8080; empty: any")
         .in(RULES),
-    xasField("target", XAS_PLACE(XasIpFilterSetPayload, rules[0].target), choice,
-             "what becomes of the packet")
+    XAS_FIELD_OF(XasIpFilterSetPayload, rules[0], target, choice, "what becomes of the packet")
         .of(TARGETS)
         .in(RULES),
 };

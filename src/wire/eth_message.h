@@ -48,14 +48,9 @@ struct XasEthPayload {
 
 namespace xasEthFields {
 
-using enum XasFieldKind;
-
-inline constexpr XasMsgGroup PORTS = {.name = "eth",
-                                      .place = XAS_PLACE(XasEthPayload, ports),
-                                      .stride = sizeof(XasEthPort),
-                                      .fixed = true,
-                                      .meaning =
-                                          "the ports as people see them; their devices are eth0 and eth1"};
+inline constexpr XasMsgGroup PORTS =
+    XAS_GROUP("eth", XasEthPayload, ports, "the ports as people see them; their devices are eth0 and eth1")
+        .alwaysUsed();
 
 inline constexpr XasValueName SOURCES[] = {
     {XAS_SOURCE_BOOTP, "bootp"}, {XAS_SOURCE_DHCP, "dhcp"}, {XAS_SOURCE_STATIC, "static"}};
@@ -71,30 +66,25 @@ inline constexpr XasValueName GATEWAY_PRECEDENCES[] = {{0, "none"}, {1, "eth1"},
 inline constexpr XasValueName PING_PORTS[] = {{1, "eth1"}, {2, "eth2"}};
 
 inline constexpr XasMsgField FIELDS[] = {
-    xasField("marker", XAS_PLACE(XasEthPayload, ports[0].marker), flag,
-             "the port's record is filled: the port is in use")
+    XAS_FIELD_OF(XasEthPayload, ports[0], marker, flag, "the port's record is filled: the port is in use")
         .byDefault("yes")
         .in(PORTS),
-    xasField("enabled", XAS_PLACE(XasEthPayload, ports[0].enabled), flag, "the interface comes up at boot")
+    XAS_FIELD_OF(XasEthPayload, ports[0], enabled, flag, "the interface comes up at boot")
         .byDefault("yes")
         .in(PORTS),
-    xasField("source", XAS_PLACE(XasEthPayload, ports[0].source), choice, "where its address comes from")
+    XAS_FIELD_OF(XasEthPayload, ports[0], source, choice, "where its address comes from")
         .of(SOURCES)
         .byDefault("dhcp")
         .in(PORTS),
-    xasField("ip", XAS_PLACE(XasEthPayload, ports[0].ip), ipv4, "static address").in(PORTS),
-    xasField("mask", XAS_PLACE(XasEthPayload, ports[0].mask), ipv4, "netmask").in(PORTS),
-    xasField("ipv6", XAS_PLACE(XasEthPayload, ports[0].ipv6), ipv6, "static IPv6 address").in(PORTS),
-    xasField("maskv6", XAS_PLACE(XasEthPayload, ports[0].maskv6), number, "IPv6 prefix length")
-        .within(0, 128)
-        .in(PORTS),
-    xasField("mode", XAS_PLACE(XasEthPayload, ports[0].mode), choice, "speed and duplex of the link")
+    XAS_FIELD_OF(XasEthPayload, ports[0], ip, ipv4, "static address").in(PORTS),
+    XAS_FIELD_OF(XasEthPayload, ports[0], mask, ipv4, "netmask").in(PORTS),
+    XAS_FIELD_OF(XasEthPayload, ports[0], ipv6, ipv6, "static IPv6 address").in(PORTS),
+    XAS_FIELD_OF(XasEthPayload, ports[0], maskv6, number, "IPv6 prefix length").within(0, 128).in(PORTS),
+    XAS_FIELD_OF(XasEthPayload, ports[0], mode, choice, "speed and duplex of the link")
         .of(LINK_MODES)
         .within(0, 6)
         .in(PORTS),
-    xasField("mtu", XAS_PLACE(XasEthPayload, ports[0].mtu), number, "largest packet in bytes")
-        .byDefault("1500")
-        .in(PORTS),
+    XAS_FIELD_OF(XasEthPayload, ports[0], mtu, number, "largest packet in bytes").byDefault("1500").in(PORTS),
     XAS_FIELD(XasEthPayload, ipv6_enabled, flag, "IPv6 is on"),
     XAS_FIELD(XasEthPayload, gateway, ipv4, "IPv4 default gateway").orNone().byDefault("none"),
     XAS_FIELD(XasEthPayload, gateway_ipv6, sockaddr6, "IPv6 default gateway"),

@@ -21,6 +21,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 /** How the bytes of a field are to be read; msg/values.h gives the text form of each. */
@@ -87,7 +88,16 @@ struct XasMsgGroup {
     std::string_view meaning = {};
     constexpr std::size_t count() const { return place.width / stride; }
     constexpr std::size_t end() const { return place.offset + place.width; }
+    constexpr XasMsgGroup alwaysUsed() const { return {name, place, stride, true, meaning}; }
 };
+
+/** The group of a payload struct's array: XAS_GROUP("eth", XasEthPayload, ports, "..."). */
+#define XAS_GROUP(groupName, Payload, array, what)                                                           \
+    XasMsgGroup                                                                                              \
+    {                                                                                                        \
+        .name = (groupName), .place = XAS_PLACE(Payload, array), .stride = sizeof(Payload::array[0]),        \
+        .meaning = (what)                                                                                    \
+    }
 
 /** Of a field that is not repeated. (Not a null pointer: g++ does not take a comparison with one for a
  * constant expression when it builds with UndefinedBehaviorSanitizer.) */
@@ -112,44 +122,30 @@ struct XasMsgField {
 
     constexpr XasMsgField of(std::span<const XasValueName> values) const
     {
-        XasMsgField field = *this;
-        field.names = values;
-        return field;
+        return with(&XasMsgField::names, values);
     }
     constexpr XasMsgField within(std::int64_t lowest, std::uint64_t highest) const
     {
-        XasMsgField field = *this;
-        field.range = XasRange{lowest, highest};
-        return field;
+        return with(&XasMsgField::range, XasRange{lowest, highest});
     }
-    constexpr XasMsgField orNone() const
-    {
-        XasMsgField field = *this;
-        field.none = true;
-        return field;
-    }
-    constexpr XasMsgField holding(XasTextRule text) const
-    {
-        XasMsgField field = *this;
-        field.rule = text;
-        return field;
-    }
-    constexpr XasMsgField byDefault(std::string_view text) const
-    {
-        XasMsgField field = *this;
-        field.initial = text;
-        return field;
-    }
+    constexpr XasMsgField orNone() const { return with(&XasMsgField::none, true); }
+    constexpr XasMsgField holding(XasTextRule text) const { return with(&XasMsgField::rule, text); }
+    constexpr XasMsgField byDefault(std::string_view text) const { return with(&XasMsgField::initial, text); }
     constexpr XasMsgField in(const XasMsgGroup &repeated) const
     {
-        XasMsgField field = *this;
-        field.group = &repeated;
-        return field;
+        return with(&XasMsgField::group, &repeated);
     }
     constexpr XasMsgField counting(const XasMsgGroup &elements) const
     {
+        return with(&XasMsgField::counts, &elements);
+    }
+
+  private:
+    template <class T>
+    constexpr XasMsgField with(T XasMsgField::*member, const std::type_identity_t<T> &value) const
+    {
         XasMsgField field = *this;
-        field.counts = &elements;
+        field.*member = value;
         return field;
     }
 };
@@ -161,9 +157,17 @@ constexpr XasMsgField xasField(std::string_view name, XasPlace place, XasFieldKi
     return {.name = name, .place = place, .kind = kind, .meaning = meaning};
 }
 
-/** A field called as the payload struct's member, as in XAS_FIELD(XasDnsPayload, dns1, ipAddr, "..."). */
-#define XAS_FIELD(Payload, member, kind, meaning)                                                            \
-    xasField(#member, XAS_PLACE(Payload, member), XasFieldKind::kind, meaning)
+/** A field called `name` at a member of the payload struct: XAS_FIELD_AS("port1", XasRadiusPayload,
+ * server1.port, number, "..."). */
+#define XAS_FIELD_AS(name, Payload, member, kind, meaning)                                                   \
+    xasField(name, XAS_PLACE(Payload, member), XasFieldKind::kind, meaning)
+
+/** A field called as the member: XAS_FIELD(XasDnsPayload, dns1, ipAddr, "..."). */
+#define XAS_FIELD(Payload, member, kind, meaning) XAS_FIELD_AS(#member, Payload, member, kind, meaning)
+
+/** A field called as a member of a part: XAS_FIELD_OF(XasEthPayload, ports[0], ip, ipv4, "..."). */
+#define XAS_FIELD_OF(Payload, part, member, kind, meaning)                                                   \
+    XAS_FIELD_AS(#member, Payload, part.member, kind, meaning)
 
 /** Everything about one message type. */
 struct XasMsgFields {

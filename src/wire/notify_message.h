@@ -22,8 +22,6 @@ struct XasNatNotifyPayload {
 
 namespace xasNotifyFields {
 
-using enum XasFieldKind;
-
 inline constexpr XasValueName LINK_CHANGES[] = {{XAS_LINK_UP, "link-up"}, {XAS_LINK_DOWN, "link-down"}};
 
 inline constexpr XasMsgField NOTIFY_FIELDS[] = {
