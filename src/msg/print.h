@@ -12,9 +12,9 @@
 #include <span>
 #include <string>
 
-/** An IPv4 address (network byte order), or "address:port". Each text lives until the next call of either. */
-const char *msgIPv4Text(std::uint32_t address);
-const char *msgIPv4PortText(std::uint32_t address, std::uint16_t port);
+/** An IPv4 address (network byte order), or "address:port". */
+std::string msgIPv4Text(std::uint32_t address);
+std::string msgIPv4PortText(std::uint32_t address, std::uint16_t port);
 
 /** Three values as "a,b,c"; an empty one reads "none". */
 std::string msgThreeText(const std::string &first, const std::string &second, const std::string &third);
