@@ -189,6 +189,15 @@ std::string hexText(std::uint64_t value)
     return readMask(std::as_bytes(std::span{&value, 1}), {});
 }
 
+template <class IsMeant>
+void setDefaultsOf(std::span<std::byte> record, const XasMsgFields &fields, IsMeant isMeant)
+{
+    for (const XasMsgFieldAt &where : xasListFields(fields)) {
+        if (isMeant(where) && !where.field->initial.empty())
+            msgSetValue(record, where, where.field->initial);
+    }
+}
+
 } // namespace
 
 std::string msgSetValue(std::span<std::byte> record, const XasMsgFieldAt &where, std::string_view text,
@@ -251,18 +260,13 @@ XasRange msgRange(const XasMsgField &field)
 
 void msgSetDefaults(std::span<std::byte> record, const XasMsgFields &fields)
 {
-    for (const XasMsgFieldAt &where : xasListFields(fields)) {
-        if (where.field->group->fixed && !where.field->initial.empty())
-            msgSetValue(record, where, where.field->initial);
-    }
+    setDefaultsOf(record, fields, [](const XasMsgFieldAt &where) { return where.field->group->fixed; });
 }
 
 void msgSetElementDefaults(std::span<std::byte> record, const XasMsgFields &fields, const XasMsgGroup &group,
                            std::size_t element)
 {
-    for (const XasMsgFieldAt &where : xasListFields(fields)) {
-        const bool isMember = where.field->group == &group && where.element == element;
-        if (isMember && !where.field->initial.empty())
-            msgSetValue(record, where, where.field->initial);
-    }
+    setDefaultsOf(record, fields, [&](const XasMsgFieldAt &where) {
+        return where.field->group == &group && where.element == element;
+    });
 }
