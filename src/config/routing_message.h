@@ -1,13 +1,14 @@
-/** The payload of XMSG_ROUTING: static routes and RIP. IPv4 addresses are in network byte order. */
+/** The payload of XMSG_ROUTING: static routes and RIP. */
 #ifndef XAS_CONFIG_ROUTING_MESSAGE_H
 #define XAS_CONFIG_ROUTING_MESSAGE_H
 
+#include "wire/address.h"
 #include "wire/field.h"
 
 struct XasRoute {
-    std::uint32_t destination;
-    std::uint32_t mask;
-    std::uint32_t gateway;
+    XasIPv4 destination;
+    XasIPv4 mask;
+    XasIPv4 gateway;
 };
 
 inline constexpr std::size_t XAS_ROUTES = 64;

@@ -1,7 +1,8 @@
-/** The payloads of XMSG_IPFILTER_SET and XMSG_IPFILTER_ASSIGN. IPv4 values are in network byte order. */
+/** The payloads of XMSG_IPFILTER_SET and XMSG_IPFILTER_ASSIGN. */
 #ifndef XAS_DISPATCH_IPFILTER_MESSAGE_H
 #define XAS_DISPATCH_IPFILTER_MESSAGE_H
 
+#include "wire/address.h"
 #include "wire/field.h"
 
 /** What an XMSG_IPFILTER_SET asks for. */
@@ -9,8 +10,8 @@ enum XasFilterAction : std::uint32_t { XAS_FILTER_CREATE = 0, XAS_FILTER_REPLACE
 
 /** One rule of a filter set. */
 struct XasIpFilterRule {
-    std::uint32_t ip;         /**< source address, or the first of a range */
-    std::uint32_t range_end;  /**< the last of a range; 0xFFFFFFFF = no range */
+    XasIPv4 ip;               /**< source address, or the first of a range */
+    XasIPv4 range_end;        /**< the last of a range; none: no range */
     std::uint32_t masklength; /**< prefix length where there is no range */
     std::uint32_t protocol;   /**< protocol code; 0 = the rule is skipped */
     char portrange[16];       /**< destination ports, separated by commas; empty = any */

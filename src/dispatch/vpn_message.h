@@ -1,4 +1,4 @@
-/** The payload of XMSG_VPN: one IPsec tunnel. IPv4 values are in network byte order. */
+/** The payload of XMSG_VPN: one IPsec tunnel. */
 #ifndef XAS_DISPATCH_VPN_MESSAGE_H
 #define XAS_DISPATCH_VPN_MESSAGE_H
 
@@ -23,10 +23,10 @@ struct XasVpnPayload {
     char auth_key[516];      /**< the pre-shared key, or the remote RSA public key */
     XasHostAddr remote_host; /**< text or IPv4 address */
     char remote_id[20];
-    std::uint32_t remote_hop; /**< 0xFFFFFFFF = none, as for local_hop */
-    char remote_subnet[80];   /**< one subnet, or several separated by commas, as for local_subnet */
+    XasIPv4 remote_hop;     /**< may be none, as local_hop */
+    char remote_subnet[80]; /**< one subnet, or several separated by commas, as for local_subnet */
     char local_id[20];
-    std::uint32_t local_hop;
+    XasIPv4 local_hop;
     char local_subnet[80];
     std::uint32_t aggressive;
     XasVpnAlgorithms ike;

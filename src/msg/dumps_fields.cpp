@@ -1,5 +1,4 @@
-/** The dump of types without lines of their own: name-and-value pairs after the description of their fields.
- */
+/** The dump of types without lines of their own: name-and-value pairs as their fields are described. */
 #include "msg/dumps.h"
 #include "msg/enum_names.h"
 #include "msg/values.h"

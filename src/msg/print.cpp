@@ -25,12 +25,12 @@ constexpr Dump DUMPS[] = {
 
 } // namespace
 
-std::string msgIPv4Text(std::uint32_t address)
+std::string msgIPv4Text(XasIPv4 address)
 {
     return xasIPv4ToStr(address);
 }
 
-std::string msgIPv4PortText(std::uint32_t address, std::uint16_t port)
+std::string msgIPv4PortText(XasIPv4 address, std::uint16_t port)
 {
     return msgIPv4Text(address) + ":" + std::to_string(port);
 }

@@ -62,7 +62,7 @@ bool isHostName(std::string_view text)
 
 bool xasSetIpv4(const XasValueTarget &to)
 {
-    std::uint32_t address = 0;
+    XasIPv4 address{};
     if (to.field.none && meansNone(to.text))
         address = XAS_NO_IPV4;
     else if (!parseAddress<AF_INET>(to.text, address))
@@ -73,7 +73,7 @@ bool xasSetIpv4(const XasValueTarget &to)
 
 std::string xasReadIpv4(std::span<const std::byte> bytes, const XasMsgField &field)
 {
-    if (field.none && msgValueOf<std::uint32_t>(bytes) == XAS_NO_IPV4)
+    if (field.none && msgValueOf<XasIPv4>(bytes).isNone())
         return std::string{NONE};
     return addressText(AF_INET, bytes.data());
 }

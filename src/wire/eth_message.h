@@ -1,11 +1,11 @@
 /**
  * The payload of XMSG_ETH: both Ethernet ports, IPv6, gateways, bonding and kernel parameters. It stands on
- * the ground floor because the link watch and the script parameters read it too. IPv4 addresses are in
- * network byte order; 0xFFFFFFFF means none where "none" is allowed.
+ * the ground floor because the link watch and the script parameters read it too.
  */
 #ifndef XAS_WIRE_ETH_MESSAGE_H
 #define XAS_WIRE_ETH_MESSAGE_H
 
+#include "wire/address.h"
 #include "wire/field.h"
 
 #include <netinet/in.h>
@@ -18,8 +18,8 @@ struct XasEthPort {
     std::uint32_t marker;  /**< non-zero: the record is filled; the script parameters read it as "in use" */
     std::uint32_t enabled; /**< non-zero: the interface comes up at boot */
     std::uint32_t source;  /**< XasAddressSource */
-    std::uint32_t ip;
-    std::uint32_t mask;
+    XasIPv4 ip;
+    XasIPv4 mask;
     unsigned char ipv6[16]; /**< all zero: none */
     std::uint32_t maskv6;   /**< prefix length */
     std::uint32_t mode;     /**< link mode, 0 (auto) to 6 */
@@ -31,12 +31,12 @@ inline constexpr unsigned XAS_ETH_PORTS = 2;
 struct XasEthPayload {
     XasEthPort ports[XAS_ETH_PORTS]; /**< eth0, eth1 */
     std::uint32_t ipv6_enabled;
-    std::uint32_t gateway;
+    XasIPv4 gateway;
     sockaddr_in6 gateway_ipv6;   /**< address all zero: none */
     std::uint32_t bonding;       /**< 0 none, 1 active-backup, 2 802.3ad, 3 balance-tlb */
     std::uint32_t gw_precedence; /**< which port's DHCP gateway wins: 1, 2, or neither */
-    std::uint32_t alt_gateway;
-    std::uint32_t ping_ip;
+    XasIPv4 alt_gateway;
+    XasIPv4 ping_ip;
     std::uint8_t ping_ifc; /**< 1 = eth0, else eth1 */
     std::uint8_t ping_delay;
     std::uint8_t ping_failed;

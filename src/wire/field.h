@@ -131,14 +131,8 @@ struct XasMsgField {
     constexpr XasMsgField orNone() const { return with(&XasMsgField::none, true); }
     constexpr XasMsgField holding(XasTextRule text) const { return with(&XasMsgField::rule, text); }
     constexpr XasMsgField byDefault(std::string_view text) const { return with(&XasMsgField::initial, text); }
-    constexpr XasMsgField in(const XasMsgGroup &repeated) const
-    {
-        return with(&XasMsgField::group, &repeated);
-    }
-    constexpr XasMsgField counting(const XasMsgGroup &elements) const
-    {
-        return with(&XasMsgField::counts, &elements);
-    }
+    constexpr XasMsgField in(const XasMsgGroup &all) const { return with(&XasMsgField::group, &all); }
+    constexpr XasMsgField counting(const XasMsgGroup &all) const { return with(&XasMsgField::counts, &all); }
 
   private:
     template <class T>
@@ -186,8 +180,7 @@ struct XasMsgFieldAt {
     std::size_t element; /**< of its group, from 0 */
 };
 
-/** Every field with groups spread out: eth1.marker ... eth1.mtu, eth2.marker ..., in the order of the record.
- */
+/** Every field with groups spread out: eth1.marker ... eth1.mtu, eth2.marker ..., in the record's order. */
 std::vector<XasMsgFieldAt> xasListFields(const XasMsgFields &fields);
 
 /** The field called `name` ("hostname", "eth2.ip"), or none. */
@@ -199,8 +192,7 @@ XasPlace xasElementPlace(const XasMsgGroup &group, std::size_t element);
 /** True when every byte of `place` is zero. */
 bool xasIsZero(std::span<const std::byte> record, XasPlace place);
 
-/** True when the element that the field belongs to is in use; always true outside groups and in fixed ones.
- */
+/** True when the element that the field belongs to is in use; always so outside groups and in fixed ones. */
 bool xasIsUsed(std::span<const std::byte> record, const XasMsgFieldAt &where);
 
 /** True when `width` bytes can hold a field of `kind`. */
@@ -242,10 +234,8 @@ constexpr bool xasFieldIsSound(const XasMsgField &field)
 /** Compilers pad members to at most this alignment. */
 inline constexpr std::size_t XAS_ALIGNMENT_MAX = 8;
 
-/**
- * For static_assert beside a table of Payload's fields: each is sound, they ascend without overlap, and
- * nothing of the struct is left out but padding and the places in `unused`.
- */
+/** For static_assert beside a table of Payload's fields: each is sound, they ascend without overlap, and
+ * nothing of the struct is left out but padding and the places in `unused`. */
 template <class Payload>
 constexpr bool xasFieldsAreSound(std::span<const XasMsgField> fields,
                                  std::initializer_list<XasPlace> unused = {})

@@ -143,12 +143,15 @@ TEST_F(DaemonEthernet, RestartsARouterThatRuns)
 TEST_F(DaemonEthernet, TellsTheNatScriptOfAnAddressAndWhetherTheRouterRuns)
 {
     start();
-    tell(XasMessageBuilder{XMSG_NAT_NOTIFY}.word(120, 1).word(124, xasTestIPv4("10.1.2.3")).build());
+    tell(XasMessageBuilder{XMSG_NAT_NOTIFY}.word(120, 1).word(124, xasTestIPv4("10.1.2.3").bits).build());
     EXPECT_THAT(calls(), ElementsAre("nat add 0 10.1.2.3"));
     startRouter();
-    tell(XasMessageBuilder{XMSG_NAT_NOTIFY}.word(120, 0).word(124, xasTestIPv4("192.168.100.200")).build());
+    tell(XasMessageBuilder{XMSG_NAT_NOTIFY}
+             .word(120, 0)
+             .word(124, xasTestIPv4("192.168.100.200").bits)
+             .build());
     EXPECT_THAT(calls(), ElementsAre("nat del 1 192.168.100.200"));
-    tell(XasMessageBuilder{XMSG_NAT_NOTIFY}.word(120, 7).word(124, xasTestIPv4("1.2.3.4")).build());
+    tell(XasMessageBuilder{XMSG_NAT_NOTIFY}.word(120, 7).word(124, xasTestIPv4("1.2.3.4").bits).build());
     EXPECT_THAT(calls(), ElementsAre("nat add 1 1.2.3.4"));
 }
 

@@ -70,9 +70,9 @@ std::string sections(const std::string &versions)
            versions + "\n!\nrouter rip\n  network eth0\n  network eth1\n!\n";
 }
 
-std::uint32_t ipv4(const char *text)
+XasIPv4 ipv4(const char *text)
 {
-    return ::inet_addr(text);
+    return {::inet_addr(text)};
 }
 
 XasRoutingPayload staticRoutes(bool enabled)
@@ -117,9 +117,13 @@ class RoutingUpdate : public XasFilesTest {
     RoutingUpdate()
     {
         message.word(124, 1).word(128, 1).word(132, 1).word(136, 3);
-        message.word(140, ipv4("10.1.0.0")).word(144, ipv4("255.255.0.0")).word(148, ipv4("192.168.10.1"));
-        message.word(152, ipv4("10.2.0.0")).word(156, ipv4("255.255.255.0")).word(160, ipv4("192.168.10.2"));
-        message.word(164, ipv4("10.3.4.5")).word(168, 0xFFFFFFFF).word(172, ipv4("192.168.10.3"));
+        message.word(140, ipv4("10.1.0.0").bits)
+            .word(144, ipv4("255.255.0.0").bits)
+            .word(148, ipv4("192.168.10.1").bits);
+        message.word(152, ipv4("10.2.0.0").bits)
+            .word(156, ipv4("255.255.255.0").bits)
+            .word(160, ipv4("192.168.10.2").bits);
+        message.word(164, ipv4("10.3.4.5").bits).word(168, 0xFFFFFFFF).word(172, ipv4("192.168.10.3").bits);
     }
 
     int update()

@@ -88,16 +88,16 @@ TEST(MsgPrint, ThePayloadGoesToStandardOutput)
 
 TEST(MsgPrint, AnAddressIsDottedWithOrWithoutAPort)
 {
-    EXPECT_EQ(msgIPv4Text(htonl(0xC0A80A01)), "192.168.10.1");
-    EXPECT_EQ(msgIPv4Text(0), "0.0.0.0");
-    EXPECT_EQ(msgIPv4PortText(htonl(0x0A000001), 22), "10.0.0.1:22");
-    EXPECT_EQ(msgIPv4PortText(0xFFFFFFFF, 65535), "255.255.255.255:65535");
+    EXPECT_EQ(msgIPv4Text({htonl(0xC0A80A01)}), "192.168.10.1");
+    EXPECT_EQ(msgIPv4Text({0}), "0.0.0.0");
+    EXPECT_EQ(msgIPv4PortText({htonl(0x0A000001)}, 22), "10.0.0.1:22");
+    EXPECT_EQ(msgIPv4PortText({0xFFFFFFFF}, 65535), "255.255.255.255:65535");
 }
 
 TEST(MsgPrint, AnAddressStaysWhenTheNextOneIsFormatted)
 {
-    const std::string first = msgIPv4Text(htonl(0x0A000001));
-    EXPECT_EQ(msgIPv4PortText(htonl(0x0A000002), 80), "10.0.0.2:80");
+    const std::string first = msgIPv4Text({htonl(0x0A000001)});
+    EXPECT_EQ(msgIPv4PortText({htonl(0x0A000002)}, 80), "10.0.0.2:80");
     EXPECT_EQ(first, "10.0.0.1");
 }
 

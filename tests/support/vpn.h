@@ -15,7 +15,7 @@ inline XasVpnPayload xasTestVpn()
     vpn.ifac = 1;
     vpn.auth = XAS_VPN_PSK;
     xasSetFieldText(vpn.auth_key, "s3cret");
-    const std::uint32_t remote = xasTestIPv4("198.51.100.7");
+    const XasIPv4 remote = xasTestIPv4("198.51.100.7");
     std::memcpy(vpn.remote_host.value, &remote, sizeof remote);
     vpn.remote_hop = XAS_NO_IPV4;
     vpn.local_hop = XAS_NO_IPV4;
