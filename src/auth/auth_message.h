@@ -22,8 +22,6 @@ struct XasAuthPayload {
 
 namespace xasAuthFields {
 
-using enum XasFieldKind;
-
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasAuthPayload, local, number, "position of local accounts; 0, here and below: not used")
         .within(0, 7)

@@ -80,10 +80,8 @@ int xasEditAuthenOrderCfgFile(const char *cfgFileName, XasAuthPayload *auth, Xas
 int xasReadAuthenOrder(XasAuthOrder &order)
 {
     const XasFile file = xasOpenFile(ORDER_FILE);
-    if (!file) {
-        xasLogError("Error opening config file \"%s\"\n", ORDER_FILE);
-        return 1;
-    }
+    if (!file)
+        return xasLogFailure("Error opening config file \"%s\"\n", ORDER_FILE);
     xasParseAuthOrder(xasReadAll(file.get()), order);
     return 0;
 }

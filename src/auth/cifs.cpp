@@ -4,16 +4,13 @@
 #include "core/text.h"
 #include "core/utils.h"
 
-#include <array>
-
 namespace {
 
 constexpr std::uint32_t INVALID_PASSWORD = 1;
 
-std::string keyOf(std::string_view line)
+std::string_view keyOf(std::string_view line)
 {
-    std::string key{xasFirstToken(line, " =")};
-    return xasTrimString(key.data());
+    return xasTrimString(xasFirstToken(line, " ="));
 }
 
 std::string smbLine(const char *key, const std::string &value)
@@ -39,7 +36,7 @@ std::string xasSmbText(std::string_view oldText, const XasCifsPayload &cifs)
     std::string newText;
     xasForEachLine(oldText, [&](std::string_view line) {
         const bool isComment = line.starts_with('#') || line.starts_with(';');
-        const std::string key = isComment ? std::string{} : keyOf(line);
+        const std::string_view key = isComment ? std::string_view{} : keyOf(line);
         if (key == "workgroup")
             newText += smbLine("workgroup", xasFieldString(cifs.workgroup));
         else if (key == "interfaces")
@@ -88,8 +85,6 @@ constexpr XasEditor<XasCifsPayload> xasEditSMBPassCfgFile{
               .secrecy = XasSecrecy::secret},
     .text = xasMadeBy<xasSmbPassText>};
 
-namespace {
-
 constexpr XasFileRow FILES[] = {
     {.type = "smb",
      .edit = xasEditedBy<xasEditSMBCfgFile>,
@@ -100,8 +95,6 @@ constexpr XasFileRow FILES[] = {
      .missingLog = "Error determining smbpasswd config file\n",
      .editLog = "Error editing smbpasswd file\n"},
 };
-
-} // namespace
 
 constexpr XasFilesUpdate xasUpdateSambaCfg{.msgtype = XMSG_CIFS,
                                            .files = FILES,

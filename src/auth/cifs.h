@@ -14,8 +14,7 @@
 /** The new smb.conf. */
 std::string xasSmbText(std::string_view oldText, const XasCifsPayload &cifs);
 
-/** The new password file; incomplete, logged and refused in `reply`, when a part of the password is missing.
- */
+/** The new password file; incomplete, logged and refused in `reply`, when part of the password is missing. */
 XasNewText xasSmbPassText(std::string_view oldText, const XasCifsPayload &cifs, XasReplyStatus *reply);
 
 /** The editors. The files must exist. */

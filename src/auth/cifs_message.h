@@ -16,8 +16,6 @@ struct XasCifsPayload {
 
 namespace xasCifsFields {
 
-using enum XasFieldKind;
-
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasCifsPayload, enabled, flag, "the share is offered").byDefault("yes"),
     XAS_FIELD(XasCifsPayload, eth1, flag, "on the first port").byDefault("yes"),

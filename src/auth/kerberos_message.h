@@ -17,8 +17,6 @@ struct XasKerberosPayload {
 
 namespace xasKerberosFields {
 
-using enum XasFieldKind;
-
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasKerberosPayload, enabled, flag, "Kerberos is used").byDefault("yes"),
     XAS_FIELD(XasKerberosPayload, order, number,

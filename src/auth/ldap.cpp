@@ -94,8 +94,6 @@ constexpr XasTemplateEditor<XasLdapPayload> xasEditLdapCfgFileBC{
             return xasLdapBindText(ldap) + xasLdapTlsText() + xasLdapMapText(ldap);
         }};
 
-namespace {
-
 constexpr XasFileRow FILES[] = {
     {.type = "openldap",
      .edit = xasEditedBy<xasEditOpenLdapCfgFile>,
@@ -116,8 +114,6 @@ constexpr XasFileRow FILES[] = {
      .missingLog = "Error determining ldap SysAuth config file\n",
      .editLog = "Error editing nsswitch.conf config file\n"},
 };
-
-} // namespace
 
 constexpr XasFilesUpdate xasUpdateLdapCfg{
     .msgtype = XMSG_LDAP, .files = FILES, .onFailure = XasOnFailure::goOn, .lookUp = XasLookUp::together};

@@ -29,8 +29,6 @@ struct XasLdapPayload {
 
 namespace xasLdapFields {
 
-using enum XasFieldKind;
-
 inline constexpr XasValueName MEMBER_TYPES[] = {{0, "uniqueMember"}, {1, "memberUID"}};
 
 inline constexpr XasMsgField FIELDS[] = {

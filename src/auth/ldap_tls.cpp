@@ -57,7 +57,7 @@ std::string convertedLine(const TlsItem &item, const std::string &path)
 {
     ::unlink(item.derFile);
     XasShellCommand convert{item.convertFrom};
-    if (!xasExitedWell(xasSystem(convert.word(path).text(item.convertTo)))) {
+    if (!xasSystem(convert.word(path).text(item.convertTo)).exitedWell()) {
         xasLogError("%s", item.failureLog);
         return {};
     }

@@ -7,10 +7,8 @@
 
 #include <string>
 
-/**
- * Its lines of ldap.conf; runs the conversions. An item without link has no line, nor has one whose
- * conversion failed (logged).
- */
+/** Its lines of ldap.conf; runs the conversions. An item without link has no line, nor has one whose
+ * conversion failed (logged). */
 std::string xasLdapTlsText();
 
 #endif

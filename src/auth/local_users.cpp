@@ -120,15 +120,15 @@ XasShellCommand xasPasswordUserCommand(const XasUserRecord &user)
     return command;
 }
 
-int xasRunAccountCommand(XasShellCommand command)
+XasExitStatus xasRunAccountCommand(XasShellCommand command)
 {
-    return command.fit(COMMAND_SIZE) ? xasSystem(command) : -1;
+    return command.fit(COMMAND_SIZE) ? xasSystem(command) : XAS_NOT_RUN;
 }
 
 void xasRemoveAccount(std::string_view login, const char *notRunLog)
 {
     XasShellCommand command{"/bin/deluser "};
-    if (xasShellNotRun(xasRunAccountCommand(command.word(login))))
+    if (xasRunAccountCommand(command.word(login)).shellNotRun())
         xasLogError("%s", notRunLog);
 }
 
@@ -153,7 +153,7 @@ int xasDeleteLocalUsers(std::string_view login)
     list.reset();
     if (!xasCloseGenerated(std::move(newList)) || !written)
         return 1;
-    if (xasShellNotRun(xasSystem(XasShellCommand{"/bin/mv -f /etc/.lusers_tmp /etc/.lusers"})))
+    if (xasSystem(XasShellCommand{"/bin/mv -f /etc/.lusers_tmp /etc/.lusers"}).shellNotRun())
         xasLogError("system call mv -f failed\n");
     return 0;
 }

@@ -9,13 +9,10 @@
 #include "auth/user_message.h"
 #include "core/shell.h"
 
-#include <string>
 #include <string_view>
 
-/**
- * True for a login that can be an account's and a file's name: not empty, no leading "-", no "/", blank or
- * control character.
- */
+/** True for a login that can be an account's and a file's name: not empty, no leading "-", no "/", blank or
+ * control character. */
 bool xasIsValidLogin(std::string_view login);
 
 /** The command that makes the account of an added user: administrator, with a password, or without. */
@@ -27,9 +24,8 @@ XasShellCommand xasEditUserCommand(const XasUserRecord &user);
 /** The command that makes an account anew with a new password, an empty one included. */
 XasShellCommand xasPasswordUserCommand(const XasUserRecord &user);
 
-/** Runs an account command. Returns its wait status; -1 when it cannot be run or is too long to be run whole.
- */
-int xasRunAccountCommand(XasShellCommand command);
+/** Runs an account command; one that is too long to be run whole is not run. */
+XasExitStatus xasRunAccountCommand(XasShellCommand command);
 
 /** Removes an account; logs `notRunLog` when the shell cannot be run. The command's own failure is passed
  * over. */
@@ -38,11 +34,9 @@ void xasRemoveAccount(std::string_view login, const char *notRunLog);
 /** Appends a login to the list. Returns 0, or -1 when that fails. */
 int xasAddLocalUserToList(std::string_view login);
 
-/**
- * Removes the account of the first listed `login`, or of all listed logins when it is empty, and takes them
+/** Removes the account of the first listed `login`, or of all listed logins when it is empty, and takes them
  * off the list; listed logins without account are dropped on the way. Returns 0; -1 when the list cannot be
- * read; 1 when the new one cannot be written, the list then staying as it was.
- */
+ * read; 1 when the new one cannot be written, the list then staying as it was. */
 int xasDeleteLocalUsers(std::string_view login);
 
 #endif

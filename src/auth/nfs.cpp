@@ -5,22 +5,21 @@
 #include "core/utils.h"
 
 #include <algorithm>
-#include <array>
 
 namespace {
 
 constexpr const char *MOUNT_ROOT = "/var/nfsmounts";
 
 /** The address of the host before the first ":"; none, with a warning, when there is no such. */
-std::uint32_t serverAddress(std::string_view remote)
+XasIPv4 serverAddress(std::string_view remote)
 {
     const std::string host{remote.substr(0, remote.find(':'))};
     if (host.empty()) {
         xasLogWarning("Error extracting host from NFS remote path\n");
         return XAS_NO_IPV4;
     }
-    const std::uint32_t address = xasHostByName(host);
-    if (address == XAS_NO_IPV4)
+    const XasIPv4 address = xasHostByName(host);
+    if (address.isNone())
         xasLogWarning("Error determining NFS server network address\n");
     return address;
 }
@@ -62,7 +61,7 @@ XasNfsShare readShare(const XasNfsMount &mount)
 }
 
 /** Finds the share's server and makes its mount point. Returns 0, or 1 after logging. */
-int prepareShare(const XasNfsShare &share, std::uint32_t &server)
+int prepareShare(const XasNfsShare &share, XasIPv4 &server)
 {
     server = XAS_NO_IPV4;
     if (!share.used)
@@ -70,8 +69,7 @@ int prepareShare(const XasNfsShare &share, std::uint32_t &server)
     server = serverAddress(share.remote);
     if (xasMakeDirPath(share.local.c_str()) == 0)
         return 0;
-    xasLogError("Error creating local mount point %s\n", share.local.c_str());
-    return 1;
+    return xasLogFailure("Error creating local mount point %s\n", share.local.c_str());
 }
 
 } // namespace
@@ -81,7 +79,7 @@ std::string xasNfsServersText(const XasNfsServers &servers)
     std::string list;
     for (const auto *server = servers.begin(); server != servers.end(); ++server) {
         const bool isRepeated = std::find(servers.begin(), server, *server) != server;
-        if (*server != XAS_NO_IPV4 && !isRepeated)
+        if (!server->isNone() && !isRepeated)
             list.append(list.empty() ? "" : " ").append(xasIPv4ToStr(*server));
     }
     return xasFormatLine("%s=\"%s\"\n", "NFS_SERVERS", list.c_str());
@@ -123,8 +121,6 @@ constexpr XasEditor<XasNfsShares> xasEditNFSCfgFile{
               .saveReason = "Error saving new NFS config file"},
     .text = xasMadeBy<xasFstabText>};
 
-namespace {
-
 /** What they are written from is found out once for both, before the first. */
 constexpr XasFileRow FILES[] = {
     {.type = "nfsServers",
@@ -136,14 +132,6 @@ constexpr XasFileRow FILES[] = {
      .missingLog = "Error determining NFS fstab config file\n",
      .editLog = "Error editing NFS fstab config file\n"},
 };
-
-int failed(const XasFileRow &row)
-{
-    xasLogError("%s", row.editLog);
-    return 1;
-}
-
-} // namespace
 
 constexpr XasFilesUpdate xasNfsFiles{.msgtype = XMSG_NFS,
                                      .files = FILES,
@@ -164,7 +152,8 @@ int xasUpdateNFSCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplySta
             return 1;
     }
     if (xasEditNFSServersFile(xasGetCfgFilePath("nfsServers", *cfgFiles), &servers, reply) != 0)
-        return failed(FILES[0]);
-    return xasEditNFSCfgFile(xasGetCfgFilePath("fstab", *cfgFiles), &shares, reply) != 0 ? failed(FILES[1])
-                                                                                         : 0;
+        return xasLogFailure("%s", FILES[0].editLog);
+    if (xasEditNFSCfgFile(xasGetCfgFilePath("fstab", *cfgFiles), &shares, reply) != 0)
+        return xasLogFailure("%s", FILES[1].editLog);
+    return 0;
 }

@@ -7,6 +7,7 @@
 
 #include "auth/nfs_message.h"
 #include "files/update.h"
+#include "wire/address.h"
 
 #include <array>
 #include <string>
@@ -21,8 +22,8 @@ struct XasNfsShare {
 };
 using XasNfsShares = std::array<XasNfsShare, XAS_NFS_MOUNTS>;
 
-/** IPv4 addresses in network byte order; XAS_NO_IPV4 = none. */
-using XasNfsServers = std::array<std::uint32_t, XAS_NFS_MOUNTS>;
+/** Where a share has no server its address is none. */
+using XasNfsServers = std::array<XasIPv4, XAS_NFS_MOUNTS>;
 
 /** The longest line of a share in the file-system table, line feed included. */
 inline constexpr std::size_t XAS_NFS_LINE_MAX = 307;

@@ -19,27 +19,17 @@ struct XasNfsPayload {
 
 namespace xasNfsFields {
 
-using enum XasFieldKind;
-
-inline constexpr XasMsgGroup MOUNTS = {.name = "mount",
-                                       .place = XAS_PLACE(XasNfsPayload, mounts),
-                                       .stride = sizeof(XasNfsMount),
-                                       .meaning = "the remote directories"};
+inline constexpr XasMsgGroup MOUNTS = XAS_GROUP("mount", XasNfsPayload, mounts, "the remote directories");
 
 inline constexpr XasMsgField FIELDS[] = {
-    xasField("rem_dir", XAS_PLACE(XasNfsPayload, mounts[0].rem_dir), text,
-             "remote directory: host, a colon, its path")
+    XAS_FIELD_OF(XasNfsPayload, mounts[0], rem_dir, text, "remote directory: host, a colon, its path")
         .in(MOUNTS),
-    xasField("local_dir", XAS_PLACE(XasNfsPayload, mounts[0].local_dir), text,
-             "where it is mounted: a path that begins with / and is taken below /var/nfsmounts")
+    XAS_FIELD_OF(XasNfsPayload, mounts[0], local_dir, text,
+                 "where it is mounted: a path that begins with / and is taken below /var/nfsmounts")
         .holding(XasTextRule::path)
         .in(MOUNTS),
-    xasField("read_write", XAS_PLACE(XasNfsPayload, mounts[0].read_write), flag,
-             "the appliance may write there")
-        .in(MOUNTS),
-    xasField("mount", XAS_PLACE(XasNfsPayload, mounts[0].mount), flag, "it is mounted")
-        .byDefault("yes")
-        .in(MOUNTS),
+    XAS_FIELD_OF(XasNfsPayload, mounts[0], read_write, flag, "the appliance may write there").in(MOUNTS),
+    XAS_FIELD_OF(XasNfsPayload, mounts[0], mount, flag, "it is mounted").byDefault("yes").in(MOUNTS),
 };
 static_assert(xasFieldsAreSound<XasNfsPayload>(FIELDS));
 

@@ -54,8 +54,6 @@ constexpr XasEditor<XasNisPayload> xasEditYpCfgFile{
               .saveReason = "Error saving new yp.conf config file"},
     .text = xasMadeBy<xasYpText>};
 
-namespace {
-
 /** The save's reason names another file; it is the system's own. */
 constexpr XasEditTexts NETWORK_TEXTS{.openReason = "Error opening sysconfig/network config file",
                                      .saveReason = "Error saving new firewall config file"};
@@ -82,8 +80,6 @@ constexpr XasFileRow FILES[] = {
      .missingLog = "Error determining nsswitch.conf config file\n",
      .editLog = "Error editing nsswitch.conf config file\n"},
 };
-
-} // namespace
 
 int xasEditNetworkCfgFile(const char *cfgFileName, const XasNisPayload *nis, XasReplyStatus *reply)
 {

@@ -23,12 +23,10 @@ std::string xasNisNetworkText(std::string_view oldText, std::string_view domain)
 /** Rewrites the client's file, which must exist. */
 extern const XasEditor<XasNisPayload> xasEditYpCfgFile;
 
-/**
- * Edits the NIS domain in the network settings. (Host name and gateways in that file have an editor of their
+/** Edits the NIS domain in the network settings. (Host name and gateways in that file have an editor of their
  * own, xasEditNetCfgFile in config/network_file.h.) A domain that is not empty is then made the running one,
  * by a child that is not waited for, whether or not the file could be saved. Returns 0, or 1 with the failure
- * in `reply`.
- */
+ * in `reply`. */
 int xasEditNetworkCfgFile(const char *cfgFileName, const XasNisPayload *nis, XasReplyStatus *reply);
 
 /** The handler of XMSG_NIS. */

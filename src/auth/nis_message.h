@@ -18,13 +18,8 @@ struct XasNisPayload {
 
 namespace xasNisFields {
 
-using enum XasFieldKind;
-
-inline constexpr XasMsgGroup SLAVES = {.name = "slave",
-                                       .place = XAS_PLACE(XasNisPayload, slaves),
-                                       .stride = sizeof(XasHostAddr),
-                                       .fixed = true,
-                                       .meaning = "the slave servers"};
+inline constexpr XasMsgGroup SLAVES =
+    XAS_GROUP("slave", XasNisPayload, slaves, "the slave servers").alwaysUsed();
 
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasNisPayload, enabled, flag, "the NIS client runs").byDefault("yes"),
@@ -33,9 +28,7 @@ inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasNisPayload, domain, text, "NIS domain").holding(XasTextRule::word),
     XAS_FIELD(XasNisPayload, broadcast, flag, "servers are also found by broadcast"),
     XAS_FIELD(XasNisPayload, master, hostAddr, "master server").byDefault("none"),
-    xasField("", XAS_PLACE(XasNisPayload, slaves[0]), hostAddr, "a slave server")
-        .byDefault("none")
-        .in(SLAVES),
+    XAS_FIELD_AS("", XasNisPayload, slaves[0], hostAddr, "a slave server").byDefault("none").in(SLAVES),
 };
 static_assert(xasFieldsAreSound<XasNisPayload>(FIELDS));
 

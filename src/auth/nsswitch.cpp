@@ -3,7 +3,7 @@
 #include "core/text.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 
 namespace {
 
@@ -12,16 +12,10 @@ struct Database {
     std::string_view column; /**< what the new line begins with */
 };
 
-constexpr Database PASSWD{"passwd:", "passwd:     "};
-
-constexpr std::array DATABASES = {
-    PASSWD,
-    Database{"shadow:", "shadow:     "},
-    Database{"group:", "group:      "},
-    Database{"protocols:", "protocols:  "},
-    Database{"services:", "services:   "},
-    Database{"netgroup:", "netgroup:   "},
-    Database{"automount:", "automount:  "},
+constexpr Database DATABASES[] = {
+    {"passwd:", "passwd:     "},    {"shadow:", "shadow:     "},   {"group:", "group:      "},
+    {"protocols:", "protocols:  "}, {"services:", "services:   "}, {"netgroup:", "netgroup:   "},
+    {"automount:", "automount:  "},
 };
 
 } // namespace
@@ -56,10 +50,10 @@ std::string xasNsswitchText(std::string_view oldText, const XasAuthOrder &order)
     xasForEachLine(oldText, [&](std::string_view line) {
         const auto *const database = std::ranges::find_if(
             DATABASES, [&](const Database &candidate) { return line.starts_with(candidate.key); });
-        if (database == DATABASES.end())
+        if (database == std::end(DATABASES))
             newText += line;
         else
-            newText.append(database->column).append(xasNsswitchSources(order, database->key == PASSWD.key));
+            newText.append(database->column).append(xasNsswitchSources(order, database->key == "passwd:"));
     });
     return newText;
 }

@@ -12,10 +12,8 @@
 #include <string>
 #include <string_view>
 
-/**
- * The sources of a database with their line feed: "nis files\n". Only the passwd database knows RADIUS (as
- * "files radius", even behind another "files") and SecurID.
- */
+/** The sources of a database with their line feed: "nis files\n". Only the passwd database knows RADIUS (as
+ * "files radius", even behind another "files") and SecurID. */
 std::string xasNsswitchSources(const XasAuthOrder &order, bool isPasswd);
 
 /** The whole new text. */

@@ -31,20 +31,16 @@ inline constexpr std::size_t XAS_PAM_PIECE_MAX = 75;
 /** The whole file. */
 std::string xasPamSystemAuthText(const XasAuthOrder &order, const XasPamModuleData &moduleData);
 
-/**
- * Writes the file at `path`; 0600 while it carries the TACACS+ secret. Returns 0, or 1 after logging that it
- * cannot be opened or written.
- */
+/** Writes the file at `path`; 0600 while it carries the TACACS+ secret. Returns 0, or 1 after logging that it
+ * cannot be opened or written. */
 int xasWritePamSystemAuthFile(const XasAuthOrder &order, const char *path,
                               const XasPamModuleData *moduleData);
 
 /** The same for the order on disk; always returns 0. */
 int xasBuildPamSystemAuth(const char *path, const XasPamModuleData *moduleData);
 
-/**
- * The value of the last line of `text` that holds "TAG = VALUE". The last character behind it goes, which is
- * the line feed wherever there is one. Returns false, `value` left alone, when there is no such line.
- */
+/** The value of the last line of `text` that holds "TAG = VALUE". The last character behind it goes, which is
+ * the line feed wherever there is one. Returns false, `value` left alone, when there is no such line. */
 bool xasFindConfData(std::string_view text, std::string_view tag, std::string &value);
 
 /** The same in a file. Returns 0; 1, nothing logged, when it cannot be opened or has no such line. */

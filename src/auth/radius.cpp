@@ -9,15 +9,10 @@ namespace {
 
 constexpr std::string_view NO_ADDRESS = "<invalid>";
 
-bool isIPv6(const XasHostAddr &host)
-{
-    return host.is_name == 0 && host.is_ipv6 != 0;
-}
-
 std::string serverLine(const XasRadiusServer &server, std::uint8_t timeout, const char *blanksBehindPort)
 {
     std::string host = xasHostToStr(server.host);
-    if (isIPv6(server.host))
+    if (server.host.isIPv6())
         host = "[" + host + "]";
     return xasFormatLine("%s:%d%s%s    %d\n", host.c_str(), server.port, blanksBehindPort,
                          xasFieldString(server.secret).c_str(), timeout);
@@ -25,12 +20,12 @@ std::string serverLine(const XasRadiusServer &server, std::uint8_t timeout, cons
 
 std::string firstLine(const XasRadiusServer &server, std::uint8_t timeout)
 {
-    return serverLine(server, timeout, isIPv6(server.host) ? "    " : "   ");
+    return serverLine(server, timeout, server.host.isIPv6() ? "    " : "   ");
 }
 
 std::string secondLine(const XasRadiusServer &server, std::uint8_t timeout)
 {
-    const bool isUnusable = isIPv6(server.host) && xasHostToStr(server.host) == NO_ADDRESS;
+    const bool isUnusable = server.host.isIPv6() && xasHostToStr(server.host) == NO_ADDRESS;
     if (!xasIsHostGiven(server.host) || isUnusable)
         return {};
     return serverLine(server, timeout, server.host.is_name != 0 ? "   " : "    ");
@@ -59,8 +54,6 @@ constexpr XasEditor<XasRadiusPayload> xasEditRadiusCfgFile{
               .secrecy = XasSecrecy::secret},
     .text = xasMadeBy<xasRadiusText>};
 
-namespace {
-
 constexpr XasFileRow FILES[] = {
     {.type = "radius",
      .edit = xasEditedBy<xasEditRadiusCfgFile>,
@@ -75,8 +68,6 @@ constexpr XasFileRow FILES[] = {
      .missingLog = "Error determining system-auth config file\n",
      .editLog = "Error editing pam.d/system-auth config file\n"},
 };
-
-} // namespace
 
 constexpr XasFilesUpdate xasUpdateRadiusCfg{
     .msgtype = XMSG_RADIUS, .files = FILES, .onFailure = XasOnFailure::goOn, .lookUp = XasLookUp::together};

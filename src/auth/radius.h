@@ -11,10 +11,8 @@
 #include <string>
 #include <string_view>
 
-/**
- * The comment lines of the old text and, when enabled, the servers. The first is always written, the second
- * unless it is an empty name. The number of blanks differs by server and by kind of address.
- */
+/** The comment lines of the old text and, when enabled, the servers. The first is always written, the second
+ * unless it is an empty name. The number of blanks differs by server and by kind of address. */
 std::string xasRadiusText(std::string_view oldText, const XasRadiusPayload &radius);
 
 /** Rewrites the file, which must exist. */

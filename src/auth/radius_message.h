@@ -21,22 +21,18 @@ struct XasRadiusPayload {
 
 namespace xasRadiusFields {
 
-using enum XasFieldKind;
-
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasRadiusPayload, enabled, flag, "RADIUS is used").byDefault("yes"),
     XAS_FIELD(XasRadiusPayload, order, number,
               "position among the login methods, for others: the order on disk counts"),
-    xasField("server1", XAS_PLACE(XasRadiusPayload, server1.host), hostAddr, "first server")
-        .byDefault("none"),
-    xasField("secret1", XAS_PLACE(XasRadiusPayload, server1.secret), text, "its shared secret")
+    XAS_FIELD_AS("server1", XasRadiusPayload, server1.host, hostAddr, "first server").byDefault("none"),
+    XAS_FIELD_AS("secret1", XasRadiusPayload, server1.secret, text, "its shared secret")
         .holding(XasTextRule::secret),
-    xasField("port1", XAS_PLACE(XasRadiusPayload, server1.port), number, "its port").byDefault("1812"),
-    xasField("server2", XAS_PLACE(XasRadiusPayload, server2.host), hostAddr, "second server")
-        .byDefault("none"),
-    xasField("secret2", XAS_PLACE(XasRadiusPayload, server2.secret), text, "its shared secret")
+    XAS_FIELD_AS("port1", XasRadiusPayload, server1.port, number, "its port").byDefault("1812"),
+    XAS_FIELD_AS("server2", XasRadiusPayload, server2.host, hostAddr, "second server").byDefault("none"),
+    XAS_FIELD_AS("secret2", XasRadiusPayload, server2.secret, text, "its shared secret")
         .holding(XasTextRule::secret),
-    xasField("port2", XAS_PLACE(XasRadiusPayload, server2.port), number, "its port").byDefault("1812"),
+    XAS_FIELD_AS("port2", XasRadiusPayload, server2.port, number, "its port").byDefault("1812"),
     XAS_FIELD(XasRadiusPayload, timeout, number, "seconds, of both").byDefault("3"),
 };
 static_assert(xasFieldsAreSound<XasRadiusPayload>(FIELDS));

@@ -3,6 +3,7 @@
 #include "core/text.h"
 #include "platform/config_library.h"
 
+#include <algorithm>
 #include <array>
 #include <sys/stat.h>
 
@@ -62,11 +63,8 @@ constexpr std::array COMMUNITY_KEYS = {
 
 const CommunityKey *findCommunityKey(std::string_view word)
 {
-    for (const CommunityKey &key : COMMUNITY_KEYS) {
-        if (key.key == word)
-            return &key;
-    }
-    return nullptr;
+    const auto *const found = std::ranges::find(COMMUNITY_KEYS, word, &CommunityKey::key);
+    return found != COMMUNITY_KEYS.end() ? found : nullptr;
 }
 
 std::string communityLine(std::string_view line, const CommunityKey &key, const XasSnmpPayload &snmp,
@@ -138,14 +136,10 @@ std::string xasSnmpText(std::string_view oldText, const XasSnmpPayload &snmp)
     return newText;
 }
 
-namespace {
-
 constexpr XasEditTexts TEXTS{.openReason = "Error opening SNMP config file",
                              .writeLog = "Error printing line to SNMP config file\n",
                              .saveReason = "Error saving new SNMP config file",
                              .secrecy = XasSecrecy::secret};
-
-} // namespace
 
 int xasEditSNMPCfgFile(const char *cfgFileName, const XasSnmpPayload *snmp, XasReplyStatus *replyReason)
 {
@@ -160,8 +154,6 @@ int xasEditSNMPCfgFile(const char *cfgFileName, const XasSnmpPayload *snmp, XasR
     return result;
 }
 
-namespace {
-
 constexpr XasFileRow FILES[] = {
     {.type = "snmp",
      .edit = {[](const XasEditCall &call) {
@@ -173,7 +165,5 @@ constexpr XasFileRow FILES[] = {
      .missingReason = "Error determining snmp config file",
      .editLog = "Error editing SNMP config file\n"},
 };
-
-} // namespace
 
 constexpr XasFilesUpdate xasUpdateSNMPCfg{.msgtype = XMSG_SNMP, .files = FILES};

@@ -38,13 +38,8 @@ struct XasSnmpPayload {
 
 namespace xasSnmpFields {
 
-using enum XasFieldKind;
-
-inline constexpr XasMsgGroup TRAPS = {.name = "trap",
-                                      .place = XAS_PLACE(XasSnmpPayload, trap_hosts),
-                                      .stride = sizeof(XasHostAddr),
-                                      .fixed = true,
-                                      .meaning = "the hosts that traps are sent to"};
+inline constexpr XasMsgGroup TRAPS =
+    XAS_GROUP("trap", XasSnmpPayload, trap_hosts, "the hosts that traps are sent to").alwaysUsed();
 
 inline constexpr XasValueName LEVELS[] = {{XAS_SNMP_NOAUTH, "noauth"}, {1, "auth"}, {XAS_SNMP_PRIV, "priv"}};
 inline constexpr XasValueName HASHES[] = {{0, "md5"}, {1, "sha"}};
@@ -55,8 +50,8 @@ inline constexpr XasValueName MODES[] = {
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasSnmpPayload, enabled, flag, "the agent runs").byDefault("yes"),
     XAS_FIELD(XasSnmpPayload, alarm_delay, number, "delay of alarms, for others"),
-    xasField("", XAS_PLACE(XasSnmpPayload, trap_hosts[0]), hostAddr,
-             "a host that traps are sent to, of version 1 and 2")
+    XAS_FIELD_AS("", XasSnmpPayload, trap_hosts[0], hostAddr,
+                 "a host that traps are sent to, of version 1 and 2")
         .byDefault("none")
         .in(TRAPS),
     XAS_FIELD(XasSnmpPayload, syslocation, text, "where the appliance stands"),

@@ -13,8 +13,7 @@ constexpr std::size_t BRACKETED_MAX = 47;
 std::string serverText(const XasHostAddr &server)
 {
     const std::string text = xasHostToStr(server);
-    const bool isIPv6 = server.is_name == 0 && server.is_ipv6 != 0;
-    return isIPv6 ? ("[" + text + "]").substr(0, BRACKETED_MAX) : text;
+    return server.isIPv6() ? ("[" + text + "]").substr(0, BRACKETED_MAX) : text;
 }
 
 const char *serviceName(std::uint32_t service)
@@ -47,8 +46,6 @@ constexpr XasTemplateEditor<XasTacacsPayload> xasEditTacacsCfgFile{
                        .secrecy = XasSecrecy::secret}},
     .expand = xasTacacsText};
 
-namespace {
-
 constexpr XasFileRow FILES[] = {
     {.type = "tacplustmpl", .missingLog = "Error determining tacplus config template file\n"},
     {.type = "tacplus",
@@ -65,8 +62,6 @@ constexpr XasFileRow FILES[] = {
      .missingLog = "Error determining system-auth config file\n",
      .editLog = "Error editing pam.d/system-auth config file\n"},
 };
-
-} // namespace
 
 constexpr XasFilesUpdate xasUpdateTacacsCfg{
     .msgtype = XMSG_TACACS, .files = FILES, .onFailure = XasOnFailure::goOn, .lookUp = XasLookUp::together};

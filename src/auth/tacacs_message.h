@@ -21,13 +21,8 @@ struct XasTacacsPayload {
 
 namespace xasTacacsFields {
 
-using enum XasFieldKind;
-
-inline constexpr XasMsgGroup SERVERS = {.name = "server",
-                                        .place = XAS_PLACE(XasTacacsPayload, servers),
-                                        .stride = sizeof(XasHostAddr),
-                                        .fixed = true,
-                                        .meaning = "the servers, tried in order"};
+inline constexpr XasMsgGroup SERVERS =
+    XAS_GROUP("server", XasTacacsPayload, servers, "the servers, tried in order").alwaysUsed();
 
 inline constexpr XasValueName SERVICES[] = {
     {XAS_TACACS_PAP, "pap"}, {XAS_TACACS_CHAP, "chap"}, {XAS_TACACS_LOGIN, "login"}};
@@ -36,7 +31,7 @@ inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasTacacsPayload, enabled, flag, "TACACS+ is used").byDefault("yes"),
     XAS_FIELD(XasTacacsPayload, order, number,
               "position among the login methods, for others: the order on disk counts"),
-    xasField("", XAS_PLACE(XasTacacsPayload, servers[0]), hostAddr, "a server").byDefault("none").in(SERVERS),
+    XAS_FIELD_AS("", XasTacacsPayload, servers[0], hostAddr, "a server").byDefault("none").in(SERVERS),
     XAS_FIELD(XasTacacsPayload, server1_secret, text, "the secret shared with all of them")
         .holding(XasTextRule::pamValue),
     XAS_FIELD(XasTacacsPayload, encrypt, flag, "the traffic is encrypted").byDefault("yes"),

@@ -4,10 +4,8 @@
 
 #include "files/update.h"
 
-/**
- * Positions that do not exist become 0 in the message itself. The derived files are made from the order on
- * disk, after a failure the previous one.
- */
+/** Positions that do not exist become 0 in the message itself. The derived files are made from the order on
+ * disk, after a failure the previous one. */
 extern const XasFilesUpdate xasUpdateAuthenOrderCfg;
 
 #endif

@@ -66,8 +66,6 @@ struct XasUserPayload {
 
 namespace xasLocalUsersFields {
 
-using enum XasFieldKind;
-
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasLocalUsersPayload, enabled, flag, "local accounts are used").byDefault("yes"),
     XAS_FIELD(XasLocalUsersPayload, order, number,
@@ -97,8 +95,6 @@ inline constexpr XasMsgFields XAS_LOCALUSERS_MESSAGE = {.msgtype = XMSG_LOCALUSE
 
 namespace xasUserFields {
 
-using enum XasFieldKind;
-
 inline constexpr XasValueName ACTIONS[] = {{XAS_USER_ADD, "add"},
                                            {XAS_USER_EDIT, "edit"},
                                            {XAS_USER_DELETE, "delete"},
@@ -106,31 +102,26 @@ inline constexpr XasValueName ACTIONS[] = {{XAS_USER_ADD, "add"},
                                            {XAS_USER_EDIT_CLI, "edit_clisettings"}};
 
 inline constexpr XasMsgField FIELDS[] = {
-    xasField("login", XAS_PLACE(XasUserPayload, user.login), text, "login name"),
-    xasField("password", XAS_PLACE(XasUserPayload, user.password), text, "encrypted password; empty: none"),
-    xasField("uid", XAS_PLACE(XasUserPayload, user.uid), number, "user id"),
-    xasField("listen", XAS_PLACE(XasUserPayload, user.listen), mask, "ports that the user may listen to"),
-    xasField("data", XAS_PLACE(XasUserPayload, user.data), mask,
-             "ports that the user may connect to directly"),
-    xasField("clear", XAS_PLACE(XasUserPayload, user.clear), mask, "ports that the user may clear"),
-    xasField("outlets", XAS_PLACE(XasUserPayload, user.outlets), mask,
-             "outlets, for others as are all others but the sequences"),
-    xasField("escseq", XAS_PLACE(XasUserPayload, user.escseq), text, "escape sequence")
-        .holding(XasTextRule::sequence),
-    xasField("brkseq", XAS_PLACE(XasUserPayload, user.brkseq), text, "break sequence")
-        .holding(XasTextRule::sequence),
-    xasField("menu", XAS_PLACE(XasUserPayload, user.menu), text, "menu"),
-    xasField("dialback", XAS_PLACE(XasUserPayload, user.dialback), flag, "the appliance calls back"),
-    xasField("dialback_num", XAS_PLACE(XasUserPayload, user.dialback_num), text, "the number that it calls"),
-    xasField("perm", XAS_PLACE(XasUserPayload, user.perm), mask, "permissions"),
-    xasField("cli", XAS_PLACE(XasUserPayload, user.cli), mask, "permissions on the command line"),
-    xasField("pwd_change", XAS_PLACE(XasUserPayload, user.pwd_change), flag, "the password may be changed"),
-    xasField("pwd_expires", XAS_PLACE(XasUserPayload, user.pwd_expires), integer,
-             "when the password expires"),
-    xasField("pwd_login_change", XAS_PLACE(XasUserPayload, user.pwd_login_change), flag,
-             "the password must be changed at the next login"),
-    xasField("login_attempts", XAS_PLACE(XasUserPayload, user.login_attempts), integer,
-             "failed logins so far"),
+    XAS_FIELD_OF(XasUserPayload, user, login, text, "login name"),
+    XAS_FIELD_OF(XasUserPayload, user, password, text, "encrypted password; empty: none"),
+    XAS_FIELD_OF(XasUserPayload, user, uid, number, "user id"),
+    XAS_FIELD_OF(XasUserPayload, user, listen, mask, "ports that the user may listen to"),
+    XAS_FIELD_OF(XasUserPayload, user, data, mask, "ports that the user may connect to directly"),
+    XAS_FIELD_OF(XasUserPayload, user, clear, mask, "ports that the user may clear"),
+    XAS_FIELD_OF(XasUserPayload, user, outlets, mask,
+                 "outlets, for others as are all others but the sequences"),
+    XAS_FIELD_OF(XasUserPayload, user, escseq, text, "escape sequence").holding(XasTextRule::sequence),
+    XAS_FIELD_OF(XasUserPayload, user, brkseq, text, "break sequence").holding(XasTextRule::sequence),
+    XAS_FIELD_OF(XasUserPayload, user, menu, text, "menu"),
+    XAS_FIELD_OF(XasUserPayload, user, dialback, flag, "the appliance calls back"),
+    XAS_FIELD_OF(XasUserPayload, user, dialback_num, text, "the number that it calls"),
+    XAS_FIELD_OF(XasUserPayload, user, perm, mask, "permissions"),
+    XAS_FIELD_OF(XasUserPayload, user, cli, mask, "permissions on the command line"),
+    XAS_FIELD_OF(XasUserPayload, user, pwd_change, flag, "the password may be changed"),
+    XAS_FIELD_OF(XasUserPayload, user, pwd_expires, integer, "when the password expires"),
+    XAS_FIELD_OF(XasUserPayload, user, pwd_login_change, flag,
+                 "the password must be changed at the next login"),
+    XAS_FIELD_OF(XasUserPayload, user, login_attempts, integer, "failed logins so far"),
     XAS_FIELD(XasUserPayload, valid_user, flag, "for others"),
     XAS_FIELD(XasUserPayload, remote_user, flag, "for others"),
     XAS_FIELD(XasUserPayload, action, choice, "what is done with the user").of(ACTIONS),

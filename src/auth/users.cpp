@@ -21,7 +21,7 @@ std::string loginOf(const XasUserRecord &user)
 int makeListedUser(const XasUserRecord &user, XasReplyStatus *reply)
 {
     xasAddLocalUserToList(loginOf(user));
-    if (xasShellNotRun(xasRunAccountCommand(xasAddUserCommand(user))))
+    if (xasRunAccountCommand(xasAddUserCommand(user)).shellNotRun())
         xasLogError("%s", ADDUSER_FAILED);
     return xasLocalUserPortFiles(&user, reply);
 }
@@ -46,10 +46,8 @@ int makeUsers(const std::byte *records, std::uint16_t count, XasReplyStatus *rep
 
 int writePortFile(const XasUserRecord &user, XasReplyStatus *reply)
 {
-    if (xasLocalUserPortFiles(&user, reply) != 0) {
-        xasLogError("Error setting port permissions for %s\n", loginOf(user).c_str());
-        return 1;
-    }
+    if (xasLocalUserPortFiles(&user, reply) != 0)
+        return xasLogFailure("Error setting port permissions for %s\n", loginOf(user).c_str());
     return 0;
 }
 
@@ -57,12 +55,10 @@ int addUser(const XasUserRecord &user, XasReplyStatus *reply)
 {
     if (xasAddLocalUserToList(loginOf(user)) != 0)
         return 1;
-    const int status = xasRunAccountCommand(xasAddUserCommand(user));
-    if (!xasExitedWell(status)) {
-        xasLogError("adduser command for %s, uid %d failed with code %d\n", loginOf(user).c_str(),
-                    static_cast<int>(user.uid), status);
-        return 1;
-    }
+    const XasExitStatus status = xasRunAccountCommand(xasAddUserCommand(user));
+    if (!status.exitedWell())
+        return xasLogFailure("adduser command for %s, uid %d failed with code %d\n", loginOf(user).c_str(),
+                             static_cast<int>(user.uid), status.waitStatus());
     return writePortFile(user, reply);
 }
 
@@ -70,10 +66,8 @@ int addUser(const XasUserRecord &user, XasReplyStatus *reply)
 int remakeAccount(const XasUserRecord &user, const XasShellCommand &makeCommand)
 {
     xasRemoveAccount(loginOf(user), DELUSER_FAILED);
-    if (!xasExitedWell(xasRunAccountCommand(makeCommand))) {
-        xasLogError("%s", ADDUSER_FAILED);
-        return 1;
-    }
+    if (!xasRunAccountCommand(makeCommand).exitedWell())
+        return xasLogFailure("%s", ADDUSER_FAILED);
     return 0;
 }
 
@@ -114,10 +108,8 @@ int xasUpdateSingleLocalUsersCfg(XasMessage *msg, const XasCfgFileList *cfgFiles
 {
     xasAssertUpdate(msg, XMSG_USER, cfgFiles);
     const auto payload = xasReadPayload<XasUserPayload>(*msg);
-    if (!xasIsValidLogin(xasFieldText(payload.user.login))) {
-        xasLogError("%s", INVALID_USER);
-        return 1;
-    }
+    if (!xasIsValidLogin(xasFieldText(payload.user.login)))
+        return xasLogFailure("%s", INVALID_USER);
     switch (payload.action) {
     case XAS_USER_ADD:
         return addUser(payload.user, reply);

@@ -7,11 +7,9 @@
 
 #include "files/update.h"
 
-/**
- * XMSG_LOCALUSERS: when the message includes its users, removes all listed accounts and makes the message's
+/** XMSG_LOCALUSERS: when the message includes its users, removes all listed accounts and makes the message's
  * users anew, in order, with their port files. Returns the result of the last user, 1 when a login was
- * refused or the records are missing.
- */
+ * refused or the records are missing. */
 int xasUpdateLocalUsersCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
 
 /** XMSG_USER: adds, edits or deletes one user, or gives a new password. */

@@ -34,8 +34,6 @@ constexpr XasEditor<XasDnsPayload> xasEditDnsPrecCfgFile{
               .anew = true},
     .text = xasMadeBy<xasDnsPrecText>};
 
-namespace {
-
 constexpr XasFileRow FILES[] = {
     {.type = "resolv",
      .edit = xasEditedBy<xasEditDNSCfgFile>,
@@ -48,7 +46,5 @@ constexpr XasFileRow FILES[] = {
      .missingReason = "Error determining dns precedence config file",
      .editLog = "Error editing DNS precedence config file\n"},
 };
-
-} // namespace
 
 constexpr XasFilesUpdate xasUpdateDnsCfg{.msgtype = XMSG_DNS, .files = FILES};

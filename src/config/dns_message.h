@@ -14,8 +14,6 @@ struct XasDnsPayload {
 
 namespace xasDnsFields {
 
-using enum XasFieldKind;
-
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasDnsPayload, dns1, ipAddr, "first name server"),
     XAS_FIELD(XasDnsPayload, dns2, ipAddr, "second name server"),

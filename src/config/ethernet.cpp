@@ -15,10 +15,8 @@ namespace {
 int editPort(const XasEditCall &call, unsigned port)
 {
     const auto eth = xasReadPayload<XasEthPayload>(call.msg);
-    const XasEthInterface interface {
-        eth.ports[port], port == 0 ? "eth0" : "eth1", eth.bonding != 0, eth.bonding
-    };
-    return xasEditEthCfgFile(call.path, &interface, call.reply);
+    const XasEthInterface edited{eth.ports[port], port == 0 ? "eth0" : "eth1", eth.bonding != 0, eth.bonding};
+    return xasEditEthCfgFile(call.path, &edited, call.reply);
 }
 
 /** The bonding interface has the addresses of eth0; without bonding it has no file. */
@@ -29,10 +27,8 @@ int editBond(const XasEditCall &call)
         ::unlink(call.path);
         return 0;
     }
-    const XasEthInterface interface {
-        eth.ports[0], XAS_BOND_DEVICE, false, eth.bonding
-    };
-    return xasEditEthCfgFile(call.path, &interface, call.reply);
+    const XasEthInterface edited{eth.ports[0], XAS_BOND_DEVICE, false, eth.bonding};
+    return xasEditEthCfgFile(call.path, &edited, call.reply);
 }
 
 int editGateways(const XasEditCall &call)

@@ -24,8 +24,6 @@ struct XasFirewallPayload {
 
 namespace xasFirewallFields {
 
-using enum XasFieldKind;
-
 inline constexpr XasValueName REJECT_METHODS[] = {{XAS_METHOD_REJECT, "reject"}, {XAS_METHOD_DROP, "drop"}};
 
 inline constexpr XasMsgField FIELDS[] = {

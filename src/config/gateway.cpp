@@ -10,9 +10,9 @@ namespace {
 
 constexpr std::uint8_t PING_ETH0 = 1;
 
-XasKeyLine textLine(const char *key, const char *value)
+XasKeyLine textLine(const char *key, const std::string &value)
 {
-    return {key, xasFormatLine("%s=%s\n", key, value)};
+    return {key, xasFormatLine("%s=%s\n", key, value.c_str())};
 }
 
 XasKeyLine numberLine(const char *key, int value)

@@ -88,8 +88,6 @@ constexpr XasEditor<XasHostnamePayload> xasEditDomainCfgFile{
               .saveReason = "Error saving new static domain config file"},
     .text = xasMadeBy<xasDomainText>};
 
-namespace {
-
 constexpr XasFileRow FILES[] = {
     {.type = "hosts",
      .edit = xasEditedBy<xasEditHostsFile>,
@@ -113,7 +111,5 @@ constexpr XasFileRow FILES[] = {
      .missingReason = "Error determining static domain configuration file",
      .editLog = "Error editing static domain configuration file\n"},
 };
-
-} // namespace
 
 constexpr XasFilesUpdate xasUpdateHostnameCfg{.msgtype = XMSG_HOSTNAME, .files = FILES};

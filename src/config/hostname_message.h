@@ -11,8 +11,6 @@ struct XasHostnamePayload {
 
 namespace xasHostnameFields {
 
-using enum XasFieldKind;
-
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasHostnamePayload, hostname, text, "the appliance's host name").holding(XasTextRule::word),
     XAS_FIELD(XasHostnamePayload, domain, text,

@@ -14,9 +14,9 @@ namespace {
 /** Names of XasAddressSource. */
 constexpr std::array<const char *, 3> SOURCES = {"bootp", "dhcp", "static"};
 
-std::string keyLine(const char *key, const char *value)
+std::string keyLine(const char *key, const std::string &value)
 {
-    return xasFormatLine("%s=%s\n", key, value);
+    return xasFormatLine("%s=%s\n", key, value.c_str());
 }
 
 std::string onBootLine(bool enabled)
@@ -59,7 +59,7 @@ XasNewText xasEthCfgText(const XasEthInterface &interface, const std::string &dh
 {
     const XasEthPort &port = interface.port;
     const bool isBond = interface.device == XAS_BOND_DEVICE;
-    std::string text = keyLine("DEVICE", std::string{interface.device}.c_str());
+    std::string text = keyLine("DEVICE", std::string{interface.device});
     text += keyLine("TYPE", isBond ? "Bonding" : "Ethernet");
     if (interface.isSlave)
         return text + slaveLines();
@@ -68,7 +68,7 @@ XasNewText xasEthCfgText(const XasEthInterface &interface, const std::string &dh
         return {std::move(text), false};
     }
     text += keyLine("BOOTPROTO", SOURCES[port.source]) + ipv4Lines(port) + ipv6Lines(port) +
-            keyLine("DHCP_HOSTNAME", dhcpHostname.c_str()) + onBootLine(port.enabled != 0) +
+            keyLine("DHCP_HOSTNAME", dhcpHostname) + onBootLine(port.enabled != 0) +
             xasFormatLine("%s=%d\n", "MTU", static_cast<int>(port.mtu));
     if (!isBond)
         return text;

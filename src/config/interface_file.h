@@ -25,21 +25,17 @@ struct XasEthInterface {
     std::uint32_t bonding; /**< the bonding mode; only the file of XAS_BOND_DEVICE holds its options */
 };
 
-/**
- * The text of an interface file. `dhcpHostname` is the name to ask a DHCP server with, empty for none. An
+/** The text of an interface file. `dhcpHostname` is the name to ask a DHCP server with, empty for none. An
  * unknown address source (its reason goes into `reply`) and a bonding mode without options (logged) end the
- * text.
- */
+ * text. */
 XasNewText xasEthCfgText(const XasEthInterface &interface, const std::string &dhcpHostname,
                          XasReplyStatus *reply);
 
 /** The new text of an interface file that comes up at boot or does not: its ONBOOT line is replaced. */
 std::string xasEthEnableText(std::string_view oldText, bool enabled);
 
-/**
- * Writes an interface file anew. The name to ask with is read from the web front end's settings. A bonding
- * mode without options leaves the reply as it is.
- */
+/** Writes an interface file anew. The name to ask with is read from the web front end's settings. A bonding
+ * mode without options leaves the reply as it is. */
 extern const XasEditor<XasEthInterface> xasEditEthCfgFile;
 
 /** Edits the ONBOOT line of an interface file, which must exist. */

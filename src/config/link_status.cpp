@@ -35,17 +35,13 @@ int xasUpdateEthIfStatusCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, Xas
 {
     xasAssertUpdate(msg, XMSG_NOTIFY, cfgFiles);
     const auto notice = xasReadPayload<XasNotifyPayload>(*msg);
-    if (notice.code != XAS_LINK_UP && notice.code != XAS_LINK_DOWN) {
-        xasLogError("Invalid notify message of type %d received\n", static_cast<int>(notice.code));
-        return 1;
-    }
+    if (notice.code != XAS_LINK_UP && notice.code != XAS_LINK_DOWN)
+        return xasLogFailure("Invalid notify message of type %d received\n", static_cast<int>(notice.code));
     const std::string_view text = xasFieldText(notice.text);
     const auto *const name = std::ranges::find_if(
         DISPLAY_NAMES, [&](std::string_view displayName) { return text.starts_with(displayName); });
-    if (name == std::end(DISPLAY_NAMES)) {
-        xasLogError("Invalid link change interface type: %s\n", std::string{text}.c_str());
-        return 1;
-    }
+    if (name == std::end(DISPLAY_NAMES))
+        return xasLogFailure("Invalid link change interface type: %s\n", std::string{text}.c_str());
     const auto port = static_cast<std::size_t>(name - std::begin(DISPLAY_NAMES));
     return XasFilesUpdate{.msgtype = XMSG_NOTIFY, .files = {&FILES[port], 1}}(msg, cfgFiles, reply);
 }

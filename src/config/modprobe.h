@@ -6,10 +6,8 @@
 #include "files/editor.h"
 #include "wire/eth_message.h"
 
-/**
- * The text of the file; empty without bonding and with IPv6 on. A bonding mode that has no options is logged
- * and ends the text.
- */
+/** The text of the file; empty without bonding and with IPv6 on. A bonding mode that has no options is logged
+ * and ends the text. */
 XasNewText xasModProbeCfgText(const XasEthPayload &eth);
 
 /** Writes the file anew. A bonding mode without options leaves the reply as it is. */

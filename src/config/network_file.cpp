@@ -5,7 +5,6 @@
 #include "platform/config_library.h"
 
 #include <algorithm>
-#include <span>
 
 namespace {
 
@@ -17,9 +16,9 @@ bool isUnset(const in6_addr &address)
 /** The gateway's line; empty when there is none. */
 std::string gatewayLine(const XasNetInfo &netInfo)
 {
-    if (netInfo.gateway == XAS_NO_IPV4)
+    if (netInfo.gateway.isNone())
         return {};
-    return xasFormatLine("%s=%s\n", "GATEWAY", xasIPv4ToStr(netInfo.gateway));
+    return xasFormatLine("%s=%s\n", "GATEWAY", xasIPv4ToStr(netInfo.gateway).c_str());
 }
 
 std::string gatewayIPv6Line(const XasNetInfo &netInfo)

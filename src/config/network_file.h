@@ -6,6 +6,7 @@
 #define XAS_CONFIG_NETWORK_FILE_H
 
 #include "files/editor.h"
+#include "wire/address.h"
 
 #include <cstdint>
 #include <netinet/in.h>
@@ -20,7 +21,7 @@ struct XasNetInfo {
     bool setHostname = false;
     bool setGateway = false; /**< gateways and the IPv6 switch */
     std::string hostname;
-    std::uint32_t gateway = 0;  /**< network byte order; XAS_NO_IPV4 = none */
+    XasIPv4 gateway{};          /**< may be none */
     sockaddr_in6 gatewayIPv6{}; /**< address all zero = none */
     std::uint32_t ipv6Enabled = 0;
 };

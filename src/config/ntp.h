@@ -13,16 +13,13 @@
 #include <string>
 #include <string_view>
 
-/** The step file: the three servers that are polled, one a line; the single one has two unset ones beside it.
- */
+/** The step file: the three servers that are polled, one a line; beside the single one two unset ones. */
 std::string xasNtpStepText(const XasNtpPayload &ntp);
 
-/**
- * The new text of the daemon's configuration. Polling puts all servers where the first server line was and
+/** The new text of the daemon's configuration. Polling puts all servers where the first server line was and
  * drops the later ones, commented lines counted; without polling server lines are commented out. The
  * broadcast client is switched on or commented out, "authenticate" becomes "disable auth". Nothing is
- * appended: a file without a server line gets none.
- */
+ * appended: a file without a server line gets none. */
 std::string xasNtpCfgText(std::string_view oldText, const XasNtpPayload &ntp);
 
 /** The editors. The files must exist. */

@@ -23,13 +23,8 @@ struct XasNtpPayload {
 
 namespace xasNtpFields {
 
-using enum XasFieldKind;
-
-inline constexpr XasMsgGroup SERVERS = {.name = "server",
-                                        .place = XAS_PLACE(XasNtpPayload, servers),
-                                        .stride = sizeof(XasHostAddr),
-                                        .fixed = true,
-                                        .meaning = "the servers of three-servers"};
+inline constexpr XasMsgGroup SERVERS =
+    XAS_GROUP("server", XasNtpPayload, servers, "the servers of three-servers").alwaysUsed();
 
 inline constexpr XasValueName SYNCS[] = {
     {XAS_NTP_BROADCAST, "broadcast"}, {XAS_NTP_POLL, "poll"}, {2, "neither"}};
@@ -43,7 +38,7 @@ inline constexpr XasMsgField FIELDS[] = {
         .of(SYNCS)
         .byDefault("poll"),
     XAS_FIELD(XasNtpPayload, poll, choice, "which servers are polled").of(POLLINGS),
-    xasField("", XAS_PLACE(XasNtpPayload, servers[0]), hostAddr, "a server of three-servers")
+    XAS_FIELD_AS("", XasNtpPayload, servers[0], hostAddr, "a server of three-servers")
         .byDefault("none")
         .in(SERVERS),
     XAS_FIELD(XasNtpPayload, single, hostAddr, "the server of one-server").byDefault("none"),

@@ -22,7 +22,7 @@ std::string_view beforeEquals(std::string_view line)
 std::string routeLine(const XasRoute &route)
 {
     std::string line = "ip route";
-    for (const std::uint32_t address : {route.destination, route.mask, route.gateway})
+    for (const XasIPv4 address : {route.destination, route.mask, route.gateway})
         line.append(" ").append(xasIPv4ToStr(address));
     return line + "\n";
 }
@@ -94,8 +94,6 @@ constexpr XasEditor<XasRoutingPayload> xasEditRipdCfgFile{
               .saveReason = "Error saving new firewall config file"},
     .text = xasMadeBy<xasRipdText>};
 
-namespace {
-
 constexpr XasFileRow FILES[] = {
     {.type = "zebra",
      .edit = xasEditedBy<xasEditZebraCfgFile>,
@@ -106,8 +104,6 @@ constexpr XasFileRow FILES[] = {
      .missingLog = "Error determining router config file\n",
      .editLog = "Error editing Ripd config file\n"},
 };
-
-} // namespace
 
 constexpr XasFilesUpdate xasUpdateRoutingCfg{
     .msgtype = XMSG_ROUTING, .files = FILES, .onFailure = XasOnFailure::goOn, .lookUp = XasLookUp::together};

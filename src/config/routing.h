@@ -15,10 +15,8 @@
 /** Without the old static routes; with static routing on, all 64 routes at the end, unused ones included. */
 std::string xasZebraText(std::string_view oldText, const XasRoutingPayload &routing);
 
-/**
- * Without the old RIP sections ("interface eth0", "interface eth1", "router rip", each up to its "!" line);
- * with RIP on, new ones in front of "line vty". A file without that line gets none.
- */
+/** Without the old RIP sections ("interface eth0", "interface eth1", "router rip", each up to its "!" line);
+ * with RIP on, new ones in front of "line vty". A file without that line gets none. */
 std::string xasRipdText(std::string_view oldText, const XasRoutingPayload &routing);
 
 /** The editors. The files must exist. */

@@ -1,13 +1,14 @@
-/** The payload of XMSG_ROUTING: static routes and RIP. IPv4 addresses are in network byte order. */
+/** The payload of XMSG_ROUTING: static routes and RIP. */
 #ifndef XAS_CONFIG_ROUTING_MESSAGE_H
 #define XAS_CONFIG_ROUTING_MESSAGE_H
 
+#include "wire/address.h"
 #include "wire/field.h"
 
 struct XasRoute {
-    std::uint32_t destination;
-    std::uint32_t mask;
-    std::uint32_t gateway;
+    XasIPv4 destination;
+    XasIPv4 mask;
+    XasIPv4 gateway;
 };
 
 inline constexpr std::size_t XAS_ROUTES = 64;
@@ -23,12 +24,7 @@ struct XasRoutingPayload {
 
 namespace xasRoutingFields {
 
-using enum XasFieldKind;
-
-inline constexpr XasMsgGroup ROUTES = {.name = "route",
-                                       .place = XAS_PLACE(XasRoutingPayload, routes),
-                                       .stride = sizeof(XasRoute),
-                                       .meaning = "static routes"};
+inline constexpr XasMsgGroup ROUTES = XAS_GROUP("route", XasRoutingPayload, routes, "static routes");
 
 inline constexpr XasValueName RIP_VERSIONS[] = {{0, "v1"}, {1, "v2"}, {2, "both"}};
 
@@ -43,12 +39,9 @@ inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasRoutingPayload, num_routes, number, "how many static routes there are")
         .within(0, XAS_ROUTES)
         .counting(ROUTES),
-    xasField("destination", XAS_PLACE(XasRoutingPayload, routes[0].destination), ipv4,
-             "network or host to reach")
-        .in(ROUTES),
-    xasField("mask", XAS_PLACE(XasRoutingPayload, routes[0].mask), ipv4, "its netmask").in(ROUTES),
-    xasField("gateway", XAS_PLACE(XasRoutingPayload, routes[0].gateway), ipv4, "the router that leads there")
-        .in(ROUTES),
+    XAS_FIELD_OF(XasRoutingPayload, routes[0], destination, ipv4, "network or host to reach").in(ROUTES),
+    XAS_FIELD_OF(XasRoutingPayload, routes[0], mask, ipv4, "its netmask").in(ROUTES),
+    XAS_FIELD_OF(XasRoutingPayload, routes[0], gateway, ipv4, "the router that leads there").in(ROUTES),
 };
 static_assert(xasFieldsAreSound<XasRoutingPayload>(FIELDS));
 

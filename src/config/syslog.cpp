@@ -101,24 +101,16 @@ constexpr XasEditor<XasSyslogPayload> xasEditSyslogCfgFile{
               .saveReason = "Error saving new syslog config file"},
     .text = xasMadeBy<xasSyslogText>};
 
-namespace {
-
 constexpr XasFileRow FILES[] = {
     {.type = "syslog",
      .edit = xasEditedBy<xasEditSyslogCfgFile>,
      .missingLog = "Error determining config file for syslog\n",
      .editLog = "Error editing syslog config file\n"},
     {.type = "logrotate",
-     .edit = {[](const XasEditCall &call) {
-                  const auto syslog = xasReadPayload<XasSyslogPayload>(call.msg);
-                  return xasEditLogrotateCfgFile(call.path, &syslog, call.reply);
-              },
-              &xasEditLogrotateCfgFile.texts},
+     .edit = xasEditedBy<xasEditLogrotateCfgFile>,
      .missingLog = "Error determining config file for logrotate\n",
      .editLog = "Error editing logrotate config file\n"},
 };
-
-} // namespace
 
 constexpr XasFilesUpdate xasUpdateSyslogCfg{
     .msgtype = XMSG_SYSLOG,

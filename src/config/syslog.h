@@ -14,10 +14,8 @@
 /** True when every level index names a level; the functions below take no others. */
 bool xasAreSyslogLevelsValid(const XasSyslogPayload &syslog);
 
-/**
- * The lines of the old text, those of our categories set to their file and level. Our categories without a
- * path and all forwarding rules are dropped; our categories are not appended where they are missing.
- */
+/** The lines of the old text, those of our categories set to their file and level. Our categories without a
+ * path and all forwarding rules are dropped; our categories are not appended where they are missing. */
 std::string xasSyslogLocalText(std::string_view oldText, const XasSyslogPayload &syslog);
 
 /** The forwarding rules, which stand behind the local ones: a block for each server that is given. */
@@ -26,8 +24,7 @@ std::string xasSyslogRemoteText(const XasSyslogPayload &syslog);
 /** Edits the file, which must exist. */
 extern const XasEditor<XasSyslogPayload> xasEditSyslogCfgFile;
 
-/** The handler of XMSG_SYSLOG: this file and the sizes in the rotation's. An unknown level changes nothing.
- */
+/** The handler of XMSG_SYSLOG: this file and the rotation's sizes. An unknown level changes nothing. */
 extern const XasFilesUpdate xasUpdateSyslogCfg;
 
 #endif

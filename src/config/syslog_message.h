@@ -20,13 +20,8 @@ struct XasSyslogPayload {
 
 namespace xasSyslogFields {
 
-using enum XasFieldKind;
-
-inline constexpr XasMsgGroup REMOTES = {.name = "remote",
-                                        .place = XAS_PLACE(XasSyslogPayload, remotes),
-                                        .stride = sizeof(XasHostAddr),
-                                        .fixed = true,
-                                        .meaning = "other log servers"};
+inline constexpr XasMsgGroup REMOTES =
+    XAS_GROUP("remote", XasSyslogPayload, remotes, "other log servers").alwaysUsed();
 
 inline constexpr XasValueName LEVELS[] = {{0, "off"}, {1, "info"}, {2, "warn"}, {3, "error"}, {4, "debug"}};
 
@@ -35,7 +30,7 @@ constexpr XasMsgField level(std::string_view name, std::size_t index, std::strin
     constexpr XasPlace FIRST = XAS_PLACE(XasSyslogPayload, levels[0]);
     return {.name = name,
             .place = {FIRST.offset + index * FIRST.width, FIRST.width},
-            .kind = choice,
+            .kind = XasFieldKind::choice,
             .meaning = meaning,
             .names = LEVELS,
             .initial = "info"};
@@ -48,7 +43,7 @@ inline constexpr XasMsgField FIELDS[] = {
     level("local3", 3, "least level that is logged of the device ports"),
     level("local4", 4, "least level that is logged of the diagnostics"),
     level("local5", 5, "least level that is logged of the system and the kernel"),
-    xasField("", XAS_PLACE(XasSyslogPayload, remotes[0]), hostAddr, "a server that gets every log line too")
+    XAS_FIELD_AS("", XasSyslogPayload, remotes[0], hostAddr, "a server that gets every log line too")
         .byDefault("none")
         .in(REMOTES),
     XAS_FIELD(XasSyslogPayload, nut_size, number,

@@ -64,9 +64,7 @@ int xasUpdateTimezoneCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasRep
         return 1;
     if (!isReplaceable(link))
         xasLogWarning("failure unlinking timezone symlink file\n");
-    if (!putLink(link, zoneFile)) {
-        xasLogError("Error creating symlink to path %s\n", zoneFile.c_str());
-        return 1;
-    }
+    if (!putLink(link, zoneFile))
+        return xasLogFailure("Error creating symlink to path %s\n", zoneFile.c_str());
     return 0;
 }

@@ -10,8 +10,6 @@ struct XasTimezonePayload {
 
 namespace xasTimezoneFields {
 
-using enum XasFieldKind;
-
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasTimezonePayload, zone, text, "the zone's name: Europe/Berlin")
         .holding(XasTextRule::path)

@@ -2,6 +2,7 @@
 
 #include "core/file.h"
 #include "core/log.h"
+#include "core/shell.h"
 #include "core/text.h"
 
 namespace {
@@ -18,10 +19,8 @@ std::string_view elementText(std::string_view line)
 
 bool canBeTaken(std::string_view name)
 {
-    constexpr std::string_view PLAIN =
-        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-.,:/@%+=";
     return !name.empty() && name.size() <= XAS_WEB_HOSTNAME_MAX &&
-           name.find_first_not_of(PLAIN) == std::string_view::npos;
+           name.find_first_not_of(XAS_PLAIN_CHARACTERS) == std::string_view::npos;
 }
 
 } // namespace
@@ -42,10 +41,8 @@ std::string xasWebHostname(std::string_view text)
 int xasGetXmlHostname(std::string &hostname)
 {
     const XasFile file = xasOpenFile(SETTINGS);
-    if (!file) {
-        xasLogError("cannot open network.xml file\n");
-        return 1;
-    }
+    if (!file)
+        return xasLogFailure("cannot open network.xml file\n");
     std::string found = xasWebHostname(xasReadAll(file.get()));
     if (found.empty())
         return 1;

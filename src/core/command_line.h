@@ -24,11 +24,9 @@ struct XasArguments {
 /** The first word of a command line, empty when there is none. A line feed belongs to a word. */
 std::string_view xasProgramOf(std::string_view commandLine);
 
-/**
- * Splits a command line at blanks (runs count as one, tabs do not separate). A line that begins with
+/** Splits a command line at blanks (runs count as one, tabs do not separate). A line that begins with
  * "/bin/ntpd" gets the word "-g" appended first when "/etc/ntp/step-tickers" is missing or empty: the NTP
- * daemon may then set the clock by any amount. No words when the line has none or is too long.
- */
+ * daemon may then set the clock by any amount. No words when the line has none or is too long. */
 XasArguments xasBuildArguments(std::string_view commandLine);
 
 #endif

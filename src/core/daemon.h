@@ -14,16 +14,12 @@
 
 #include "core/appmgr.h"
 
-/**
- * Starts a daemon of `app`. Returns the new process id, also stored in `pid`; or -1. The first 200 ms are
- * waited for, so that the child can execute its program.
- */
+/** Starts a daemon of `app`. Returns the new process id, also stored in `pid`; or -1. The first 200 ms are
+ * waited for, so that the child can execute its program. */
 pid_t xasStartDaemon(XasDaemon *daemon, const XasApp &app);
 
-/**
- * Stops a daemon: SIGTERM, 100 ms later SIGKILL, and another second. Returns 0 when it is gone, 1 when it
- * could not be stopped or had no valid pid.
- */
+/** Stops a daemon: SIGTERM, 100 ms later SIGKILL, and another second. Returns 0 when it is gone, 1 when it
+ * could not be stopped or had no valid pid. */
 int xasStopDaemon(XasDaemon *daemon);
 
 /** What is done for an exited child: finds its daemon and restarts it as told above. Others are ignored. */

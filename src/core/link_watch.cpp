@@ -43,11 +43,7 @@ bool isPollDue(const timeval &now, const timeval &last)
 
 void makeNotification(XasMessage &msg, unsigned port, bool up)
 {
-    msg = {};
-    msg.xH.msgtype = XMSG_NOTIFY;
-    msg.xH.action = XAS_ACTION_SET;
-    msg.xH.sender = XAS_SENDER_APP;
-    msg.xH.id = xasNextMsgId();
+    msg = xasNewMessage(XMSG_NOTIFY, XAS_ACTION_SET);
     XasNotifyPayload payload{};
     payload.code = up ? XAS_LINK_UP : XAS_LINK_DOWN;
     xasSetFieldText(payload.text, xasFormat("Eth%u Link %s", port + 1, up ? "Up" : "Down"));
@@ -86,10 +82,8 @@ XasIdleResult watchPort(XasMessage &msg, unsigned port)
 int xasOpenLinkSocket()
 {
     watch.socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
-    if (watch.socket < 0) {
-        xasLogError("error creating socket for link state: %s\n", std::strerror(errno));
-        return 1;
-    }
+    if (watch.socket < 0)
+        return xasLogFailure("error creating socket for link state: %s\n", std::strerror(errno));
     return 0;
 }
 
@@ -110,10 +104,8 @@ void xasNoteEthConfigured()
 
 int xasEnableNetPort(unsigned port)
 {
-    if (port >= XAS_ETH_PORTS) {
-        xasLogError("Invalid network port %d to enable\n", static_cast<int>(port));
-        return 1;
-    }
+    if (port >= XAS_ETH_PORTS)
+        return xasLogFailure("Invalid network port %d to enable\n", static_cast<int>(port));
     watch.up[port] = 1;
     return 0;
 }

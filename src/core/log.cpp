@@ -79,6 +79,15 @@ void xasLogInfo(const char *format, ...)
     va_end(arguments);
 }
 
+int xasLogFailure(const char *format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    logText(LOG_LOCAL6, LOG_ERR, format, arguments);
+    va_end(arguments);
+    return 1;
+}
+
 void xasLogErrorTagged(int facility, const char *format, ...)
 {
     va_list arguments;

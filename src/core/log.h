@@ -24,6 +24,9 @@ void xasOpenLog();
 [[gnu::format(printf, 1, 2)]] void xasLogWarning(const char *format, ...);
 [[gnu::format(printf, 1, 2)]] void xasLogInfo(const char *format, ...);
 
+/** As xasLogError; gives 1, what a function that failed returns. */
+[[gnu::format(printf, 1, 2)]] int xasLogFailure(const char *format, ...);
+
 /** Logs at LOG_ERR, printing another facility's tag; the facility the line is filed under does not change. */
 [[gnu::format(printf, 2, 3)]] void xasLogErrorTagged(int facility, const char *format, ...);
 

@@ -35,21 +35,21 @@ void logRotationErrors()
 void rotateLogs()
 {
     xasLogInfo("Running /usr/sbin/logrotate\n");
-    if (xasSystem(XasShellCommand{"/usr/sbin/logrotate -v /etc/logrotate.conf > /tmp/logrotate.txt 2>&1"}) !=
-        0)
+    const XasShellCommand rotate{"/usr/sbin/logrotate -v /etc/logrotate.conf > /tmp/logrotate.txt 2>&1"};
+    if (!xasSystem(rotate).exitedWell())
         logRotationErrors();
     if (::access(KEEP_OUTPUT_MARKER, F_OK) != 0)
         ::unlink(ROTATION_OUTPUT);
-    xasSystem(XasShellCommand{"/bin/killall -SIGHUP syslogd"});
+    xasTrySystem(XasShellCommand{"/bin/killall -SIGHUP syslogd"});
 }
 
 } // namespace
 
 void xasMaintainLogs(XasAppList &apps)
 {
-    xasSystem(XasShellCommand{"/bin/cp -f /var/log/debug /var/log/devports /var/log/diag /var/log/general "
-                              "/var/log/messages /var/log/network /var/log/secure /var/log/services "
-                              "/var/log/sw /var/log/syslog /www/savelogs/"});
+    xasTrySystem(XasShellCommand{"/bin/cp -f /var/log/debug /var/log/devports /var/log/diag /var/log/general "
+                                 "/var/log/messages /var/log/network /var/log/secure /var/log/services "
+                                 "/var/log/sw /var/log/syslog /www/savelogs/"});
     if (++ticks >= TICKS_BETWEEN_ROTATIONS) {
         ticks = 0;
         rotateLogs();

@@ -110,10 +110,8 @@ int receiveUserList(XasMessage &msg, XasUserList &users)
         return 0;
     const std::size_t size = USER_LIST_HEADER + XAS_USER_RECORD_SIZE * count;
     users.reset(new (std::nothrow) std::byte[size]);
-    if (!users) {
-        xasLogError("Error allocating memory for user list\n");
-        return 1;
-    }
+    if (!users)
+        return xasLogFailure("Error allocating memory for user list\n");
     if (readQueue({users.get(), size}, true) != ReadResult::got)
         return 1;
     setUserReference(msg, users.get() + USER_LIST_HEADER);
@@ -146,16 +144,24 @@ int xasInitMsgQueues()
         return 1;
     }
     state.fromXms = ::msgget(MSGQ_APP_FROM_XMS, 0);
-    if (state.fromXms < 0) {
-        xasLogError("Error getting MSGQ_APP_FROM_XMS message queue\n");
-        return 1;
-    }
+    if (state.fromXms < 0)
+        return xasLogFailure("Error getting MSGQ_APP_FROM_XMS message queue\n");
     return 0;
 }
 
 std::uint32_t xasNextMsgId()
 {
     return transport().nextId++;
+}
+
+XasMessage xasNewMessage(XasMsgType msgtype, XasAction action)
+{
+    XasMessage msg{};
+    msg.xH.msgtype = msgtype;
+    msg.xH.action = action;
+    msg.xH.sender = XAS_SENDER_APP;
+    msg.xH.id = xasNextMsgId();
+    return msg;
 }
 
 int xasSendMessage(const XasMessage *msg)
@@ -165,10 +171,8 @@ int xasSendMessage(const XasMessage *msg)
         long mtype;
         XasMessage record;
     } entry{.mtype = static_cast<long>(msg->xH.msgtype), .record = *msg};
-    if (::msgsnd(transport().toXms, &entry, sizeof entry.record, 0) != 0) {
-        xasLogError("Error sending to XMS message queue\n");
-        return 1;
-    }
+    if (::msgsnd(transport().toXms, &entry, sizeof entry.record, 0) != 0)
+        return xasLogFailure("Error sending to XMS message queue\n");
     return 0;
 }
 

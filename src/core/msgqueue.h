@@ -37,6 +37,9 @@ int xasInitMsgQueues();
 /** Issues a message id: a process-wide counter, 10 first. */
 std::uint32_t xasNextMsgId();
 
+/** A message of the daemon's own with the next id and an empty payload. */
+XasMessage xasNewMessage(XasMsgType msgtype, XasAction action);
+
 /** Sends a record; waits while the queue is full. Returns 0, or 1 after logging. */
 int xasSendMessage(const XasMessage *msg);
 
@@ -46,11 +49,9 @@ int xasSendMessage(const XasMessage *msg);
  */
 int xasGetMessage(XasMessage *msg, bool wait);
 
-/**
- * Waits for the next message, looking every 100 ms and calling `idle` each time there is none. A list of
+/** Waits for the next message, looking every 100 ms and calling `idle` each time there is none. A list of
  * local users is fetched into `users` and the message made to refer to it. Returns 0 with a message, 1 on
- * error.
- */
+ * error. */
 int xasReceiveMessage(XasMessage *msg, XasUserList &users, const XasIdleWork &idle);
 
 #endif

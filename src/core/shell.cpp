@@ -3,7 +3,6 @@
 #include "core/child.h"
 #include "core/wait.h"
 
-#include <algorithm>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -14,9 +13,8 @@ constexpr int SHELL_NOT_RUN = 127;
 
 bool isPlainWord(std::string_view text)
 {
-    constexpr std::string_view PLAIN =
-        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-.,:/@%+=";
-    return !text.empty() && !text.starts_with('-') && text.find_first_not_of(PLAIN) == std::string_view::npos;
+    return !text.empty() && !text.starts_with('-') &&
+           text.find_first_not_of(XAS_PLAIN_CHARACTERS) == std::string_view::npos;
 }
 
 } // namespace
@@ -68,25 +66,25 @@ bool XasShellCommand::fit(std::size_t size)
     return true;
 }
 
-int xasSystem(const XasShellCommand &command)
+XasExitStatus xasSystem(const XasShellCommand &command)
 {
     const pid_t pid = xasFork();
     if (pid < 0)
-        return -1;
+        return XAS_NOT_RUN;
     if (pid == 0) {
         ::execl(SHELL, "sh", "-c", command.str().c_str(), nullptr);
         ::_exit(SHELL_NOT_RUN);
     }
     int status = 0;
-    return xasWaitForChild(pid, status) ? status : -1;
+    return xasWaitForChild(pid, status) ? XasExitStatus{status} : XAS_NOT_RUN;
 }
 
-bool xasExitedWell(int status)
+void xasTrySystem(const XasShellCommand &command)
 {
-    return status == 0;
+    static_cast<void>(xasSystem(command));
 }
 
-bool xasShellNotRun(int status)
+bool XasExitStatus::shellNotRun() const
 {
     if (status == -1)
         return true;

@@ -9,6 +9,10 @@
 #include <string>
 #include <string_view>
 
+/** Whatever is made of these characters alone a shell reads as one word, unless it begins with "-". */
+inline constexpr std::string_view XAS_PLAIN_CHARACTERS =
+    "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-.,:/@%+=";
+
 /** A text that stands in the source code. */
 class XasLiteral {
   public:
@@ -26,10 +30,8 @@ class XasShellCommand {
 
     XasShellCommand &text(XasLiteral text);
 
-    /**
-     * Appends one word. A text of letters, digits and "_-.,:/@%+=" that does not begin with "-" stands as it
-     * is; any other text, the empty one included, is quoted as one shell word.
-     */
+    /** Appends one word. A text of letters, digits and "_-.,:/@%+=" that does not begin with "-" stands as it
+     * is; any other text, the empty one included, is quoted as one shell word. */
     XasShellCommand &word(std::string_view text);
 
     /** Appends one word in single quotes, quotes inside it escaped. */
@@ -37,11 +39,9 @@ class XasShellCommand {
 
     XasShellCommand &number(long long value);
 
-    /**
-     * Fits the line into a buffer of `size` bytes, terminating NUL included: a line without escapes is cut
+    /** Fits the line into a buffer of `size` bytes, terminating NUL included: a line without escapes is cut
      * there. A longer one with a quoted or escaped word is left alone, and false returned: it must not be
-     * run.
-     */
+     * run. */
     [[nodiscard]] bool fit(std::size_t size);
 
     [[nodiscard]] const std::string &str() const { return line; }
@@ -51,16 +51,32 @@ class XasShellCommand {
     bool escaped = false;
 };
 
-/**
- * Runs a command with "/bin/sh -c" and waits for it, serving signals. Returns the wait status; that of an
- * exit with 127 when the shell cannot be run; -1 when no child can be made or waited for.
- */
-int xasSystem(const XasShellCommand &command);
+/** How a command ended. */
+class [[nodiscard]] XasExitStatus {
+  public:
+    explicit constexpr XasExitStatus(int waitStatus) : status{waitStatus} {}
 
-/** True when the wait status is an exit with status 0. */
-bool xasExitedWell(int status);
+    /** It exited with status 0. */
+    [[nodiscard]] constexpr bool exitedWell() const { return status == 0; }
 
-/** True when xasSystem could not run the shell; a command that the shell does not find is not meant. */
-bool xasShellNotRun(int status);
+    /** The shell could not be run; a command that the shell does not find is not meant. */
+    [[nodiscard]] bool shellNotRun() const;
+
+    /** As waitpid gives it; -1 when no child could be made or waited for. */
+    [[nodiscard]] constexpr int waitStatus() const { return status; }
+
+  private:
+    int status;
+};
+
+/** Of a command that was not run at all. */
+inline constexpr XasExitStatus XAS_NOT_RUN{-1};
+
+/** Runs a command with "/bin/sh -c" and waits for it, serving signals. The child of a shell that cannot be
+ * run exits with 127. */
+XasExitStatus xasSystem(const XasShellCommand &command);
+
+/** The same for a command on whose end nothing depends. */
+void xasTrySystem(const XasShellCommand &command);
 
 #endif

@@ -11,7 +11,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <getopt.h>
 #include <sys/stat.h>
@@ -107,7 +106,7 @@ std::optional<int> xasDetach()
 
 void xasResetPacketFilter()
 {
-    xasSystem(XasShellCommand{"/usr/bin/xas_iptables.sh resetAll"});
+    xasTrySystem(XasShellCommand{"/usr/bin/xas_iptables.sh resetAll"});
 }
 
 void xasMakeWorkDirs()

@@ -14,19 +14,15 @@ struct XasOptions {
     bool exitAtOnce = false;                  /**< nothing more to do; the exit status is 0 */
 };
 
-/**
- * Reads the command line: "-c file", "-f", "-h", "-v" and their long forms; prints the usage or, for an
- * unknown option, says so on standard output and goes on. Reading stops at "-h" and "-v".
- */
+/** Reads the command line: "-c file", "-f", "-h", "-v" and their long forms; prints the usage or, for an
+ * unknown option, says so on standard output and goes on. Reading stops at "-h" and "-v". */
 XasOptions xasParseOptions(int argc, char *argv[]);
 
 /** Loads the application list. Returns 0, or non-zero after telling why on standard error. */
 int xasOpenAppList(const std::string &path, XasAppList &apps);
 
-/**
- * Goes into the background: a new process in a session of its own, in "/", with umask 0 and the standard
- * streams left open. Returns in the new process; elsewhere gives the status to exit with.
- */
+/** Goes into the background: a new process in a session of its own, in "/", with umask 0 and the standard
+ * streams left open. Returns in the new process; elsewhere gives the status to exit with. */
 std::optional<int> xasDetach();
 
 /** Runs "/usr/bin/xas_iptables.sh resetAll"; its result does not matter. */

@@ -20,15 +20,15 @@ struct KnownElement {
     Element id;
 };
 
-constexpr std::array KNOWN_ELEMENTS = {
-    KnownElement{"APP", Element::app},
-    KnownElement{"NAME", Element::name},
-    KnownElement{"EXE", Element::exe},
-    KnownElement{"STARTSCRIPT", Element::startScript},
-    KnownElement{"STOPSCRIPT", Element::stopScript},
-    KnownElement{"CFGFILE", Element::cfgFile},
-    KnownElement{"TYPE", Element::type},
-    KnownElement{"PATH", Element::path},
+constexpr KnownElement KNOWN_ELEMENTS[] = {
+    {"APP", Element::app},
+    {"NAME", Element::name},
+    {"EXE", Element::exe},
+    {"STARTSCRIPT", Element::startScript},
+    {"STOPSCRIPT", Element::stopScript},
+    {"CFGFILE", Element::cfgFile},
+    {"TYPE", Element::type},
+    {"PATH", Element::path},
 };
 
 constexpr std::size_t CHUNK_SIZE = 2048;
@@ -130,7 +130,7 @@ void onStartElement(ListBuilder &builder, std::string_view name)
 {
     builder.pieces = 0;
     const auto *const known = std::ranges::find(KNOWN_ELEMENTS, name, &KnownElement::name);
-    if (known != KNOWN_ELEMENTS.end())
+    if (known != std::end(KNOWN_ELEMENTS))
         builder.current = known->id;
     if (builder.current == Element::app)
         startApp(builder);
@@ -163,8 +163,7 @@ void onEndElement(ListBuilder &builder, std::string_view name)
     }
 }
 
-/** Runs a handler for the parser, whose C code no exception may pass: an element without memory is skipped.
- */
+/** Runs a handler for the parser, whose C code no exception may pass; without memory an element is lost. */
 template <class Handler>
 void guarded(void *data, Handler handler) noexcept
 {

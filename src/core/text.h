@@ -29,11 +29,9 @@ std::string_view xasNextToken(std::string_view &rest, std::string_view delimiter
 /** The first token of a line; its line end is never part of a token. */
 std::string_view xasFirstToken(std::string_view line, std::string_view delimiters);
 
-/**
- * Calls `use` with every piece of `text` that a 512-byte fgets loop would see: lines with their line feed, a
+/** Calls `use` with every piece of `text` that a 512-byte fgets loop would see: lines with their line feed, a
  * longer line in pieces of 511 characters. A piece ends at an embedded NUL, as it does for C's text
- * functions.
- */
+ * functions. */
 template <class Use>
 void xasForEachLine(std::string_view text, Use use)
 {

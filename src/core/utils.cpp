@@ -9,9 +9,9 @@
 #include "platform/config_library.h"
 #include "wire/eth_message.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <array>
-#include <cstdio>
 #include <fcntl.h>
 #include <netdb.h>
 #include <new>
@@ -19,6 +19,11 @@
 #include <unistd.h>
 
 namespace {
+
+/** Stands for the text of an address that has none. */
+constexpr const char *NO_ADDRESS_TEXT = "<invalid>";
+
+constexpr std::size_t PREFIX_TEXT_MAX = 49;
 
 bool isOfKind(const char *path, mode_t kind)
 {
@@ -44,14 +49,12 @@ struct Pipe {
     Pipe &operator=(const Pipe &) = delete;
 };
 
-std::uint32_t resolve(const char *name)
+XasIPv4 resolve(const char *name)
 {
     const hostent *host = ::gethostbyname(name);
     if (host == nullptr || host->h_addrtype != AF_INET || host->h_addr_list[0] == nullptr)
         return XAS_NO_IPV4;
-    std::uint32_t address = 0;
-    std::memcpy(&address, host->h_addr_list[0], sizeof address);
-    return address;
+    return xasIPv4At(host->h_addr_list[0]);
 }
 
 bool storedPort(unsigned port, XasEthPort &stored)
@@ -65,54 +68,50 @@ bool storedPort(unsigned port, XasEthPort &stored)
 
 } // namespace
 
-std::uint32_t xasNetworkAddr(std::uint32_t address, std::uint32_t mask)
+XasIPv4 xasNetworkAddr(XasIPv4 address, XasIPv4 mask)
 {
-    return address & mask;
+    return {address.bits & mask.bits};
 }
 
-std::uint32_t xasBroadcastAddr(std::uint32_t address, std::uint32_t mask)
+XasIPv4 xasBroadcastAddr(XasIPv4 address, XasIPv4 mask)
 {
-    return (address & mask) | ~mask;
+    return {(address.bits & mask.bits) | ~mask.bits};
 }
 
-const char *xasIPv4ToStr(std::uint32_t address)
+std::string xasIPv4ToStr(XasIPv4 address)
 {
-    return ::inet_ntoa(in_addr{.s_addr = address});
+    return ::inet_ntoa(in_addr{.s_addr = address.bits});
 }
 
-const char *xasIPv6ToStr(const unsigned char *address)
+std::string xasIPv6ToStr(const unsigned char *address)
 {
-    static std::array<char, INET6_ADDRSTRLEN> text{};
+    std::array<char, INET6_ADDRSTRLEN> text{};
     if (::inet_ntop(AF_INET6, address, text.data(), text.size()) == nullptr) {
         xasLogError("Error IPv6 address format");
-        return "<invalid>";
+        return NO_ADDRESS_TEXT;
     }
     return text.data();
 }
 
-const char *xasIPv6PrefixToStr(const unsigned char *address, std::uint32_t prefix)
+std::string xasIPv6PrefixToStr(const unsigned char *address, std::uint32_t prefix)
 {
-    static std::array<char, 50> text{};
-    std::array<char, INET6_ADDRSTRLEN> plain{};
-    if (::inet_ntop(AF_INET6, address, plain.data(), plain.size()) == nullptr) {
-        xasLogError("Error IPv6 address format");
-        return "<invalid>";
-    }
-    std::snprintf(text.data(), text.size(), "%s/%d", plain.data(), static_cast<int>(prefix));
-    return text.data();
+    const std::string text = xasIPv6ToStr(address);
+    if (text == NO_ADDRESS_TEXT)
+        return text;
+    return xasFormat("%s/%d", text.c_str(), static_cast<int>(prefix)).substr(0, PREFIX_TEXT_MAX);
 }
 
-std::uint32_t xasHostByName(const std::string &name)
+XasIPv4 xasHostByName(const std::string &name)
 {
     // The resolver blocks for seconds when no server answers: a child asks it, so that signals are served.
     const Pipe answer;
     const pid_t pid = xasFork();
     if (pid == 0) {
-        const std::uint32_t address = resolve(name.c_str());
+        const XasIPv4 address = resolve(name.c_str());
         ::_exit(::write(answer.ends[1], &address, sizeof address) == sizeof address ? 0 : 1);
     }
     int status = 0;
-    std::uint32_t address = XAS_NO_IPV4;
+    XasIPv4 address = XAS_NO_IPV4;
     if (pid < 0 || !xasWaitForChild(pid, status) || status != 0 ||
         ::read(answer.ends[0], &address, sizeof address) != sizeof address)
         return XAS_NO_IPV4;
@@ -123,11 +122,8 @@ std::string xasHostToStr(const XasHostAddr &host)
 {
     if (host.is_name != 0)
         return xasFieldString(host.value);
-    if (host.is_ipv6 == 0) {
-        std::uint32_t address = 0;
-        std::memcpy(&address, host.value, sizeof address);
-        return xasIPv4ToStr(address);
-    }
+    if (host.is_ipv6 == 0)
+        return xasIPv4ToStr(xasIPv4At(host.value));
     std::array<unsigned char, 16> address{};
     std::memcpy(address.data(), host.value, address.size());
     return xasIPv6ToStr(address.data());
@@ -158,23 +154,18 @@ int xasMakeDirPath(const char *path)
     std::string prefix;
     for (auto name = xasNextToken(rest, "/"); !name.empty(); name = xasNextToken(rest, "/")) {
         prefix.append("/").append(name);
-        if (xasIsDirectory(prefix.c_str()) == 0 && ::mkdir(prefix.c_str(), 0755) != 0) {
-            xasLogError("Error making directory %s\n", prefix.c_str());
-            return 1;
-        }
+        if (xasIsDirectory(prefix.c_str()) == 0 && ::mkdir(prefix.c_str(), 0755) != 0)
+            return xasLogFailure("Error making directory %s\n", prefix.c_str());
     }
     return 0;
 }
 
-char *xasTrimString(char *str)
+std::string_view xasTrimString(std::string_view str)
 {
-    xasAssertGiven(str, "str");
-    constexpr const char *BLANKS = " \t";
-    char *begin = str + std::strspn(str, BLANKS);
-    const std::string_view rest = begin;
-    if (!rest.empty())
-        begin[rest.find_last_not_of(BLANKS) + 1] = '\0';
-    return begin;
+    xasAssertGiven(str.data(), "str");
+    constexpr std::string_view BLANKS = " \t";
+    str.remove_prefix(std::min(str.find_first_not_of(BLANKS), str.size()));
+    return str.substr(0, str.find_last_not_of(BLANKS) + 1);
 }
 
 int xasIsExecutable(std::string_view commandLine)
@@ -197,10 +188,8 @@ int xasIsExecutable(std::string_view commandLine)
 
 int xasGetEthCfg(XasMessage &record)
 {
-    if (xmlGetMsg(stdout, XMSG_ETH, &record) != 0) {
-        xasLogError("Error getting Ethernet configuration\n");
-        return 1;
-    }
+    if (xmlGetMsg(stdout, XMSG_ETH, &record) != 0)
+        return xasLogFailure("Error getting Ethernet configuration\n");
     return 0;
 }
 

@@ -9,24 +9,23 @@
 #include <string>
 #include <string_view>
 
-/** `address` AND `mask`; IPv4 values in network byte order here and below. */
-std::uint32_t xasNetworkAddr(std::uint32_t address, std::uint32_t mask);
+/** `address` AND `mask`. */
+XasIPv4 xasNetworkAddr(XasIPv4 address, XasIPv4 mask);
 
 /** (`address` AND `mask`) OR NOT `mask`. */
-std::uint32_t xasBroadcastAddr(std::uint32_t address, std::uint32_t mask);
+XasIPv4 xasBroadcastAddr(XasIPv4 address, XasIPv4 mask);
 
-/** Dotted text of an IPv4 address; lives until the next call. */
-const char *xasIPv4ToStr(std::uint32_t address);
+/** Dotted text of an IPv4 address. */
+std::string xasIPv4ToStr(XasIPv4 address);
 
-/** Text of a 16-byte IPv6 address; lives until the next call. "<invalid>", logged, when there is none. */
-const char *xasIPv6ToStr(const unsigned char *address);
+/** Text of a 16-byte IPv6 address. "<invalid>", logged, when there is none. */
+std::string xasIPv6ToStr(const unsigned char *address);
 
-/** "<address>/<prefix>"; lives until the next call. "<invalid>", logged, when there is no text. */
-const char *xasIPv6PrefixToStr(const unsigned char *address, std::uint32_t prefix);
+/** "<address>/<prefix>", at most 49 characters. "<invalid>", logged, when there is no text. */
+std::string xasIPv6PrefixToStr(const unsigned char *address, std::uint32_t prefix);
 
-/** The first IPv4 address of a host name; XAS_NO_IPV4 when it does not resolve. Signals are served meanwhile.
- */
-std::uint32_t xasHostByName(const std::string &name);
+/** The first IPv4 address of a host name; none when it does not resolve. Signals are served meanwhile. */
+XasIPv4 xasHostByName(const std::string &name);
 
 /** The name, the IPv4 text or the IPv6 text of a host record. */
 std::string xasHostToStr(const XasHostAddr &host);
@@ -40,14 +39,12 @@ int xasIsRegularFile(const char *path);
 /** 1 when `path` is a directory, links followed. */
 int xasIsDirectory(const char *path);
 
-/**
- * Creates every missing directory along an absolute path, mode 0755. Returns 0; 1 after logging the one that
- * cannot be made. A relative path is logged, creates nothing and counts as done.
- */
+/** Creates every missing directory along an absolute path, mode 0755. Returns 0; 1 after logging the one that
+ * cannot be made. A relative path is logged, creates nothing and counts as done. */
 int xasMakeDirPath(const char *path);
 
-/** Cuts blanks and tabs off both ends in place; returns where the text now begins. */
-char *xasTrimString(char *str);
+/** `str` without the blanks and tabs at both ends; what is left begins where it did in `str`. */
+std::string_view xasTrimString(std::string_view str);
 
 /** 1 when the first word of a command line is a file that is no directory and its owner may execute it. */
 int xasIsExecutable(std::string_view commandLine);

@@ -39,28 +39,22 @@ void xasSetClock(const XasClock &clock);
 /** The system's own clock. */
 XasClock xasSystemClock();
 
-/**
- * Installs the handlers with sigaction (empty mask, SA_RESTART | SA_SIGINFO): SIGCHLD, SIGALRM, SIGHUP and
- * SIGTERM, and ignores SIGPIPE. Before this call waits only wait, and a child is waited for by blocking.
- */
+/** Installs the handlers with sigaction (empty mask, SA_RESTART | SA_SIGINFO): SIGCHLD, SIGALRM, SIGHUP and
+ * SIGTERM, and ignores SIGPIPE. Before this call waits only wait, and a child is waited for by blocking. */
 void xasInstallSignals(XasSignalService service);
 
 /** Waits for `duration`, serving signals; what is pending when it begins or ends is served too. */
 void xasWait(std::chrono::milliseconds duration);
 
-/**
- * Waits for a child of this process, serving signals. Returns true and its wait status; false when it is not
- * this process's to wait for (any more).
- */
+/** Waits for a child of this process, serving signals. Returns true and its wait status; false when it is not
+ * this process's to wait for (any more). */
 bool xasWaitForChild(pid_t pid, int &status);
 
 /** The time of day; non-zero when it cannot be had. */
 int xasWallTime(timeval &now);
 
-/**
- * Keeps the exit of `pid` from being served while this object lives: a new daemon's record must hold its pid
- * before its death can be matched.
- */
+/** Keeps the exit of `pid` from being served while this object lives: a new daemon's record must hold its pid
+ * before its death can be matched. */
 class XasHeldChild {
   public:
     explicit XasHeldChild(pid_t pid);

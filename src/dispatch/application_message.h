@@ -11,8 +11,6 @@ struct XasApplicationPayload {
 
 namespace xasApplicationFields {
 
-using enum XasFieldKind;
-
 inline constexpr XasValueName APPLICATIONS[] = {
     {0, "xdd"}, {1, "xld"}, {2, "snmptrapd"}, {3, "portmap"}, {4, "xpb"}};
 

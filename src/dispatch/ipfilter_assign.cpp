@@ -29,7 +29,7 @@ void listInputRules(const std::string &interface)
     XasShellCommand command{
         "XTABLES_LIBDIR=/libexec/xtables; export XTABLES_LIBDIR; /bin/iptables -L INPUT -v -n |grep "};
     command.word(interface).text(" > /tmp/xas_ipfilter.txt");
-    xasSystem(command);
+    xasTrySystem(command);
 }
 
 /** "-A" or "-D" of one jump rule. Returns true when iptables did it. */
@@ -37,7 +37,7 @@ bool changeJumpRule(XasLiteral action, std::string_view interface, std::string_v
 {
     XasShellCommand command{"XTABLES_LIBDIR=/libexec/xtables; export XTABLES_LIBDIR; /bin/iptables "};
     command.text(action).text(" INPUT -i ").word(interface).text(" -j ").word(target);
-    return command.fit(XAS_FILTER_COMMAND_SIZE) && xasExitedWell(xasSystem(command));
+    return command.fit(XAS_FILTER_COMMAND_SIZE) && xasSystem(command).exitedWell();
 }
 
 /** The third and the sixth column of a line of the listing: where the rule jumps, and its input interface. */
@@ -84,7 +84,6 @@ int xasIPFilterAssign(const XasMessage *msg, XasReplyStatus *reply)
     const std::string filterName{xasFieldText(assignment.filterName)};
     if (filterName.empty() || changeJumpRule("-A", interface, filterName))
         return 0;
-    xasLogError("Cannot add IP Filter %s for interface %s from INPUT chain.\n", filterName.c_str(),
-                interface.c_str());
-    return 1;
+    return xasLogFailure("Cannot add IP Filter %s for interface %s from INPUT chain.\n", filterName.c_str(),
+                         interface.c_str());
 }

@@ -21,7 +21,7 @@ int xasIPFilterEnable(bool enabled, XasReplyStatus *reply)
         xasSetReply(*reply, XAS_FILTER_SWITCHING_FAILED);
         return 1;
     }
-    xasSystem(XasShellCommand{
+    xasTrySystem(XasShellCommand{
         "XTABLES_LIBDIR=/libexec/xtables;export XTABLES_LIBDIR;/bin/iptables -D INPUT -j ACCEPT"});
     filterEnabled = true;
     xasLogInfo("IP Filter enabled.\n");
@@ -49,12 +49,10 @@ int xasIPFilterApplySettings()
 
 int xasIPFilterDisable()
 {
-    const int status = xasSystem(XasShellCommand{
-        "XTABLES_LIBDIR=/libexec/xtables;export XTABLES_LIBDIR;/bin/iptables -I INPUT 1 -j ACCEPT"});
-    if (!xasExitedWell(status)) {
-        xasLogError("Error disabling IP Filter.\n");
-        return 1;
-    }
+    const XasShellCommand acceptAll{
+        "XTABLES_LIBDIR=/libexec/xtables;export XTABLES_LIBDIR;/bin/iptables -I INPUT 1 -j ACCEPT"};
+    if (!xasSystem(acceptAll).exitedWell())
+        return xasLogFailure("Error disabling IP Filter.\n");
     filterEnabled = false;
     xasLogInfo("IP Filter disabled.\n");
     return 0;

@@ -1,7 +1,8 @@
-/** The payloads of XMSG_IPFILTER_SET and XMSG_IPFILTER_ASSIGN. IPv4 values are in network byte order. */
+/** The payloads of XMSG_IPFILTER_SET and XMSG_IPFILTER_ASSIGN. */
 #ifndef XAS_DISPATCH_IPFILTER_MESSAGE_H
 #define XAS_DISPATCH_IPFILTER_MESSAGE_H
 
+#include "wire/address.h"
 #include "wire/field.h"
 
 /** What an XMSG_IPFILTER_SET asks for. */
@@ -9,8 +10,8 @@ enum XasFilterAction : std::uint32_t { XAS_FILTER_CREATE = 0, XAS_FILTER_REPLACE
 
 /** One rule of a filter set. */
 struct XasIpFilterRule {
-    std::uint32_t ip;         /**< source address, or the first of a range */
-    std::uint32_t range_end;  /**< the last of a range; 0xFFFFFFFF = no range */
+    XasIPv4 ip;               /**< source address, or the first of a range */
+    XasIPv4 range_end;        /**< the last of a range; none: no range */
     std::uint32_t masklength; /**< prefix length where there is no range */
     std::uint32_t protocol;   /**< protocol code; 0 = the rule is skipped */
     char portrange[16];       /**< destination ports, separated by commas; empty = any */
@@ -40,12 +41,8 @@ struct XasIpFilterAssignPayload {
 
 namespace xasIpFilterFields {
 
-using enum XasFieldKind;
-
-inline constexpr XasMsgGroup RULES = {.name = "rule",
-                                      .place = XAS_PLACE(XasIpFilterSetPayload, rules),
-                                      .stride = sizeof(XasIpFilterRule),
-                                      .meaning = "the rules, tried in this order"};
+inline constexpr XasMsgGroup RULES =
+    XAS_GROUP("rule", XasIpFilterSetPayload, rules, "the rules, tried in this order");
 
 inline constexpr XasValueName ACTIONS[] = {
     {XAS_FILTER_CREATE, "create"}, {XAS_FILTER_REPLACE, "replace"}, {XAS_FILTER_REMOVE, "remove"}};
@@ -66,29 +63,26 @@ inline constexpr XasMsgField SET_FIELDS[] = {
     XAS_FIELD(XasIpFilterSetPayload, num_rules, number, "how many rules there are")
         .within(0, XAS_FILTER_RULES_MAX)
         .counting(RULES),
-    xasField("ip", XAS_PLACE(XasIpFilterSetPayload, rules[0].ip), ipv4,
-             "source address, or the first one of a range")
+    XAS_FIELD_OF(XasIpFilterSetPayload, rules[0], ip, ipv4, "source address, or the first one of a range")
         .in(RULES),
-    xasField("range_end", XAS_PLACE(XasIpFilterSetPayload, rules[0].range_end), ipv4,
-             "last source address of a range")
+    XAS_FIELD_OF(XasIpFilterSetPayload, rules[0], range_end, ipv4, "last source address of a range")
         .orNone()
         .byDefault("none")
         .in(RULES),
-    xasField("masklength", XAS_PLACE(XasIpFilterSetPayload, rules[0].masklength), number,
-             "prefix length of the address where there is no range")
+    XAS_FIELD_OF(XasIpFilterSetPayload, rules[0], masklength, number,
+                 "prefix length of the address where there is no range")
         .within(0, 32)
         .byDefault("32")
         .in(RULES),
-    xasField("protocol", XAS_PLACE(XasIpFilterSetPayload, rules[0].protocol), choice,
-             "the packets meant; none: the rule is skipped")
+    XAS_FIELD_OF(XasIpFilterSetPayload, rules[0], protocol, choice,
+                 "the packets meant; none: the rule is skipped")
         .of(PROTOCOLS)
         .byDefault("all")
         .in(RULES),
-    xasField("portrange", XAS_PLACE(XasIpFilterSetPayload, rules[0].portrange), text,
-             "destination ports and ranges as in 22,8000:8080; empty: any")
+    XAS_FIELD_OF(XasIpFilterSetPayload, rules[0], portrange, text,
+                 "destination ports and ranges as in 22,8000:8080; empty: any")
         .in(RULES),
-    xasField("target", XAS_PLACE(XasIpFilterSetPayload, rules[0].target), choice,
-             "what becomes of the packet")
+    XAS_FIELD_OF(XasIpFilterSetPayload, rules[0], target, choice, "what becomes of the packet")
         .of(TARGETS)
         .in(RULES),
 };

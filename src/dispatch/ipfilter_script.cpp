@@ -8,7 +8,6 @@
 #include "platform/config_library.h"
 
 #include <algorithm>
-#include <array>
 #include <span>
 #include <unistd.h>
 
@@ -19,15 +18,15 @@ constexpr const char *WORKING_SCRIPT = "/tmp/xas_iptables.sh";
 enum Protocol : std::uint32_t { PROTOCOL_NONE = 0, PROTOCOL_ALL = 1, PROTOCOL_ICMP = 6, PROTOCOL_ECHO = 7 };
 
 /** The iptables options of the protocol codes from 1 on; a higher code takes those of PROTOCOL_ECHO. */
-constexpr std::array PROTOCOL_OPTIONS = {
-    XasLiteral{" -p ALL "},
-    XasLiteral{" -p tcp "},
-    XasLiteral{" -p tcp --syn "},
-    XasLiteral{" -p tcp ! --syn "},
-    XasLiteral{" -p udp "},
-    XasLiteral{" -p icmp "},
-    XasLiteral{" -p icmp --icmp-type echo-request "},
-    XasLiteral{" -p 50 "},
+constexpr XasLiteral PROTOCOL_OPTIONS[] = {
+    " -p ALL ",
+    " -p tcp ",
+    " -p tcp --syn ",
+    " -p tcp ! --syn ",
+    " -p udp ",
+    " -p icmp ",
+    " -p icmp --icmp-type echo-request ",
+    " -p 50 ",
 };
 
 constexpr unsigned ETHERNET_PORTS = 2;
@@ -35,14 +34,13 @@ constexpr unsigned PPP_LINKS = 51;
 
 XasLiteral protocolOption(std::uint32_t protocol)
 {
-    return PROTOCOL_OPTIONS[protocol <= PROTOCOL_OPTIONS.size() ? protocol - 1 : PROTOCOL_ECHO - 1];
+    return PROTOCOL_OPTIONS[protocol <= std::size(PROTOCOL_OPTIONS) ? protocol - 1 : PROTOCOL_ECHO - 1];
 }
 
 XasLiteral targetOption(std::uint32_t target)
 {
-    constexpr std::array TARGETS = {XasLiteral{" -j ACCEPT"}, XasLiteral{" -j REJECT"},
-                                    XasLiteral{" -j DROP"}};
-    return TARGETS[std::min<std::size_t>(target, TARGETS.size() - 1)];
+    constexpr XasLiteral TARGETS[] = {" -j ACCEPT", " -j REJECT", " -j DROP"};
+    return TARGETS[std::min<std::size_t>(target, std::size(TARGETS) - 1)];
 }
 
 /** Adds a line; one that is too long is cut, or left out where a cut would change its meaning. */
@@ -62,7 +60,7 @@ void addChainLine(XasFilterLines &lines, XasLiteral action, std::string_view cha
 
 void appendSource(XasShellCommand &command, const XasIpFilterRule &rule)
 {
-    if (rule.range_end != XAS_NO_IPV4) {
+    if (!rule.range_end.isNone()) {
         command.text("-m iprange --src-range ").word(xasIPv4ToStr(rule.ip));
         command.text("-").word(xasIPv4ToStr(rule.range_end));
     } else {
@@ -199,7 +197,7 @@ int xasIPFilterCopyScript()
 {
     ::unlink(WORKING_SCRIPT);
     const XasShellCommand copy{"/bin/cp -af /usr/bin/xas_iptables.sh /tmp/xas_iptables.sh > /dev/null 2>&1"};
-    return xasExitedWell(xasSystem(copy)) ? 0 : 1;
+    return xasSystem(copy).exitedWell() ? 0 : 1;
 }
 
 XasFile xasIPFilterOpenScript()
@@ -219,5 +217,5 @@ int xasIPFilterEndScript(XasFile script)
 int xasIPFilterRunScript(XasLiteral reset)
 {
     XasShellCommand command{"/tmp/xas_iptables.sh "};
-    return xasExitedWell(xasSystem(command.text(reset))) ? 0 : 1;
+    return xasSystem(command.text(reset)).exitedWell() ? 0 : 1;
 }

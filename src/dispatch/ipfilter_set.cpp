@@ -27,11 +27,7 @@ int writeSet(const XasMessage &msg, std::uint32_t action, FILE *script)
 /** Asks XMS for a set; its rules go into the script when there are any. */
 int writeSetOfXms(std::uint8_t number, FILE *script)
 {
-    XasMessage request{};
-    request.xH.msgtype = XMSG_IPFILTER_SET;
-    request.xH.action = XAS_ACTION_GET;
-    request.xH.sender = XAS_SENDER_APP;
-    request.xH.id = xasNextMsgId();
+    XasMessage request = xasNewMessage(XMSG_IPFILTER_SET, XAS_ACTION_GET);
     XasIpFilterSetPayload wanted{};
     wanted.id = number;
     xasWritePayload(request, wanted);
@@ -55,12 +51,6 @@ void applyAfterReset()
 {
     xasIPFilterNoteReset();
     xasIPFilterApplySettings();
-}
-
-int failInit(const char *logText)
-{
-    xasLogError("%s", logText);
-    return 1;
 }
 
 } // namespace
@@ -88,17 +78,17 @@ int xasIPFilterSet(const XasMessage *msg, XasReplyStatus *reply)
 int xasIPFilterInit()
 {
     if (xasIPFilterCopyScript() != 0)
-        return failInit("Error initializing IP Filter (cannot copy IP Filter script).\n");
+        return xasLogFailure("Error initializing IP Filter (cannot copy IP Filter script).\n");
     XasFile script = xasIPFilterOpenScript();
     if (!script)
-        return failInit("Error initializing IP Filter (cannot open IP Filter script).\n");
+        return xasLogFailure("Error initializing IP Filter (cannot open IP Filter script).\n");
     bool complete = true;
     for (std::uint8_t number = 1; number <= SETS; ++number)
         complete = writeSetOfXms(number, script.get()) == 0 && complete;
     complete = xasIPFilterAddInput(script.get()) == 0 && complete;
     const bool ended = xasIPFilterEndScript(std::move(script)) == 0;
     if (!complete || !ended || xasIPFilterRunScript("resetAll") != 0)
-        return failInit("Error initializing IP Filter (cannot run IP Filter script).\n");
+        return xasLogFailure("Error initializing IP Filter (cannot run IP Filter script).\n");
     applyAfterReset();
     xasLogInfo("IP Filter initialized.\n");
     return 0;

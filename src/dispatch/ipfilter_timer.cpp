@@ -49,14 +49,10 @@ void clearTimer()
 
 int startTest(bool enabled, std::int32_t minutes, XasReplyStatus *reply)
 {
-    if (!enabled) {
-        xasLogError("Failed to start IP Filter Test Timer: must enable IP Filter first.\n");
-        return 1;
-    }
-    if (xasIPFilterEnable(enabled, reply) != 0) {
-        xasLogError("Failed to start IP Filter Test Timer.\n");
-        return 1;
-    }
+    if (!enabled)
+        return xasLogFailure("Failed to start IP Filter Test Timer: must enable IP Filter first.\n");
+    if (xasIPFilterEnable(enabled, reply) != 0)
+        return xasLogFailure("Failed to start IP Filter Test Timer.\n");
     startTimer(minutes);
     return 0;
 }
@@ -64,11 +60,7 @@ int startTest(bool enabled, std::int32_t minutes, XasReplyStatus *reply)
 /** Tells XMS that the filter is off. Returns 0 when it accepts. */
 int reportDisabled()
 {
-    XasMessage update{};
-    update.xH.msgtype = XMSG_FIREWALL;
-    update.xH.action = XAS_ACTION_SET;
-    update.xH.sender = XAS_SENDER_APP;
-    update.xH.id = xasNextMsgId();
+    const XasMessage update = xasNewMessage(XMSG_FIREWALL, XAS_ACTION_SET);
     xasSendMessage(&update);
 
     XasMessage answer{};
@@ -78,9 +70,8 @@ int reportDisabled()
     if (isAcknowledgement && answer.xH.orig_id == update.xH.id && reply.success != 0)
         return 0;
     const std::string reason{isAcknowledgement ? xasFieldText(reply.rstr) : std::string_view{}};
-    xasLogError("Cannot update IP Filter settings (%s).\n",
-                reason.empty() ? "message queue error" : reason.c_str());
-    return 1;
+    return xasLogFailure("Cannot update IP Filter settings (%s).\n",
+                         reason.empty() ? "message queue error" : reason.c_str());
 }
 
 } // namespace

@@ -86,11 +86,7 @@ int sendAcknowledgement(const XasMessage &msg, bool applied, const XasReplyStatu
     payload.complete = 1;
     payload.rcode = reply.rcode;
     xasSetFieldText(payload.rstr, reply.rstr);
-    XasMessage answer{};
-    answer.xH.msgtype = XMSG_ACKNAK;
-    answer.xH.action = XAS_ACTION_RETURN;
-    answer.xH.sender = XAS_SENDER_APP;
-    answer.xH.id = xasNextMsgId();
+    XasMessage answer = xasNewMessage(XMSG_ACKNAK, XAS_ACTION_RETURN);
     answer.xH.orig_id = msg.xH.id;
     xasWritePayload(answer, payload);
     return xasSendMessage(&answer);

@@ -12,10 +12,8 @@
 #include "core/appmgr.h"
 #include "core/msgqueue.h"
 
-/**
- * Receives one message and handles it; `idle` is done while none waits. Returns the result of receiving when
- * that failed, 0 for a notification, else the result of sending the acknowledgement.
- */
+/** Receives one message and handles it; `idle` is done while none waits. Returns the result of receiving when
+ * that failed, 0 for a notification, else the result of sending the acknowledgement. */
 int xasProcessMsg(XasAppList &apps, const XasIdleWork &idle);
 
 #endif

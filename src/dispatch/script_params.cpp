@@ -50,15 +50,11 @@ int setPortCode(XasApp &app, const XasEthPort &port, unsigned index, bool force)
 {
     const unsigned name = index + 1;
     const int code = xasGetNetScriptCode(&port, force);
-    if (!isDigit(code)) {
-        xasLogError("Error %d generating Eth%u network script parameter\n", code, name);
-        return 1;
-    }
+    if (!isDigit(code))
+        return xasLogFailure("Error %d generating Eth%u network script parameter\n", code, name);
     setCode(app, index == 0 ? ETH1_FROM_END : ETH2_FROM_END, code);
-    if (code != '0' && xasEnableNetPort(index) != 0) {
-        xasLogError("Error enabling network link %u\n", name);
-        return 1;
-    }
+    if (code != '0' && xasEnableNetPort(index) != 0)
+        return xasLogFailure("Error enabling network link %u\n", name);
     return 0;
 }
 
@@ -112,14 +108,10 @@ int xasSetNetScriptOpts(XasApp &app, const XasEthPayload &eth, std::uint32_t las
     const bool bondingChanged = eth.bonding != lastBonding;
     const bool anyPort = eth.ports[0].marker != 0 || eth.ports[1].marker != 0;
     const bool force = bondingChanged || (eth.bonding != 0 && anyPort);
-    if (!endsInCodes(*app.stopScript)) {
-        xasLogError("Invalid network stop script:\n %s\n", app.stopScript->c_str());
-        return 1;
-    }
-    if (!endsInCodes(*app.startScript)) {
-        xasLogError("Invalid network start script:\n %s\n", app.startScript->c_str());
-        return 1;
-    }
+    if (!endsInCodes(*app.stopScript))
+        return xasLogFailure("Invalid network stop script:\n %s\n", app.stopScript->c_str());
+    if (!endsInCodes(*app.startScript))
+        return xasLogFailure("Invalid network start script:\n %s\n", app.startScript->c_str());
     for (unsigned port = 0; port < XAS_ETH_PORTS; ++port) {
         if (setPortCode(app, eth.ports[port], port, force) != 0)
             return 1;
@@ -134,25 +126,20 @@ int xasSetNatScriptOpts(const XasMessage *msg, XasApp *app, XasAppList &apps)
     xasAssert(XMSG_NAT_NOTIFY == msg->xH.msgtype, "XMSG_NAT_NOTIFY == msg->xH.msgtype");
     xasAssert(app->startScript.has_value(), "((void *)0) != app->startScript");
     const XasApp *router = xasFindApp("router", apps);
-    if (router == nullptr) {
-        xasLogError("Could not find routing application in app list\n");
-        return 1;
-    }
+    if (router == nullptr)
+        return xasLogFailure("Could not find routing application in app list\n");
+    const auto notice = xasReadPayload<XasNatNotifyPayload>(*msg);
     std::string &script = *app->startScript;
     const std::size_t first = script.find(' ');
-    if (first == std::string::npos) {
-        xasLogError("Error getting the first nat script parameter\n");
-        return 1;
-    }
-    overwrite(script, first + 1, xasPayloadWord<0>(*msg) != 0 ? "add" : "del");
+    if (first == std::string::npos)
+        return xasLogFailure("Error getting the first nat script parameter\n");
+    overwrite(script, first + 1, notice.add != 0 ? "add" : "del");
     const std::size_t second = script.find(' ', first + 1);
-    if (second == std::string::npos) {
-        xasLogError("Error getting the second nat script parameter\n");
-        return 1;
-    }
+    if (second == std::string::npos)
+        return xasLogFailure("Error getting the second nat script parameter\n");
     overwrite(script, second + 1, router->running != 0 ? "1" : "0");
     script.resize(second + 3, ' ');
-    script += xasIPv4ToStr(xasPayloadWord<1>(*msg));
+    script += xasIPv4ToStr(notice.address);
     return 0;
 }
 
@@ -160,14 +147,10 @@ int xasSetLinkScriptOpts(const XasMessage &msg, std::string &startScript)
 {
     const auto notice = xasReadPayload<XasNotifyPayload>(msg);
     const std::size_t first = startScript.find(' ');
-    if (first == std::string::npos) {
-        xasLogError("Error getting the first netlink script parameter\n");
-        return 1;
-    }
-    if (notice.code != XAS_LINK_UP && notice.code != XAS_LINK_DOWN) {
-        xasLogError("Invalid notify message of type %d received\n", static_cast<int>(notice.code));
-        return 1;
-    }
+    if (first == std::string::npos)
+        return xasLogFailure("Error getting the first netlink script parameter\n");
+    if (notice.code != XAS_LINK_UP && notice.code != XAS_LINK_DOWN)
+        return xasLogFailure("Invalid notify message of type %d received\n", static_cast<int>(notice.code));
     constexpr std::string_view LINK_UP = "linkup ";
     constexpr std::string_view LINK_DOWN = "linkdn ";
     overwrite(startScript, first + 1, notice.code == XAS_LINK_UP ? LINK_UP : LINK_DOWN);

@@ -20,10 +20,8 @@ int xasGetEthModeCode(std::uint32_t mode);
 /** The script code of a port: '0' when it is not in use and `force` is off, else its mode's code. */
 int xasGetNetScriptCode(const XasEthPort *eth, bool force);
 
-/**
- * Sets the codes of the "eth" scripts; nothing is done when either script is missing or empty.
- * `lastBonding` is the bonding word of the last Ethernet message that was applied completely.
- */
+/** Sets the codes of the "eth" scripts; nothing is done when either script is missing or empty.
+ * `lastBonding` is the bonding word of the last Ethernet message that was applied completely. */
 int xasSetNetScriptOpts(XasApp &app, const XasEthPayload &eth, std::uint32_t lastBonding);
 
 /** Sets the parameters of the "nat" start script, which must be there, from an XMSG_NAT_NOTIFY. */

@@ -22,24 +22,18 @@ bool hasStartScript(const XasApp &app)
     return !app.startScript.value_or("").empty();
 }
 
-bool restartRouter(const XasSettingWork &work)
+int restartRouter(const XasSettingWork &work)
 {
     XasApp *router = xasFindApp("router", work.apps);
-    if (router == nullptr) {
-        xasLogError("Could not find routing application in app list\n");
-        return false;
-    }
+    if (router == nullptr)
+        return xasLogFailure("Could not find routing application in app list\n");
     if (router->running == 0)
-        return true;
-    if (xasStopApp(*router, &work.reply) != 0) {
-        xasLogError("Error stopping routing application\n");
-        return false;
-    }
-    if (xasStartApp(*router, &work.reply) != 0) {
-        xasLogError("Error starting routing application\n");
-        return false;
-    }
-    return true;
+        return 0;
+    if (xasStopApp(*router, &work.reply) != 0)
+        return xasLogFailure("Error stopping routing application\n");
+    if (xasStartApp(*router, &work.reply) != 0)
+        return xasLogFailure("Error starting routing application\n");
+    return 0;
 }
 
 /** The NTP daemon resolves its servers once. */
@@ -64,8 +58,8 @@ void xasReplaceFirstLogger()
 {
     if (!kept.syslogFirstRun)
         return;
-    xasSystem(XasShellCommand{"/bin/killall syslogd"});
-    xasSystem(XasShellCommand{"/bin/killall klogd"});
+    xasTrySystem(XasShellCommand{"/bin/killall syslogd"});
+    xasTrySystem(XasShellCommand{"/bin/killall klogd"});
     kept.syslogFirstRun = false;
 }
 
@@ -93,7 +87,7 @@ std::string_view xasNisClientFor(const XasMessage &msg)
 
 bool xasFinishEth(const XasSettingWork &work, bool updated)
 {
-    if (!restartRouter(work))
+    if (restartRouter(work) != 0)
         return false;
     if (updated)
         kept.lastBondSetting = xasReadPayload<XasEthPayload>(work.msg).bonding;
@@ -102,14 +96,14 @@ bool xasFinishEth(const XasSettingWork &work, bool updated)
 
 bool xasTellLogger(const XasSettingWork & /*work*/, bool /*updated*/)
 {
-    xasSystem(XasShellCommand{"/bin/killall -SIGHUP syslogd"});
+    xasTrySystem(XasShellCommand{"/bin/killall -SIGHUP syslogd"});
     return true;
 }
 
 bool xasTellResolverUsers(const XasSettingWork &work, bool updated)
 {
     xasTellLogger(work, updated);
-    xasSystem(XasShellCommand{"/bin/killall -SIGHUP snmpd"});
+    xasTrySystem(XasShellCommand{"/bin/killall -SIGHUP snmpd"});
     restartNtpDaemon(work.apps);
     return true;
 }

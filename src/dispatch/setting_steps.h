@@ -21,8 +21,7 @@ bool xasSetLinkScript(const XasSettingWork &work);
 /** An authentication order that uses NIS starts the NIS client instead of its own application. */
 std::string_view xasNisClientFor(const XasMessage &msg);
 
-/** The routing daemons must see new interfaces: a router that runs is restarted. The bonding is remembered.
- */
+/** The routing daemons must see new interfaces: a running router is restarted. The bonding is remembered. */
 bool xasFinishEth(const XasSettingWork &work, bool updated);
 
 /** The system logger reads the host name anew. */

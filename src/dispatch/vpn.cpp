@@ -48,7 +48,7 @@ std::optional<std::string> localAddress(const LocalInterface &interface)
         return std::nullopt;
     sockaddr_in address{};
     std::memcpy(&address, &request.ifr_addr, sizeof address);
-    return xasIPv4ToStr(address.sin_addr.s_addr);
+    return xasIPv4ToStr({address.sin_addr.s_addr});
 }
 
 /** Names by value: 0 none, 1 the first, any other the second. */
@@ -87,9 +87,9 @@ std::string subnetLine(const char *side, std::string_view subnets)
     return xasFormat("    %ssubnets={%s}\n", side, list.c_str());
 }
 
-std::string nextHopLine(const char *side, std::uint32_t hop)
+std::string nextHopLine(const char *side, XasIPv4 hop)
 {
-    return hop == XAS_NO_IPV4 ? std::string{} : xasFormat("    %snexthop=%s\n", side, xasIPv4ToStr(hop));
+    return hop.isNone() ? std::string{} : xasFormat("    %snexthop=%s\n", side, xasIPv4ToStr(hop).c_str());
 }
 
 std::string idLine(const char *side, std::string_view text)
@@ -148,11 +148,7 @@ std::string rightLines(const XasVpnPayload &vpn)
 /** The remote host as the secrets file names it. */
 std::string secretsPeer(const XasHostAddr &host)
 {
-    if (host.is_name != 0)
-        return xasFieldString(host.value);
-    std::uint32_t address = 0;
-    std::memcpy(&address, host.value, sizeof address);
-    return xasIPv4ToStr(address);
+    return host.is_name != 0 ? xasFieldString(host.value) : xasIPv4ToStr(xasIPv4At(host.value));
 }
 
 /** The old secrets go, the file staying what it is. */
@@ -160,15 +156,14 @@ void removeOldSecrets()
 {
     if (::access(SECRETS_FILE, F_OK) != 0)
         return;
-    xasSystem(XasShellCommand{"/bin/sed -i '/PSK/d' /etc/ipsec.secrets"});
-    xasSystem(XasShellCommand{"/bin/sed -i '/XAUTH/d' /etc/ipsec.secrets"});
+    xasTrySystem(XasShellCommand{"/bin/sed -i '/PSK/d' /etc/ipsec.secrets"});
+    xasTrySystem(XasShellCommand{"/bin/sed -i '/XAUTH/d' /etc/ipsec.secrets"});
 }
 
 void appendHostKey()
 {
-    const int status =
-        xasSystem(XasShellCommand{"/usr/sbin/ipsec showhostkey --left | tail -1 >> /etc/ipsec.conf"});
-    if (xasShellNotRun(status))
+    const XasShellCommand append{"/usr/sbin/ipsec showhostkey --left | tail -1 >> /etc/ipsec.conf"};
+    if (xasSystem(append).shellNotRun())
         xasLogError("cannot add ZEL RSA public key to ipsec.conf");
 }
 
@@ -241,8 +236,6 @@ std::string xasIPsecSecretsText(const XasVpnPayload &vpn, const std::optional<st
     return text;
 }
 
-namespace {
-
 constexpr XasEditTexts TEXTS{.openReason = "Error opening VPN config file",
                              .saveReason = "Error saving new VPN config file"};
 
@@ -256,8 +249,6 @@ constexpr XasFileRow FILES[] = {
      .missingLog = "Error determining vpn config file\n",
      .editLog = "Error editing VPN config file\n"},
 };
-
-} // namespace
 
 int xasEditIPsecCfgFile(const char *cfgFileName, const XasVpnPayload *vpn, XasReplyStatus *reply)
 {

@@ -1,4 +1,4 @@
-/** The payload of XMSG_VPN: one IPsec tunnel. IPv4 values are in network byte order. */
+/** The payload of XMSG_VPN: one IPsec tunnel. */
 #ifndef XAS_DISPATCH_VPN_MESSAGE_H
 #define XAS_DISPATCH_VPN_MESSAGE_H
 
@@ -23,10 +23,10 @@ struct XasVpnPayload {
     char auth_key[516];      /**< the pre-shared key, or the remote RSA public key */
     XasHostAddr remote_host; /**< text or IPv4 address */
     char remote_id[20];
-    std::uint32_t remote_hop; /**< 0xFFFFFFFF = none, as for local_hop */
-    char remote_subnet[80];   /**< one subnet, or several separated by commas, as for local_subnet */
+    XasIPv4 remote_hop;     /**< may be none, as local_hop */
+    char remote_subnet[80]; /**< one subnet, or several separated by commas, as for local_subnet */
     char local_id[20];
-    std::uint32_t local_hop;
+    XasIPv4 local_hop;
     char local_subnet[80];
     std::uint32_t aggressive;
     XasVpnAlgorithms ike;
@@ -39,8 +39,6 @@ struct XasVpnPayload {
 };
 
 namespace xasVpnFields {
-
-using enum XasFieldKind;
 
 inline constexpr XasValueName PORTS[] = {{1, "eth1"}, {2, "eth2"}};
 
@@ -68,15 +66,15 @@ inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasVpnPayload, local_hop, ipv4, "the appliance's gateway").orNone().byDefault("none"),
     XAS_FIELD(XasVpnPayload, local_subnet, text, "networks behind the appliance, separated by commas"),
     XAS_FIELD(XasVpnPayload, aggressive, flag, "keys are exchanged in aggressive mode"),
-    xasField("ike_enc", XAS_PLACE(XasVpnPayload, ike.enc), choice, "cipher of the key exchange").of(CIPHERS),
-    xasField("ike_hash", XAS_PLACE(XasVpnPayload, ike.hash), choice, "hash of the key exchange").of(HASHES),
-    xasField("ike_dhgroup", XAS_PLACE(XasVpnPayload, ike.dhgroup), choice,
-             "Diffie-Hellman group of the key exchange")
+    XAS_FIELD_AS("ike_enc", XasVpnPayload, ike.enc, choice, "cipher of the key exchange").of(CIPHERS),
+    XAS_FIELD_AS("ike_hash", XasVpnPayload, ike.hash, choice, "hash of the key exchange").of(HASHES),
+    XAS_FIELD_AS("ike_dhgroup", XasVpnPayload, ike.dhgroup, choice,
+                 "Diffie-Hellman group of the key exchange")
         .of(GROUPS),
-    xasField("esp_enc", XAS_PLACE(XasVpnPayload, esp.enc), choice, "cipher of the packets").of(CIPHERS),
-    xasField("esp_hash", XAS_PLACE(XasVpnPayload, esp.hash), choice, "hash of the packets").of(HASHES),
-    xasField("esp_dhgroup", XAS_PLACE(XasVpnPayload, esp.dhgroup), choice,
-             "Diffie-Hellman group of the packets' keys")
+    XAS_FIELD_AS("esp_enc", XasVpnPayload, esp.enc, choice, "cipher of the packets").of(CIPHERS),
+    XAS_FIELD_AS("esp_hash", XasVpnPayload, esp.hash, choice, "hash of the packets").of(HASHES),
+    XAS_FIELD_AS("esp_dhgroup", XasVpnPayload, esp.dhgroup, choice,
+                 "Diffie-Hellman group of the packets' keys")
         .of(GROUPS),
     XAS_FIELD(XasVpnPayload, pfs, flag, "perfect forward secrecy").byDefault("yes"),
     XAS_FIELD(XasVpnPayload, modecfg, flag, "the other end configures the appliance's address"),

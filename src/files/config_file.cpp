@@ -50,10 +50,8 @@ int openTemporary(XasCfgFile &cf, XasSecrecy secrecy)
 {
     cf.tmpFileName = cf.cfgFileName + ".tmp";
     cf.outFile = createTemporary(cf, secrecy);
-    if (!cf.outFile) {
-        xasLogError("Error opening output file \"%s\"\n", cf.tmpFileName.c_str());
-        return 1;
-    }
+    if (!cf.outFile)
+        return xasLogFailure("Error opening output file \"%s\"\n", cf.tmpFileName.c_str());
     return 0;
 }
 
@@ -133,10 +131,8 @@ int xasCfgOpenFiles(const char *cfgFileName, XasCfgFile *cf, XasSecrecy secrecy)
     *cf = {};
     cf->cfgFileName = cfgFileName;
     cf->inFile = xasOpenFile(cf->cfgFileName);
-    if (!cf->inFile) {
-        xasLogError("Error opening config file \"%s\"\n", cfgFileName);
-        return 1;
-    }
+    if (!cf->inFile)
+        return xasLogFailure("Error opening config file \"%s\"\n", cfgFileName);
     if (openTemporary(*cf, secrecy) != 0) {
         cf->inFile.reset();
         return 1;
@@ -158,10 +154,8 @@ int xasOutputLine(FILE *outFile, const char *line, bool commentOut)
     xasAssertGiven(outFile, "outFile");
     xasAssertGiven(line, "line");
     // Flushed, so that a failed write shows at its line.
-    if (std::fprintf(outFile, commentOut ? "#%s" : "%s", line) < 0 || std::fflush(outFile) != 0) {
-        xasLogError("Error printing line to file\n");
-        return 1;
-    }
+    if (std::fprintf(outFile, commentOut ? "#%s" : "%s", line) < 0 || std::fflush(outFile) != 0)
+        return xasLogFailure("Error printing line to file\n");
     return 0;
 }
 
@@ -177,10 +171,8 @@ int xasSaveCfgFile(XasCfgFile *cf)
     xasAssertGiven(cf, "cf");
     const bool written = !cf->outFile || isWrittenOut(cf->outFile.get());
     xasCloseCfgFile(cf);
-    if (!written) {
-        xasLogError("Error printing line to file\n");
-        return 1;
-    }
+    if (!written)
+        return xasLogFailure("Error printing line to file\n");
     const char *path = cf->cfgFileName.c_str();
     const std::string backupName = cf->cfgFileName + ".old";
     Backup backup = Backup::linked;
@@ -222,10 +214,8 @@ int xasRestoreCfgFile(const char *cfgFileName)
 {
     xasAssertGiven(cfgFileName, "cfgFileName");
     xasAssert(std::strlen(cfgFileName) > 0, "strlen(cfgFileName) > 0");
-    if (!takeBackup(cfgFileName)) {
-        xasLogError("Error restoring old config file \"%s\"\n", cfgFileName);
-        return 1;
-    }
+    if (!takeBackup(cfgFileName))
+        return xasLogFailure("Error restoring old config file \"%s\"\n", cfgFileName);
     syncDirectory(cfgFileName);
     return 0;
 }

@@ -66,21 +66,17 @@ int xasRestoreCfgFile(const char *cfgFileName);
 /** 1 when `text` contains a "/"; 0 for none and for a null text. */
 int xasFileHasSlash(const char *text);
 
-/**
- * Reads the integer of a line "key = number". Leading white space is skipped; the line must begin with `key`
+/** Reads the integer of a line "key = number". Leading white space is skipped; the line must begin with `key`
  * (its length is compared, no more). Returns 1 with the number in `value`; 0, `value` left alone, when the
- * key differs, nothing stands behind an "=", or there is no digit in it.
- */
+ * key differs, nothing stands behind an "=", or there is no digit in it. */
 int xasGetCfgNumber(std::string_view key, std::string_view line, std::uint32_t *value);
 
 /** The longest text that xasReplaceString takes. */
 inline constexpr std::size_t XAS_REPLACE_MAX = 5000;
 
-/**
- * Replaces every occurrence of `pattern` in `text`, left to right, by `replacement` (null deletes it); the
+/** Replaces every occurrence of `pattern` in `text`, left to right, by `replacement` (null deletes it); the
  * search resumes behind what was put in. Works on the first XAS_REPLACE_MAX characters. Returns 0; 1 without
- * change for a null or empty pattern.
- */
+ * change for a null or empty pattern. */
 int xasReplaceString(std::string &text, const char *pattern, const char *replacement);
 
 #endif

@@ -21,8 +21,7 @@ struct XasEditTexts {
     const char *writeLog = nullptr; /**< logged when a line cannot be written; null: only the save notices */
     const char *saveReason = nullptr; /**< reason when the new file cannot be saved (rcode 3) */
     XasSecrecy secrecy = XasSecrecy::plain;
-    /** Picks what is logged for a line of the new file where not every line has the same text; usually none.
-     */
+    /** Picks what is logged for a line of the new file where they do not all have the same; usually none. */
     const char *(*writeLogOf)(std::string_view line, bool isFirst) = nullptr;
     /** Reason when a line cannot be written (rcode 3); usually none, the reply then stays as it is. */
     const char *writeReason = nullptr;
@@ -47,11 +46,9 @@ struct XasTextMaker {
     XasNewText (*make)(const void *context, std::string_view oldText, XasReplyStatus *reply);
 };
 
-/**
- * Gives a file the text that `maker` makes of the old one; `maker` is asked when the files are open. Returns
+/** Gives a file the text that `maker` makes of the old one; `maker` is asked when the files are open. Returns
  * 0; or 1, the failure being logged and, but for a failed write, in `reply`. A file that cannot be read to
- * its end counts as not opened.
- */
+ * its end counts as not opened. */
 int xasEditFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStatus *reply,
                 const XasTextMaker &maker);
 
@@ -67,10 +64,8 @@ int xasEditFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStat
                                     }});
 }
 
-/**
- * The text function of an editor whose text is made by `make`, a function of the values alone, of the old
- * text and the values, or of those and the reply.
- */
+/** The text function of an editor whose text is made by `make`, a function of the values alone, of the old
+ * text and the values, or of those and the reply. */
 template <auto make, class Values>
 XasNewText xasMadeBy(std::string_view oldText, const Values &values, XasReplyStatus *reply)
 {

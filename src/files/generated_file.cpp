@@ -97,14 +97,10 @@ bool xasCloseGenerated(XasFile file)
 int xasGenerateFile(const std::string &path, std::string_view text, XasFileAccess access, XasFileLink link)
 {
     XasFile file = xasOpenGeneratedFile(path, access, link);
-    if (!file) {
-        xasLogError("Error opening config file \"%s\"\n", path.c_str());
-        return 1;
-    }
+    if (!file)
+        return xasLogFailure("Error opening config file \"%s\"\n", path.c_str());
     const bool written = xasWriteGenerated(file.get(), text);
-    if (!xasCloseGenerated(std::move(file)) || !written) {
-        xasLogError("Error printing line to file\n");
-        return 1;
-    }
+    if (!xasCloseGenerated(std::move(file)) || !written)
+        return xasLogFailure("Error printing line to file\n");
     return 0;
 }

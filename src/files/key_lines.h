@@ -15,10 +15,8 @@ struct XasKeyLine {
     std::string line;
 };
 
-/**
- * The new text of such a file. The key of an old line is its first token between `delimiters`; a commented
- * line begins with another token and so stays as it is.
- */
+/** The new text of such a file. The key of an old line is its first token between `delimiters`; a commented
+ * line begins with another token and so stays as it is. */
 std::string xasReplaceKeyLines(std::string_view oldText, std::string_view delimiters,
                                std::span<const XasKeyLine> keyLines);
 

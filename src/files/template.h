@@ -43,10 +43,8 @@ XasFile xasOpenExpanded(const char *path, const XasTemplateTexts &texts, XasRepl
 /** Closes it. Returns 0; or 1 with the reply set when it was not, or cannot be, written. */
 int xasCloseExpanded(XasFile file, bool isWritten, const XasTemplateTexts &texts, XasReplyStatus *reply);
 
-/**
- * An editor of such a file as a callable object: editor(templatePath, path, &values, &reply) returns 0; or 1
- * with the failure in the reply, which stays as it is when the template has nothing in it.
- */
+/** An editor of such a file as a callable object: editor(templatePath, path, &values, &reply) returns 0; or 1
+ * with the failure in the reply, which stays as it is when the template has nothing in it. */
 template <class Values>
 struct XasTemplateEditor {
     using Edited = Values;
@@ -89,8 +87,7 @@ struct XasTypeName {
     char chars[N];
 };
 
-/** The edit of a row by such an editor, from the file of the TYPE `templateType`, which has been looked up.
- */
+/** The edit of a row by such an editor, from the file of TYPE `templateType`, which has been looked up. */
 template <const auto &editor, XasTypeName templateType>
 constexpr XasFileEdit xasExpandedBy{
     .run =

@@ -47,8 +47,7 @@ struct Run {
         return result;
     }
 
-    /** Finds the files of a batch, then edits them. False when the update is over; `result` is what it gives.
-     */
+    /** Finds the files of a batch, then edits them. False when the update is over, giving `result`. */
     bool runBatch(std::span<const XasFileRow> batch, int &result) const
     {
         const auto isThere = [&](const XasFileRow &row) {

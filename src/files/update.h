@@ -72,8 +72,7 @@ enum class XasLookUp {
 
 /** What happens when the edit of a file fails. */
 enum class XasOnFailure {
-    rollBack, /**< all files edited before it are rolled back, and the update ends; also when one is missing
-               */
+    rollBack, /**< all edited before it are rolled back, and the update ends; also when one is missing */
     goOn      /**< the next one is edited all the same, and nothing is rolled back */
 };
 

@@ -29,10 +29,8 @@ std::string msgDumpSnmp(const XasMessage &msg);
 std::string msgDumpNfs(const XasMessage &msg);
 std::string msgDumpCifs(const XasMessage &msg);
 
-/**
- * A type without lines of its own: its fields in one line, each element of a group in a line of its own. The
- * empty text for a type whose fields are not described.
- */
+/** A type without lines of its own: its fields in one line, each element of a group in a line of its own. The
+ * empty text for a type whose fields are not described. */
 std::string msgDumpFields(const XasMessage &msg);
 
 #endif

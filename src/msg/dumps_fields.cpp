@@ -1,11 +1,9 @@
-/** The dump of types without lines of their own: name-and-value pairs after the description of their fields.
- */
+/** The dump of types without lines of their own: name-and-value pairs as their fields are described. */
 #include "msg/dumps.h"
 #include "msg/enum_names.h"
 #include "msg/values.h"
 
 #include <algorithm>
-#include <array>
 
 namespace {
 
@@ -13,23 +11,17 @@ namespace {
 struct Enumeration {
     XasMsgType msgtype;
     std::string_view field;
-    const char *(*name)(std::uint32_t value);
+    XasEnumNames nameOf;
 };
 
-constexpr std::array ENUMERATIONS = {
-    Enumeration{XMSG_ETH, "source", msgAddressSourceName},
-    Enumeration{XMSG_VPN, "ike_enc", msgIPsecCipherName},
-    Enumeration{XMSG_VPN, "ike_hash", msgIPsecHashName},
-    Enumeration{XMSG_VPN, "ike_dhgroup", msgIPsecGroupName},
-    Enumeration{XMSG_VPN, "esp_enc", msgIPsecCipherName},
-    Enumeration{XMSG_VPN, "esp_hash", msgIPsecHashName},
-    Enumeration{XMSG_VPN, "esp_dhgroup", msgIPsecGroupName},
-    Enumeration{XMSG_SYSLOG, "local0", msgLogLevelName},
-    Enumeration{XMSG_SYSLOG, "local1", msgLogLevelName},
-    Enumeration{XMSG_SYSLOG, "authpriv", msgLogLevelName},
-    Enumeration{XMSG_SYSLOG, "local3", msgLogLevelName},
-    Enumeration{XMSG_SYSLOG, "local4", msgLogLevelName},
-    Enumeration{XMSG_SYSLOG, "local5", msgLogLevelName},
+constexpr Enumeration ENUMERATIONS[] = {
+    {XMSG_ETH, "source", msgAddressSourceName},   {XMSG_VPN, "ike_enc", msgIPsecCipherName},
+    {XMSG_VPN, "ike_hash", msgIPsecHashName},     {XMSG_VPN, "ike_dhgroup", msgIPsecGroupName},
+    {XMSG_VPN, "esp_enc", msgIPsecCipherName},    {XMSG_VPN, "esp_hash", msgIPsecHashName},
+    {XMSG_VPN, "esp_dhgroup", msgIPsecGroupName}, {XMSG_SYSLOG, "local0", msgLogLevelName},
+    {XMSG_SYSLOG, "local1", msgLogLevelName},     {XMSG_SYSLOG, "authpriv", msgLogLevelName},
+    {XMSG_SYSLOG, "local3", msgLogLevelName},     {XMSG_SYSLOG, "local4", msgLogLevelName},
+    {XMSG_SYSLOG, "local5", msgLogLevelName},
 };
 
 std::string valueText(std::uint32_t msgtype, std::span<const std::byte> record, const XasMsgFieldAt &where)
@@ -40,7 +32,7 @@ std::string valueText(std::uint32_t msgtype, std::span<const std::byte> record, 
     const auto *const known = std::ranges::find_if(ENUMERATIONS, [&](const Enumeration &enumeration) {
         return enumeration.msgtype == msgtype && enumeration.field == where.field->name;
     });
-    return known != ENUMERATIONS.end() ? known->name(number) : msgValueText(record, where);
+    return known != std::end(ENUMERATIONS) ? known->nameOf(number) : msgValueText(record, where);
 }
 
 } // namespace

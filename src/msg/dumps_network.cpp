@@ -18,10 +18,8 @@ namespace {
 
 std::string routeLine(const XasRoute &route)
 {
-    const std::string destination = msgIPv4Text(route.destination);
-    const std::string mask = msgIPv4Text(route.mask);
-    return xasFormat("  destination: %s mask: %s gateway: %s\n", destination.c_str(), mask.c_str(),
-                     msgIPv4Text(route.gateway));
+    return xasFormat("  destination: %s mask: %s gateway: %s\n", msgIPv4Text(route.destination).c_str(),
+                     msgIPv4Text(route.mask).c_str(), msgIPv4Text(route.gateway).c_str());
 }
 
 } // namespace

@@ -5,23 +5,9 @@
 #include "msg/dumps.h"
 #include "wire/message_names.h"
 
-#include <algorithm>
-#include <array>
 #include <cstdio>
 
 namespace {
-
-/** The text of both address functions. */
-std::array<char, 24> &addressText()
-{
-    static std::array<char, 24> text;
-    return text;
-}
-
-std::string nameOf(std::string_view name)
-{
-    return std::string{name};
-}
 
 /** One type's lines. */
 struct Dump {
@@ -29,29 +15,24 @@ struct Dump {
     std::string (*text)(const XasMessage &msg);
 };
 
-constexpr std::array DUMPS = {
-    Dump{XMSG_HOSTNAME, msgDumpHostname}, Dump{XMSG_DNS, msgDumpDns},
-    Dump{XMSG_NTP, msgDumpNtp},           Dump{XMSG_TIMEZONE, msgDumpTimezone},
-    Dump{XMSG_ROUTING, msgDumpRouting},   Dump{XMSG_AUTH, msgDumpAuth},
-    Dump{XMSG_USER, msgDumpUser},         Dump{XMSG_NIS, msgDumpNis},
-    Dump{XMSG_LDAP, msgDumpLdap},         Dump{XMSG_RADIUS, msgDumpRadius},
-    Dump{XMSG_KERBEROS, msgDumpKerberos}, Dump{XMSG_SNMP, msgDumpSnmp},
-    Dump{XMSG_NFS, msgDumpNfs},           Dump{XMSG_CIFS, msgDumpCifs},
-    Dump{XMSG_ACKNAK, msgDumpReply},
+constexpr Dump DUMPS[] = {
+    {XMSG_HOSTNAME, msgDumpHostname}, {XMSG_DNS, msgDumpDns},           {XMSG_NTP, msgDumpNtp},
+    {XMSG_TIMEZONE, msgDumpTimezone}, {XMSG_ROUTING, msgDumpRouting},   {XMSG_AUTH, msgDumpAuth},
+    {XMSG_USER, msgDumpUser},         {XMSG_NIS, msgDumpNis},           {XMSG_LDAP, msgDumpLdap},
+    {XMSG_RADIUS, msgDumpRadius},     {XMSG_KERBEROS, msgDumpKerberos}, {XMSG_SNMP, msgDumpSnmp},
+    {XMSG_NFS, msgDumpNfs},           {XMSG_CIFS, msgDumpCifs},         {XMSG_ACKNAK, msgDumpReply},
 };
 
 } // namespace
 
-const char *msgIPv4Text(std::uint32_t address)
+std::string msgIPv4Text(XasIPv4 address)
 {
-    std::snprintf(addressText().data(), addressText().size(), "%s", xasIPv4ToStr(address));
-    return addressText().data();
+    return xasIPv4ToStr(address);
 }
 
-const char *msgIPv4PortText(std::uint32_t address, std::uint16_t port)
+std::string msgIPv4PortText(XasIPv4 address, std::uint16_t port)
 {
-    std::snprintf(addressText().data(), addressText().size(), "%s:%d", xasIPv4ToStr(address), port);
-    return addressText().data();
+    return msgIPv4Text(address) + ":" + std::to_string(port);
 }
 
 std::string msgThreeText(const std::string &first, const std::string &second, const std::string &third)
@@ -68,18 +49,20 @@ std::string msgBasicText(const XasMessage *msg)
         return "msgPrintBasic: p is NULL";
     return xasFormat("msgPrintBasic: type=%s, action=%s, sender=%s\n"
                      "               id=%u, orig_id=%u\n",
-                     nameOf(xasMsgTypeName(msg->xH.msgtype)).c_str(),
-                     nameOf(xasActionName(msg->xH.action)).c_str(),
-                     nameOf(xasSenderName(msg->xH.sender)).c_str(), msg->xH.id, msg->xH.orig_id);
+                     std::string{xasMsgTypeName(msg->xH.msgtype)}.c_str(),
+                     std::string{xasActionName(msg->xH.action)}.c_str(),
+                     std::string{xasSenderName(msg->xH.sender)}.c_str(), msg->xH.id, msg->xH.orig_id);
 }
 
 std::string msgAllText(const XasMessage &msg, std::span<const std::byte> users)
 {
     if (msg.xH.msgtype == XMSG_LOCALUSERS)
         return msgDumpLocalUsers(msg, users);
-    const auto *const dump =
-        std::ranges::find_if(DUMPS, [&](const Dump &d) { return d.msgtype == msg.xH.msgtype; });
-    return dump != DUMPS.end() ? dump->text(msg) : msgDumpFields(msg);
+    for (const Dump &dump : DUMPS) {
+        if (dump.msgtype == msg.xH.msgtype)
+            return dump.text(msg);
+    }
+    return msgDumpFields(msg);
 }
 
 void msgPrintBasic(const XasMessage *msg)

@@ -5,6 +5,7 @@
 #ifndef XAS_MSG_PRINT_H
 #define XAS_MSG_PRINT_H
 
+#include "wire/address.h"
 #include "wire/message.h"
 
 #include <cstddef>
@@ -12,9 +13,9 @@
 #include <span>
 #include <string>
 
-/** An IPv4 address (network byte order), or "address:port". Each text lives until the next call of either. */
-const char *msgIPv4Text(std::uint32_t address);
-const char *msgIPv4PortText(std::uint32_t address, std::uint16_t port);
+/** An IPv4 address or or "address:port". */
+std::string msgIPv4Text(XasIPv4 address);
+std::string msgIPv4PortText(XasIPv4 address, std::uint16_t port);
 
 /** Three values as "a,b,c"; an empty one reads "none". */
 std::string msgThreeText(const std::string &first, const std::string &second, const std::string &third);

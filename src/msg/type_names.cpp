@@ -30,19 +30,19 @@ std::optional<std::uint32_t> wholeNumber(std::string_view text)
 
 } // namespace
 
-std::string xasMsgShortName(std::uint32_t msgtype)
+std::string msgShortName(std::uint32_t msgtype)
 {
     const std::string_view name = xasMsgTypeName(msgtype);
     return name.empty() ? std::to_string(msgtype) : inCase(name.substr(PREFIX.size()), &std::tolower);
 }
 
-std::string xasMsgLongName(std::uint32_t msgtype)
+std::string msgLongName(std::uint32_t msgtype)
 {
     const std::string_view name = xasMsgTypeName(msgtype);
     return name.empty() ? "type " + std::to_string(msgtype) : std::string{name};
 }
 
-std::optional<std::uint32_t> xasMsgTypeFromText(std::string_view text)
+std::optional<std::uint32_t> msgTypeFromText(std::string_view text)
 {
     const std::string name = inCase(text, &std::toupper);
     for (const std::string &candidate : {name, std::string{PREFIX} + name}) {

@@ -8,12 +8,12 @@
 #include <string_view>
 
 /** The short name: the type's name in lower case without "XMSG_" ("dns"); its number when it has no name. */
-std::string xasMsgShortName(std::uint32_t msgtype);
+std::string msgShortName(std::uint32_t msgtype);
 
 /** The name as it is ("XMSG_DNS"); "type 66" when it has none. */
-std::string xasMsgLongName(std::uint32_t msgtype);
+std::string msgLongName(std::uint32_t msgtype);
 
 /** The type that `text` names, short or long, in any case, or by number; none when it names no type. */
-std::optional<std::uint32_t> xasMsgTypeFromText(std::string_view text);
+std::optional<std::uint32_t> msgTypeFromText(std::string_view text);
 
 #endif

@@ -62,18 +62,18 @@ bool isHostName(std::string_view text)
 
 bool xasSetIpv4(const XasValueTarget &to)
 {
-    std::uint32_t address = 0;
+    XasIPv4 address{};
     if (to.field.none && meansNone(to.text))
         address = XAS_NO_IPV4;
     else if (!parseAddress<AF_INET>(to.text, address))
         return false;
-    xasStoreValue(to.bytes, address);
+    msgStoreValue(to.bytes, address);
     return true;
 }
 
 std::string xasReadIpv4(std::span<const std::byte> bytes, const XasMsgField &field)
 {
-    if (field.none && xasValueOf<std::uint32_t>(bytes) == XAS_NO_IPV4)
+    if (field.none && msgValueOf<XasIPv4>(bytes).isNone())
         return std::string{NONE};
     return addressText(AF_INET, bytes.data());
 }
@@ -83,7 +83,7 @@ bool xasSetIpv6(const XasValueTarget &to)
     in6_addr address{};
     if (!meansNone(to.text) && !parseAddress<AF_INET6>(to.text, address))
         return false;
-    xasStoreValue(to.bytes, address);
+    msgStoreValue(to.bytes, address);
     return true;
 }
 
@@ -100,7 +100,7 @@ bool xasSetSockaddr6(const XasValueTarget &to)
             return false;
         address.sin6_family = AF_INET6;
     }
-    xasStoreValue(to.bytes, address);
+    msgStoreValue(to.bytes, address);
     return true;
 }
 
@@ -114,13 +114,13 @@ bool xasSetIpAddr(const XasValueTarget &to)
     XasIpAddr record{};
     if (!meansNone(to.text) && !parseEither(to.text, record, record.address))
         return false;
-    xasStoreValue(to.bytes, record);
+    msgStoreValue(to.bytes, record);
     return true;
 }
 
 std::string xasReadIpAddr(std::span<const std::byte> bytes, const XasMsgField &)
 {
-    const auto record = xasValueOf<XasIpAddr>(bytes);
+    const auto record = msgValueOf<XasIpAddr>(bytes);
     return isUnset(bytes) ? std::string{NONE}
                           : addressText(record.is_ipv6 != 0 ? AF_INET6 : AF_INET, record.address);
 }
@@ -136,13 +136,13 @@ bool xasSetHostAddr(const XasValueTarget &to)
         record.is_name = 1;
         xasSetFieldText(record.value, name);
     }
-    xasStoreValue(to.bytes, record);
+    msgStoreValue(to.bytes, record);
     return true;
 }
 
 std::string xasReadHostAddr(std::span<const std::byte> bytes, const XasMsgField &)
 {
-    const auto record = xasValueOf<XasHostAddr>(bytes);
+    const auto record = msgValueOf<XasHostAddr>(bytes);
     if (record.is_name == 0)
         return addressText(record.is_ipv6 != 0 ? AF_INET6 : AF_INET, record.value);
     const std::string_view name = xasFieldText(record.value);

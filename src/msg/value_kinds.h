@@ -17,7 +17,7 @@ struct XasValueTarget {
 
 /** The bytes of a field as T, copied out; bytes that the field does not have are zero. */
 template <class T>
-T xasValueOf(std::span<const std::byte> bytes)
+T msgValueOf(std::span<const std::byte> bytes)
 {
     T value{};
     std::memcpy(&value, bytes.data(), std::min(bytes.size(), sizeof value));
@@ -26,7 +26,7 @@ T xasValueOf(std::span<const std::byte> bytes)
 
 /** Copies `value` into the field, as much of it as the field holds. */
 template <class T>
-void xasStoreValue(std::span<std::byte> bytes, const T &value)
+void msgStoreValue(std::span<std::byte> bytes, const T &value)
 {
     std::memcpy(bytes.data(), &value, std::min(bytes.size(), sizeof value));
 }

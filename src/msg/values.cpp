@@ -61,7 +61,7 @@ bool storeUnsigned(const XasValueTarget &to, std::uint64_t number, const XasRang
         number <= range.highest && (range.lowest <= 0 || number >= static_cast<std::uint64_t>(range.lowest));
     const bool fits = to.check == XasValueCheck::anyThatFits && number <= largest(to.bytes.size());
     if (inRange || fits)
-        xasStoreValue(to.bytes, number);
+        msgStoreValue(to.bytes, number);
     return inRange || fits;
 }
 
@@ -73,7 +73,7 @@ bool setNumber(const XasValueTarget &to)
 
 std::string readNumber(std::span<const std::byte> bytes, const XasMsgField &)
 {
-    return std::to_string(xasValueOf<std::uint64_t>(bytes));
+    return std::to_string(msgValueOf<std::uint64_t>(bytes));
 }
 
 bool setInteger(const XasValueTarget &to)
@@ -84,13 +84,13 @@ bool setInteger(const XasValueTarget &to)
         number && *number >= range.lowest && *number <= static_cast<std::int64_t>(range.highest);
     if (!inRange && !(number && to.check == XasValueCheck::anyThatFits))
         return false;
-    xasStoreValue(to.bytes, *number);
+    msgStoreValue(to.bytes, *number);
     return true;
 }
 
 std::string readInteger(std::span<const std::byte> bytes, const XasMsgField &)
 {
-    return std::to_string(xasValueOf<std::int32_t>(bytes));
+    return std::to_string(msgValueOf<std::int32_t>(bytes));
 }
 
 bool setFlag(const XasValueTarget &to)
@@ -100,13 +100,13 @@ bool setFlag(const XasValueTarget &to)
     const bool isYes = std::ranges::find(YES, to.text) != YES.end();
     if (!isYes && std::ranges::find(NO, to.text) == NO.end())
         return to.check == XasValueCheck::anyThatFits && setNumber(to);
-    xasStoreValue(to.bytes, std::uint64_t{isYes});
+    msgStoreValue(to.bytes, std::uint64_t{isYes});
     return true;
 }
 
 std::string readFlag(std::span<const std::byte> bytes, const XasMsgField &)
 {
-    return xasValueOf<std::uint64_t>(bytes) == 0 ? "no" : "yes";
+    return msgValueOf<std::uint64_t>(bytes) == 0 ? "no" : "yes";
 }
 
 bool setChoice(const XasValueTarget &to)
@@ -128,7 +128,7 @@ bool setChoice(const XasValueTarget &to)
 
 std::string readChoice(std::span<const std::byte> bytes, const XasMsgField &field)
 {
-    const auto value = xasValueOf<std::uint64_t>(bytes);
+    const auto value = msgValueOf<std::uint64_t>(bytes);
     const auto named = std::ranges::find(field.names, value, &XasValueName::value);
     return named == field.names.end() ? std::to_string(value) : std::string{named->name};
 }
@@ -137,7 +137,7 @@ std::string readMask(std::span<const std::byte> bytes, const XasMsgField &)
 {
     std::array<char, 16> digits{};
     const auto end =
-        std::to_chars(digits.data(), digits.data() + digits.size(), xasValueOf<std::uint64_t>(bytes), 16).ptr;
+        std::to_chars(digits.data(), digits.data() + digits.size(), msgValueOf<std::uint64_t>(bytes), 16).ptr;
     return "0x" + std::string{digits.data(), end};
 }
 
@@ -189,6 +189,15 @@ std::string hexText(std::uint64_t value)
     return readMask(std::as_bytes(std::span{&value, 1}), {});
 }
 
+template <class IsMeant>
+void setDefaultsOf(std::span<std::byte> record, const XasMsgFields &fields, IsMeant isMeant)
+{
+    for (const XasMsgFieldAt &where : xasListFields(fields)) {
+        if (isMeant(where) && !where.field->initial.empty())
+            msgSetValue(record, where, where.field->initial);
+    }
+}
+
 } // namespace
 
 std::string msgSetValue(std::span<std::byte> record, const XasMsgFieldAt &where, std::string_view text,
@@ -207,12 +216,12 @@ std::string msgValueText(std::span<const std::byte> record, const XasMsgFieldAt 
 
 std::uint64_t msgValueNumber(std::span<const std::byte> record, XasPlace place)
 {
-    return xasValueOf<std::uint64_t>(record.subspan(place.offset, place.width));
+    return msgValueOf<std::uint64_t>(record.subspan(place.offset, place.width));
 }
 
 void msgStoreNumber(std::span<std::byte> record, XasPlace place, std::uint64_t value)
 {
-    xasStoreValue(record.subspan(place.offset, place.width), value);
+    msgStoreValue(record.subspan(place.offset, place.width), value);
 }
 
 std::string msgAllowedText(const XasMsgField &field)
@@ -251,18 +260,13 @@ XasRange msgRange(const XasMsgField &field)
 
 void msgSetDefaults(std::span<std::byte> record, const XasMsgFields &fields)
 {
-    for (const XasMsgFieldAt &where : xasListFields(fields)) {
-        if (where.field->group->fixed && !where.field->initial.empty())
-            msgSetValue(record, where, where.field->initial);
-    }
+    setDefaultsOf(record, fields, [](const XasMsgFieldAt &where) { return where.field->group->fixed; });
 }
 
 void msgSetElementDefaults(std::span<std::byte> record, const XasMsgFields &fields, const XasMsgGroup &group,
                            std::size_t element)
 {
-    for (const XasMsgFieldAt &where : xasListFields(fields)) {
-        const bool isMember = where.field->group == &group && where.element == element;
-        if (isMember && !where.field->initial.empty())
-            msgSetValue(record, where, where.field->initial);
-    }
+    setDefaultsOf(record, fields, [&](const XasMsgFieldAt &where) {
+        return where.field->group == &group && where.element == element;
+    });
 }

@@ -19,11 +19,9 @@ struct XasIpAddr;
 
 extern "C" {
 
-/**
- * Fills `msg` with the stored record of `msgtype`. Request keys (filter set number, interface of an
+/** Fills `msg` with the stored record of `msgtype`. Request keys (filter set number, interface of an
  * assignment) are read from `msg` first. Returns 0; or non-zero when nothing is stored, `msg` then being
- * unchanged. A record of a wrong size counts as nothing stored and is reported on `diag`.
- */
+ * unchanged. A record of a wrong size counts as nothing stored and is reported on `diag`. */
 int xmlGetMsg(FILE *diag, unsigned msgtype, XasMessage *msg);
 
 /** The address as text; empty for the all-zero record. The text lives until the next call. */

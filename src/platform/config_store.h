@@ -10,8 +10,7 @@
 /** The store's directory: the environment variable XMS_STORE, else "/r58/store". */
 std::string xasStoreDirectory();
 
-/** The file name of the record of `msgtype`, with the request keys of `msg`; empty for a type without name.
- */
+/** The file name of the record of `msgtype`, with the request keys of `msg`; empty when it has no name. */
 std::string xasStoreRecordName(std::uint32_t msgtype, const XasMessage &msg);
 
 #endif

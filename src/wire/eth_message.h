@@ -1,11 +1,11 @@
 /**
  * The payload of XMSG_ETH: both Ethernet ports, IPv6, gateways, bonding and kernel parameters. It stands on
- * the ground floor because the link watch and the script parameters read it too. IPv4 addresses are in
- * network byte order; 0xFFFFFFFF means none where "none" is allowed.
+ * the ground floor because the link watch and the script parameters read it too.
  */
 #ifndef XAS_WIRE_ETH_MESSAGE_H
 #define XAS_WIRE_ETH_MESSAGE_H
 
+#include "wire/address.h"
 #include "wire/field.h"
 
 #include <netinet/in.h>
@@ -18,8 +18,8 @@ struct XasEthPort {
     std::uint32_t marker;  /**< non-zero: the record is filled; the script parameters read it as "in use" */
     std::uint32_t enabled; /**< non-zero: the interface comes up at boot */
     std::uint32_t source;  /**< XasAddressSource */
-    std::uint32_t ip;
-    std::uint32_t mask;
+    XasIPv4 ip;
+    XasIPv4 mask;
     unsigned char ipv6[16]; /**< all zero: none */
     std::uint32_t maskv6;   /**< prefix length */
     std::uint32_t mode;     /**< link mode, 0 (auto) to 6 */
@@ -31,12 +31,12 @@ inline constexpr unsigned XAS_ETH_PORTS = 2;
 struct XasEthPayload {
     XasEthPort ports[XAS_ETH_PORTS]; /**< eth0, eth1 */
     std::uint32_t ipv6_enabled;
-    std::uint32_t gateway;
+    XasIPv4 gateway;
     sockaddr_in6 gateway_ipv6;   /**< address all zero: none */
     std::uint32_t bonding;       /**< 0 none, 1 active-backup, 2 802.3ad, 3 balance-tlb */
     std::uint32_t gw_precedence; /**< which port's DHCP gateway wins: 1, 2, or neither */
-    std::uint32_t alt_gateway;
-    std::uint32_t ping_ip;
+    XasIPv4 alt_gateway;
+    XasIPv4 ping_ip;
     std::uint8_t ping_ifc; /**< 1 = eth0, else eth1 */
     std::uint8_t ping_delay;
     std::uint8_t ping_failed;
@@ -48,14 +48,9 @@ struct XasEthPayload {
 
 namespace xasEthFields {
 
-using enum XasFieldKind;
-
-inline constexpr XasMsgGroup PORTS = {.name = "eth",
-                                      .place = XAS_PLACE(XasEthPayload, ports),
-                                      .stride = sizeof(XasEthPort),
-                                      .fixed = true,
-                                      .meaning =
-                                          "the ports as people see them; their devices are eth0 and eth1"};
+inline constexpr XasMsgGroup PORTS =
+    XAS_GROUP("eth", XasEthPayload, ports, "the ports as people see them; their devices are eth0 and eth1")
+        .alwaysUsed();
 
 inline constexpr XasValueName SOURCES[] = {
     {XAS_SOURCE_BOOTP, "bootp"}, {XAS_SOURCE_DHCP, "dhcp"}, {XAS_SOURCE_STATIC, "static"}};
@@ -71,30 +66,25 @@ inline constexpr XasValueName GATEWAY_PRECEDENCES[] = {{0, "none"}, {1, "eth1"},
 inline constexpr XasValueName PING_PORTS[] = {{1, "eth1"}, {2, "eth2"}};
 
 inline constexpr XasMsgField FIELDS[] = {
-    xasField("marker", XAS_PLACE(XasEthPayload, ports[0].marker), flag,
-             "the port's record is filled: the port is in use")
+    XAS_FIELD_OF(XasEthPayload, ports[0], marker, flag, "the port's record is filled: the port is in use")
         .byDefault("yes")
         .in(PORTS),
-    xasField("enabled", XAS_PLACE(XasEthPayload, ports[0].enabled), flag, "the interface comes up at boot")
+    XAS_FIELD_OF(XasEthPayload, ports[0], enabled, flag, "the interface comes up at boot")
         .byDefault("yes")
         .in(PORTS),
-    xasField("source", XAS_PLACE(XasEthPayload, ports[0].source), choice, "where its address comes from")
+    XAS_FIELD_OF(XasEthPayload, ports[0], source, choice, "where its address comes from")
         .of(SOURCES)
         .byDefault("dhcp")
         .in(PORTS),
-    xasField("ip", XAS_PLACE(XasEthPayload, ports[0].ip), ipv4, "static address").in(PORTS),
-    xasField("mask", XAS_PLACE(XasEthPayload, ports[0].mask), ipv4, "netmask").in(PORTS),
-    xasField("ipv6", XAS_PLACE(XasEthPayload, ports[0].ipv6), ipv6, "static IPv6 address").in(PORTS),
-    xasField("maskv6", XAS_PLACE(XasEthPayload, ports[0].maskv6), number, "IPv6 prefix length")
-        .within(0, 128)
-        .in(PORTS),
-    xasField("mode", XAS_PLACE(XasEthPayload, ports[0].mode), choice, "speed and duplex of the link")
+    XAS_FIELD_OF(XasEthPayload, ports[0], ip, ipv4, "static address").in(PORTS),
+    XAS_FIELD_OF(XasEthPayload, ports[0], mask, ipv4, "netmask").in(PORTS),
+    XAS_FIELD_OF(XasEthPayload, ports[0], ipv6, ipv6, "static IPv6 address").in(PORTS),
+    XAS_FIELD_OF(XasEthPayload, ports[0], maskv6, number, "IPv6 prefix length").within(0, 128).in(PORTS),
+    XAS_FIELD_OF(XasEthPayload, ports[0], mode, choice, "speed and duplex of the link")
         .of(LINK_MODES)
         .within(0, 6)
         .in(PORTS),
-    xasField("mtu", XAS_PLACE(XasEthPayload, ports[0].mtu), number, "largest packet in bytes")
-        .byDefault("1500")
-        .in(PORTS),
+    XAS_FIELD_OF(XasEthPayload, ports[0], mtu, number, "largest packet in bytes").byDefault("1500").in(PORTS),
     XAS_FIELD(XasEthPayload, ipv6_enabled, flag, "IPv6 is on"),
     XAS_FIELD(XasEthPayload, gateway, ipv4, "IPv4 default gateway").orNone().byDefault("none"),
     XAS_FIELD(XasEthPayload, gateway_ipv6, sockaddr6, "IPv6 default gateway"),

@@ -21,6 +21,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 /** How the bytes of a field are to be read; msg/values.h gives the text form of each. */
@@ -87,7 +88,16 @@ struct XasMsgGroup {
     std::string_view meaning = {};
     constexpr std::size_t count() const { return place.width / stride; }
     constexpr std::size_t end() const { return place.offset + place.width; }
+    constexpr XasMsgGroup alwaysUsed() const { return {name, place, stride, true, meaning}; }
 };
+
+/** The group of a payload struct's array: XAS_GROUP("eth", XasEthPayload, ports, "..."). */
+#define XAS_GROUP(groupName, Payload, array, what)                                                           \
+    XasMsgGroup                                                                                              \
+    {                                                                                                        \
+        .name = (groupName), .place = XAS_PLACE(Payload, array), .stride = sizeof(Payload::array[0]),        \
+        .meaning = (what)                                                                                    \
+    }
 
 /** Of a field that is not repeated. (Not a null pointer: g++ does not take a comparison with one for a
  * constant expression when it builds with UndefinedBehaviorSanitizer.) */
@@ -112,44 +122,24 @@ struct XasMsgField {
 
     constexpr XasMsgField of(std::span<const XasValueName> values) const
     {
-        XasMsgField field = *this;
-        field.names = values;
-        return field;
+        return with(&XasMsgField::names, values);
     }
     constexpr XasMsgField within(std::int64_t lowest, std::uint64_t highest) const
     {
-        XasMsgField field = *this;
-        field.range = XasRange{lowest, highest};
-        return field;
+        return with(&XasMsgField::range, XasRange{lowest, highest});
     }
-    constexpr XasMsgField orNone() const
+    constexpr XasMsgField orNone() const { return with(&XasMsgField::none, true); }
+    constexpr XasMsgField holding(XasTextRule text) const { return with(&XasMsgField::rule, text); }
+    constexpr XasMsgField byDefault(std::string_view text) const { return with(&XasMsgField::initial, text); }
+    constexpr XasMsgField in(const XasMsgGroup &all) const { return with(&XasMsgField::group, &all); }
+    constexpr XasMsgField counting(const XasMsgGroup &all) const { return with(&XasMsgField::counts, &all); }
+
+  private:
+    template <class T>
+    constexpr XasMsgField with(T XasMsgField::*member, const std::type_identity_t<T> &value) const
     {
         XasMsgField field = *this;
-        field.none = true;
-        return field;
-    }
-    constexpr XasMsgField holding(XasTextRule text) const
-    {
-        XasMsgField field = *this;
-        field.rule = text;
-        return field;
-    }
-    constexpr XasMsgField byDefault(std::string_view text) const
-    {
-        XasMsgField field = *this;
-        field.initial = text;
-        return field;
-    }
-    constexpr XasMsgField in(const XasMsgGroup &repeated) const
-    {
-        XasMsgField field = *this;
-        field.group = &repeated;
-        return field;
-    }
-    constexpr XasMsgField counting(const XasMsgGroup &elements) const
-    {
-        XasMsgField field = *this;
-        field.counts = &elements;
+        field.*member = value;
         return field;
     }
 };
@@ -161,9 +151,17 @@ constexpr XasMsgField xasField(std::string_view name, XasPlace place, XasFieldKi
     return {.name = name, .place = place, .kind = kind, .meaning = meaning};
 }
 
-/** A field called as the payload struct's member, as in XAS_FIELD(XasDnsPayload, dns1, ipAddr, "..."). */
-#define XAS_FIELD(Payload, member, kind, meaning)                                                            \
-    xasField(#member, XAS_PLACE(Payload, member), XasFieldKind::kind, meaning)
+/** A field called `name` at a member of the payload struct: XAS_FIELD_AS("port1", XasRadiusPayload,
+ * server1.port, number, "..."). */
+#define XAS_FIELD_AS(name, Payload, member, kind, meaning)                                                   \
+    xasField(name, XAS_PLACE(Payload, member), XasFieldKind::kind, meaning)
+
+/** A field called as the member: XAS_FIELD(XasDnsPayload, dns1, ipAddr, "..."). */
+#define XAS_FIELD(Payload, member, kind, meaning) XAS_FIELD_AS(#member, Payload, member, kind, meaning)
+
+/** A field called as a member of a part: XAS_FIELD_OF(XasEthPayload, ports[0], ip, ipv4, "..."). */
+#define XAS_FIELD_OF(Payload, part, member, kind, meaning)                                                   \
+    XAS_FIELD_AS(#member, Payload, part.member, kind, meaning)
 
 /** Everything about one message type. */
 struct XasMsgFields {
@@ -182,8 +180,7 @@ struct XasMsgFieldAt {
     std::size_t element; /**< of its group, from 0 */
 };
 
-/** Every field with groups spread out: eth1.marker ... eth1.mtu, eth2.marker ..., in the order of the record.
- */
+/** Every field with groups spread out: eth1.marker ... eth1.mtu, eth2.marker ..., in the record's order. */
 std::vector<XasMsgFieldAt> xasListFields(const XasMsgFields &fields);
 
 /** The field called `name` ("hostname", "eth2.ip"), or none. */
@@ -195,8 +192,7 @@ XasPlace xasElementPlace(const XasMsgGroup &group, std::size_t element);
 /** True when every byte of `place` is zero. */
 bool xasIsZero(std::span<const std::byte> record, XasPlace place);
 
-/** True when the element that the field belongs to is in use; always true outside groups and in fixed ones.
- */
+/** True when the element that the field belongs to is in use; always so outside groups and in fixed ones. */
 bool xasIsUsed(std::span<const std::byte> record, const XasMsgFieldAt &where);
 
 /** True when `width` bytes can hold a field of `kind`. */
@@ -238,10 +234,8 @@ constexpr bool xasFieldIsSound(const XasMsgField &field)
 /** Compilers pad members to at most this alignment. */
 inline constexpr std::size_t XAS_ALIGNMENT_MAX = 8;
 
-/**
- * For static_assert beside a table of Payload's fields: each is sound, they ascend without overlap, and
- * nothing of the struct is left out but padding and the places in `unused`.
- */
+/** For static_assert beside a table of Payload's fields: each is sound, they ascend without overlap, and
+ * nothing of the struct is left out but padding and the places in `unused`. */
 template <class Payload>
 constexpr bool xasFieldsAreSound(std::span<const XasMsgField> fields,
                                  std::initializer_list<XasPlace> unused = {})

@@ -2,6 +2,7 @@
 #ifndef XAS_WIRE_NOTIFY_MESSAGE_H
 #define XAS_WIRE_NOTIFY_MESSAGE_H
 
+#include "wire/address.h"
 #include "wire/field.h"
 
 inline constexpr std::uint32_t XAS_LINK_UP = 2;
@@ -17,12 +18,10 @@ struct XasNotifyPayload {
 /** The payload of XMSG_NAT_NOTIFY: address translation for one address is wanted or no longer wanted. */
 struct XasNatNotifyPayload {
     std::uint32_t add;
-    std::uint32_t address;
+    XasIPv4 address;
 };
 
 namespace xasNotifyFields {
-
-using enum XasFieldKind;
 
 inline constexpr XasValueName LINK_CHANGES[] = {{XAS_LINK_UP, "link-up"}, {XAS_LINK_DOWN, "link-down"}};
 

@@ -13,8 +13,6 @@ struct XasReplyPayload {
 
 namespace xasReplyFields {
 
-using enum XasFieldKind;
-
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasReplyPayload, success, flag, "the settings were applied"),
     XAS_FIELD(XasReplyPayload, complete, flag, "the work is done; always yes from the daemon")

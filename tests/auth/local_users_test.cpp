@@ -86,5 +86,6 @@ TEST(AccountCommand, ReadsFieldsWithoutEndUpToTheirWidth)
 
 TEST(AccountCommand, IsNotRunWhenQuotingMakesItLongerThan255Characters)
 {
-    EXPECT_EQ(xasRunAccountCommand(xasPasswordUserCommand(userOf("a", std::string(66, '\''), 1))), -1);
+    EXPECT_EQ(
+        xasRunAccountCommand(xasPasswordUserCommand(userOf("a", std::string(66, '\''), 1))).waitStatus(), -1);
 }

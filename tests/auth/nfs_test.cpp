@@ -14,7 +14,7 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr std::uint32_t NONE = XAS_NO_IPV4;
+constexpr XasIPv4 NONE = XAS_NO_IPV4;
 
 const XasLogLine EMPTY_PATH = xasWarningLine("Ignoring NFS mount with empty path\n");
 const XasLogLine TOO_LONG = xasErrorLine("NFS entry exceeds memory limits");

@@ -18,7 +18,7 @@ std::string readBack(const XasTestDir &dir, Append append)
     XasShellCommand command{"printf '[%s]' "};
     append(command);
     command.text(" > ").word(dir.path("out"));
-    EXPECT_EQ(xasSystem(command), 0);
+    EXPECT_TRUE(xasSystem(command).exitedWell());
     return dir.read("out");
 }
 
@@ -110,41 +110,41 @@ TEST(ShellCommand, IsNotCutWhenAQuoteInsideWasEscaped)
 TEST(System, GivesMinusOneWhenNoChildCanBeMade)
 {
     const XasFault fault{"fork", EAGAIN};
-    EXPECT_EQ(xasSystem(XasShellCommand{"true"}), -1);
+    EXPECT_EQ(xasSystem(XasShellCommand{"true"}).waitStatus(), -1);
 }
 
 TEST(System, GivesMinusOneWhenTheChildCannotBeWaitedFor)
 {
     const XasFault fault{"waitpid", ECHILD};
-    EXPECT_EQ(xasSystem(XasShellCommand{"true"}), -1);
+    EXPECT_EQ(xasSystem(XasShellCommand{"true"}).waitStatus(), -1);
 }
 
 TEST(System, GivesTheWaitStatusOfTheCommand)
 {
-    EXPECT_EQ(xasSystem(XasShellCommand{"exit 0"}), 0);
-    const int exited = xasSystem(XasShellCommand{"exit 3"});
+    EXPECT_EQ(xasSystem(XasShellCommand{"exit 0"}).waitStatus(), 0);
+    const int exited = xasSystem(XasShellCommand{"exit 3"}).waitStatus();
     EXPECT_TRUE(WIFEXITED(exited));
     EXPECT_EQ(WEXITSTATUS(exited), 3);
-    const int killed = xasSystem(XasShellCommand{"kill -9 $$"});
+    const int killed = xasSystem(XasShellCommand{"kill -9 $$"}).waitStatus();
     EXPECT_TRUE(WIFSIGNALED(killed));
     EXPECT_EQ(WTERMSIG(killed), SIGKILL);
 }
 
 TEST(System, GivesTheShellsOwn127ForACommandThatItDoesNotFind)
 {
-    const int status = xasSystem(XasShellCommand{"/missing/program 2>/dev/null"});
-    EXPECT_EQ(WEXITSTATUS(status), 127);
-    EXPECT_FALSE(xasShellNotRun(status));
+    const XasExitStatus status = xasSystem(XasShellCommand{"/missing/program 2>/dev/null"});
+    EXPECT_EQ(WEXITSTATUS(status.waitStatus()), 127);
+    EXPECT_FALSE(status.shellNotRun());
 }
 
 TEST(System, TellsWhenTheShellWasNotRun)
 {
-    EXPECT_TRUE(xasShellNotRun(-1));
-    EXPECT_FALSE(xasShellNotRun(0));
-    EXPECT_FALSE(xasShellNotRun(1 << 8));
-    EXPECT_TRUE(xasExitedWell(0));
-    EXPECT_FALSE(xasExitedWell(1 << 8));
-    EXPECT_FALSE(xasExitedWell(SIGKILL));
+    EXPECT_TRUE(XasExitStatus{-1}.shellNotRun());
+    EXPECT_FALSE(XasExitStatus{0}.shellNotRun());
+    EXPECT_FALSE(XasExitStatus{1 << 8}.shellNotRun());
+    EXPECT_TRUE(XasExitStatus{0}.exitedWell());
+    EXPECT_FALSE(XasExitStatus{1 << 8}.exitedWell());
+    EXPECT_FALSE(XasExitStatus{SIGKILL}.exitedWell());
 }
 
 TEST(System, GivesTheCommandDefaultSignalsAndAnEmptyMask)
@@ -156,7 +156,7 @@ TEST(System, GivesTheCommandDefaultSignalsAndAnEmptyMask)
     sigaddset(&blocked, SIGTERM);
     sigprocmask(SIG_BLOCK, &blocked, nullptr);
     XasShellCommand command{"grep -E '^Sig(Blk|Ign):' /proc/self/status > "};
-    EXPECT_EQ(xasSystem(command.word(dir.path("out"))), 0);
+    EXPECT_TRUE(xasSystem(command.word(dir.path("out"))).exitedWell());
     sigprocmask(SIG_UNBLOCK, &blocked, nullptr);
     EXPECT_EQ(dir.read("out"), "SigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n");
 }

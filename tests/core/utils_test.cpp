@@ -18,9 +18,9 @@ using testing::IsEmpty;
 
 namespace {
 
-std::uint32_t ipv4(const char *text)
+XasIPv4 ipv4(const char *text)
 {
-    return ::inet_addr(text);
+    return {::inet_addr(text)};
 }
 
 /** A test with files of its own that sees the log. */
@@ -46,41 +46,46 @@ TEST(Addresses, OfNetworkAndBroadcastFollowFromTheMask)
     EXPECT_EQ(xasBroadcastAddr(ipv4("192.168.5.77"), ipv4("255.255.255.0")), ipv4("192.168.5.255"));
     EXPECT_EQ(xasNetworkAddr(ipv4("10.20.30.40"), ipv4("255.240.0.0")), ipv4("10.16.0.0"));
     EXPECT_EQ(xasBroadcastAddr(ipv4("10.20.30.40"), ipv4("255.240.0.0")), ipv4("10.31.255.255"));
-    EXPECT_EQ(xasBroadcastAddr(ipv4("10.20.30.40"), 0), ipv4("255.255.255.255"));
-    EXPECT_EQ(xasNetworkAddr(ipv4("10.20.30.40"), 0), 0U);
+    EXPECT_EQ(xasBroadcastAddr(ipv4("10.20.30.40"), {}), ipv4("255.255.255.255"));
+    EXPECT_EQ(xasNetworkAddr(ipv4("10.20.30.40"), {}), XasIPv4{});
 }
 
 TEST(Addresses, OfIPv4AreDotted)
 {
-    EXPECT_STREQ(xasIPv4ToStr(0), "0.0.0.0");
-    EXPECT_STREQ(xasIPv4ToStr(ipv4("1.20.255.4")), "1.20.255.4");
+    EXPECT_EQ(xasIPv4ToStr({}), "0.0.0.0");
+    EXPECT_EQ(xasIPv4ToStr(ipv4("1.20.255.4")), "1.20.255.4");
 }
 
 TEST(Addresses, OfIPv6AreTheShortForm)
 {
     unsigned char address[16] = {};
-    EXPECT_STREQ(xasIPv6ToStr(address), "::");
+    EXPECT_EQ(xasIPv6ToStr(address), "::");
     ::inet_pton(AF_INET6, "2001:db8::8:800:200c:417a", address);
-    EXPECT_STREQ(xasIPv6ToStr(address), "2001:db8::8:800:200c:417a");
+    EXPECT_EQ(xasIPv6ToStr(address), "2001:db8::8:800:200c:417a");
 }
 
 TEST(Addresses, OfIPv6CarryTheirPrefixLength)
 {
     unsigned char address[16] = {};
-    EXPECT_STREQ(xasIPv6PrefixToStr(address, 64), "::/64");
+    EXPECT_EQ(xasIPv6PrefixToStr(address, 64), "::/64");
     ::inet_pton(AF_INET6, "2001:db8:1111:2222:3333:4444:5555:6666", address);
-    EXPECT_STREQ(xasIPv6PrefixToStr(address, 128), "2001:db8:1111:2222:3333:4444:5555:6666/128");
+    EXPECT_EQ(xasIPv6PrefixToStr(address, 128), "2001:db8:1111:2222:3333:4444:5555:6666/128");
 }
 
-TEST(Addresses, OfIPv6KeepTheirTextWhileOneWithPrefixIsMade)
+TEST(Addresses, OfIPv6WithAPrefixAreCutAfter49Characters)
 {
     unsigned char address[16] = {};
-    ::inet_pton(AF_INET6, "fe80::1", address);
-    const char *const text = xasIPv6ToStr(address);
-    const unsigned char zero[16] = {};
-    xasIPv6PrefixToStr(zero, 64);
-    xasIPv4ToStr(0);
-    EXPECT_STREQ(text, "fe80::1");
+    ::inet_pton(AF_INET6, "2001:db8:1111:2222:3333:4444:5555:6666", address);
+    EXPECT_EQ(xasIPv6PrefixToStr(address, 0x80000000U), "2001:db8:1111:2222:3333:4444:5555:6666/-214748364");
+}
+
+TEST(Addresses, OfIPv4AreNoneWhenAllBitsAreSetAndUnsetWhenNoneIs)
+{
+    EXPECT_TRUE(ipv4("255.255.255.255").isNone());
+    EXPECT_FALSE(ipv4("255.255.255.254").isNone());
+    EXPECT_FALSE(XasIPv4{}.isNone());
+    EXPECT_TRUE(ipv4("0.0.0.0").isUnset());
+    EXPECT_FALSE(ipv4("0.0.0.1").isUnset());
 }
 
 TEST_F(Utils, GiveAnInvalidTextForAnAddressThatHasNone)
@@ -88,8 +93,8 @@ TEST_F(Utils, GiveAnInvalidTextForAnAddressThatHasNone)
     const unsigned char address[16] = {};
     {
         const XasFault fault{"inet_ntop", EAFNOSUPPORT};
-        EXPECT_STREQ(xasIPv6ToStr(address), "<invalid>");
-        EXPECT_STREQ(xasIPv6PrefixToStr(address, 64), "<invalid>");
+        EXPECT_EQ(xasIPv6ToStr(address), "<invalid>");
+        EXPECT_EQ(xasIPv6PrefixToStr(address, 64), "<invalid>");
     }
     const auto line = xasErrorLine("Error IPv6 address format");
     EXPECT_THAT(log.lines(), ElementsAre(line, line));
@@ -98,14 +103,14 @@ TEST_F(Utils, GiveAnInvalidTextForAnAddressThatHasNone)
 TEST_F(Utils, GiveAllOnesForANameThatDoesNotResolve)
 {
     const XasFault fault{"gethostbyname", 0};
-    EXPECT_EQ(xasHostByName("no.such.name"), 0xFFFFFFFFU);
-    EXPECT_EQ(xasHostByName(""), 0xFFFFFFFFU);
+    EXPECT_EQ(xasHostByName("no.such.name"), XAS_NO_IPV4);
+    EXPECT_EQ(xasHostByName(""), XAS_NO_IPV4);
 }
 
 TEST_F(Utils, GiveAllOnesForANameThatCannotBeAskedFor)
 {
     const XasFault fault{"fork", EAGAIN};
-    EXPECT_EQ(xasHostByName("127.0.0.1"), 0xFFFFFFFFU);
+    EXPECT_EQ(xasHostByName("127.0.0.1"), XAS_NO_IPV4);
 }
 
 TEST_F(Utils, ResolveATextualAddressToItself)
@@ -189,34 +194,28 @@ TEST_F(Utils, MakeEveryMissingDirectoryOfAPath)
 
 TEST(TrimString, GivesTheEmptyTextAtTheEndOfABlankOne)
 {
-    char text[] = " \t ";
-    EXPECT_EQ(xasTrimString(text), text + 3);
-    EXPECT_STREQ(xasTrimString(text), "");
-    char empty[] = "";
-    EXPECT_EQ(xasTrimString(empty), empty);
+    const std::string_view text = " \t ";
+    EXPECT_EQ(xasTrimString(text), "");
+    EXPECT_EQ(xasTrimString(text).data(), text.data() + 3);
+    EXPECT_EQ(xasTrimString(""), "");
 }
 
 TEST(TrimString, CutsBlanksAndTabsOffBothEnds)
 {
-    char text[] = " \t abc \t";
-    EXPECT_STREQ(xasTrimString(text), "abc");
-    char inner[] = "a b\tc";
-    EXPECT_STREQ(xasTrimString(inner), "a b\tc");
-    char one[] = " x";
-    EXPECT_STREQ(xasTrimString(one), "x");
+    EXPECT_EQ(xasTrimString(" \t abc \t"), "abc");
+    EXPECT_EQ(xasTrimString("a b\tc"), "a b\tc");
+    EXPECT_EQ(xasTrimString(" x"), "x");
 }
 
 TEST(TrimString, KeepsLineFeedsAndWhatStandsBeforeThem)
 {
-    char text[] = " abc \n";
-    EXPECT_STREQ(xasTrimString(text), "abc \n");
-    char leading[] = "\n abc";
-    EXPECT_STREQ(xasTrimString(leading), "\n abc");
+    EXPECT_EQ(xasTrimString(" abc \n"), "abc \n");
+    EXPECT_EQ(xasTrimString("\n abc"), "\n abc");
 }
 
 TEST(TrimStringDeathTest, NeedsAText)
 {
-    EXPECT_DEATH(xasTrimString(nullptr), "str != \\(\\(void \\*\\)0\\)");
+    EXPECT_DEATH(xasTrimString(std::string_view{}), "str != \\(\\(void \\*\\)0\\)");
 }
 
 TEST_F(Utils, TakeNoEmptyCommandForExecutable)

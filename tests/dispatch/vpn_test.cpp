@@ -192,7 +192,7 @@ TEST(IPsecConn, MakesBlanksOfTheCommasOfASubnetList)
 TEST(IPsecConn, HasANextHopOfZero)
 {
     XasVpnPayload vpn = xasTestVpn();
-    vpn.local_hop = 0;
+    vpn.local_hop = {};
     vpn.remote_hop = xasTestIPv4("255.255.255.254");
     EXPECT_THAT(connOf(vpn), HasSubstr("\n    leftnexthop=0.0.0.0\n"));
     EXPECT_THAT(connOf(vpn), HasSubstr("\n    rightnexthop=255.255.255.254\n"));

@@ -6,10 +6,8 @@
 
 namespace {
 
-using NameOf = const char *(*)(std::uint32_t);
-
 /** The names of the values from 0 on, one behind the other. */
-std::vector<std::string> namesOf(NameOf nameOf, std::uint32_t count)
+std::vector<std::string> namesOf(const XasEnumNames &nameOf, std::uint32_t count)
 {
     std::vector<std::string> names;
     for (std::uint32_t value = 0; value < count; ++value)
@@ -23,7 +21,7 @@ using Names = std::vector<std::string>;
 
 TEST(MsgEnumNames, EveryValueOutsideItsTableIsUnknown)
 {
-    const std::vector<std::pair<NameOf, std::uint32_t>> firstOutside = {
+    const std::vector<std::pair<XasEnumNames, std::uint32_t>> firstOutside = {
         {msgAddressSourceName, 3},
         {msgIPsecCipherName, 3},
         {msgIPsecHashName, 3},

@@ -88,18 +88,17 @@ TEST(MsgPrint, ThePayloadGoesToStandardOutput)
 
 TEST(MsgPrint, AnAddressIsDottedWithOrWithoutAPort)
 {
-    EXPECT_STREQ(msgIPv4Text(htonl(0xC0A80A01)), "192.168.10.1");
-    EXPECT_STREQ(msgIPv4Text(0), "0.0.0.0");
-    EXPECT_STREQ(msgIPv4PortText(htonl(0x0A000001), 22), "10.0.0.1:22");
-    EXPECT_STREQ(msgIPv4PortText(0xFFFFFFFF, 65535), "255.255.255.255:65535");
+    EXPECT_EQ(msgIPv4Text({htonl(0xC0A80A01)}), "192.168.10.1");
+    EXPECT_EQ(msgIPv4Text({0}), "0.0.0.0");
+    EXPECT_EQ(msgIPv4PortText({htonl(0x0A000001)}, 22), "10.0.0.1:22");
+    EXPECT_EQ(msgIPv4PortText({0xFFFFFFFF}, 65535), "255.255.255.255:65535");
 }
 
-TEST(MsgPrint, TheNextAddressTakesThePlaceOfTheLastOne)
+TEST(MsgPrint, AnAddressStaysWhenTheNextOneIsFormatted)
 {
-    const char *const first = msgIPv4Text(htonl(0x0A000001));
-    const char *const second = msgIPv4PortText(htonl(0x0A000002), 80);
-    EXPECT_EQ(first, second);
-    EXPECT_STREQ(first, "10.0.0.2:80");
+    const std::string first = msgIPv4Text({htonl(0x0A000001)});
+    EXPECT_EQ(msgIPv4PortText({htonl(0x0A000002)}, 80), "10.0.0.2:80");
+    EXPECT_EQ(first, "10.0.0.1");
 }
 
 TEST(MsgPrint, ThreeValuesAreJoinedByCommasAndAnEmptyOneReadsNone)

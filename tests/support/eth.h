@@ -9,13 +9,13 @@
 #include <random>
 #include <stdexcept>
 
-/** The address of a dotted text, in network byte order. */
-inline std::uint32_t xasTestIPv4(const char *text)
+/** The address of a dotted text. */
+inline XasIPv4 xasTestIPv4(const char *text)
 {
     in_addr address{};
     if (::inet_pton(AF_INET, text, &address) != 1)
         throw std::invalid_argument{text};
-    return address.s_addr;
+    return {address.s_addr};
 }
 
 /** Fills 16 bytes with the address of a text. */

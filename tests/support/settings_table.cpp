@@ -69,15 +69,15 @@ XasExpectedSetting eth()
                           .word(120, 1) // both port records are filled
                           .word(124, 1)
                           .word(128, 2)
-                          .word(132, xasTestIPv4("192.168.1.10"))
-                          .word(136, xasTestIPv4("255.255.255.0"))
+                          .word(132, xasTestIPv4("192.168.1.10").bits)
+                          .word(136, xasTestIPv4("255.255.255.0").bits)
                           .word(164, 1500)
                           .word(168, 1)
                           .word(216, 1)
-                          .word(220, xasTestIPv4("192.168.1.1"))
+                          .word(220, xasTestIPv4("192.168.1.1").bits)
                           .word(252, 1)
                           .word(256, 2)
-                          .word(260, xasTestIPv4("192.168.1.2"))
+                          .word(260, xasTestIPv4("192.168.1.2").bits)
                           .word(280, 1)
                           .build();
     return setting;
@@ -131,7 +131,7 @@ XasExpectedSetting dns()
                                   "Error printing line to DNS precedence config file",
                                   "Error editing DNS precedence config file"},
                                  {"resolv"})};
-    setting.message = XasMessageBuilder{3}.word(124, xasTestIPv4("192.0.2.9")).word(180, 1).build();
+    setting.message = XasMessageBuilder{3}.word(124, xasTestIPv4("192.0.2.9").bits).word(180, 1).build();
     return setting;
 }
 

@@ -147,7 +147,7 @@ XasExpectedSetting kerberos()
                           .word(120, 1)
                           .bytes(125, "R")
                           .bytes(382, "kdc.x")
-                          .word(644, xasTestIPv4("10.0.0.44"))
+                          .word(644, xasTestIPv4("10.0.0.44").bits)
                           .build();
     return setting;
 }

@@ -16,7 +16,7 @@ class XmsHandledTypes : public XmsServeTest {
     /** Sends the type with its defaults; whatever is answered at all is answered with success. */
     void set(std::uint32_t msgtype)
     {
-        const std::string type = xasMsgShortName(msgtype);
+        const std::string type = msgShortName(msgtype);
         const bool isAnswered = msgtype != XMSG_NOTIFY && msgtype != XMSG_NAT_NOTIFY;
         if (isAnswered)
             EXPECT_EQ(setAndAnswer({"set", type}, true), 0) << type;
@@ -32,7 +32,7 @@ class XmsHandledTypes : public XmsServeTest {
 
     void get(std::uint32_t msgtype)
     {
-        const std::string type = xasMsgShortName(msgtype);
+        const std::string type = msgShortName(msgtype);
         const bool isStored = msgFieldsOf(msgtype)->stored;
         EXPECT_EQ(run({"get", type}), isStored ? 0 : 1) << type;
         for (const XasMsgFieldAt &where : xasListFields(*msgFieldsOf(msgtype))) {
@@ -56,7 +56,7 @@ TEST_F(XmsHandledTypes, CanBeDescribedSetWatchedAndGot)
     }));
     EXPECT_EQ(xasSettings().size(), 26U);
     for (const XasSetting &row : xasSettings()) {
-        const std::string type = xasMsgShortName(row.msgtype);
+        const std::string type = msgShortName(row.msgtype);
         ASSERT_NE(msgFieldsOf(row.msgtype), nullptr) << type;
         EXPECT_EQ(run({"describe", type}), 0) << type;
         EXPECT_THAT(dir.read("out"), Not(HasSubstr("not described"))) << type;

@@ -25,7 +25,7 @@ TEST(XmsMarkdown, EveryTypeThatIsActedUponHasItsSection)
 {
     const std::string text = xmsMarkdown();
     for (const XasSetting &row : xasSettings())
-        EXPECT_THAT(text, HasSubstr("\n## " + xasMsgShortName(row.msgtype) + "\n"));
+        EXPECT_THAT(text, HasSubstr("\n## " + msgShortName(row.msgtype) + "\n"));
 }
 
 TEST(XmsMarkdown, AFieldIsALineOfATable)

@@ -49,11 +49,10 @@ XmsExit xmsGetCommand(const XmsOptions &options, const std::string &type,
     xmsAssign(request, xmsParseAssignments(keys));
     const auto stored = xmsAskStored(xmsConnect(options.socket), request);
     if (!stored)
-        throw XmsError{XmsExit::refused, "nothing is stored for " + xasMsgLongName(request.xH.msgtype)};
+        throw XmsError{XmsExit::refused, "nothing is stored for " + msgLongName(request.xH.msgtype)};
     const bool isDescribed = msgFieldsOf(stored->xH.msgtype) != nullptr;
     if (options.json)
-        print(
-            xmsJsonLine({{"type", xasMsgShortName(stored->xH.msgtype)}, {"fields", xmsFieldsJson(*stored)}}));
+        print(xmsJsonLine({{"type", msgShortName(stored->xH.msgtype)}, {"fields", xmsFieldsJson(*stored)}}));
     else if (isDescribed)
         std::fputs(xmsFieldsTable(*stored).c_str(), stdout);
     else

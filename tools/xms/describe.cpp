@@ -104,8 +104,8 @@ XmsJson typeJson(std::uint32_t msgtype)
 {
     const XasMsgFields *fields = msgFieldsOf(msgtype);
     XmsJson json = {{"number", msgtype},
-                    {"type", xasMsgShortName(msgtype)},
-                    {"name", xasMsgLongName(msgtype)},
+                    {"type", msgShortName(msgtype)},
+                    {"name", msgLongName(msgtype)},
                     {"application", xmsApplicationText(msgtype)},
                     {"described", fields != nullptr}};
     if (fields != nullptr) {
@@ -174,7 +174,7 @@ std::string xmsTypesText()
     for (const std::uint32_t msgtype : namedTypes()) {
         const XasMsgFields *fields = msgFieldsOf(msgtype);
         const std::string application = xmsApplicationText(msgtype);
-        rows.push_back({std::to_string(msgtype), xasMsgShortName(msgtype),
+        rows.push_back({std::to_string(msgtype), msgShortName(msgtype),
                         application.empty() ? "-" : application,
                         fields == nullptr ? "-" : std::to_string(xasListFields(*fields).size()),
                         fields == nullptr ? "" : std::string{fields->meaning}});
@@ -193,7 +193,7 @@ XmsJson xmsTypesJson()
 std::string xmsDescribeText(std::uint32_t msgtype, XmsPaint paint)
 {
     const XasMsgFields *fields = msgFieldsOf(msgtype);
-    const std::string title = xmsPainted(paint, XmsInk::strong, xasMsgLongName(msgtype));
+    const std::string title = xmsPainted(paint, XmsInk::strong, msgLongName(msgtype));
     const std::string number = " (" + std::to_string(msgtype) + ")";
     if (fields == nullptr)
         return title + number + ": its fields are not described\n";

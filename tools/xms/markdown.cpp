@@ -117,10 +117,10 @@ std::string typesSection()
         if (xasMsgTypeName(msgtype).empty())
             continue;
         const XasMsgFields *fields = msgFieldsOf(msgtype);
-        std::vector<std::string> row = {std::to_string(msgtype), "`" + xasMsgLongName(msgtype) + "`",
+        std::vector<std::string> row = {std::to_string(msgtype), "`" + msgLongName(msgtype) + "`",
                                         xmsApplicationText(msgtype), ""};
         if (fields != nullptr) {
-            row[1].insert(0, "[").append("](#").append(xasMsgShortName(msgtype)).append(")");
+            row[1].insert(0, "[").append("](#").append(msgShortName(msgtype)).append(")");
             row[3] = fields->meaning;
         }
         rows.push_back(row);
@@ -148,8 +148,8 @@ std::string fieldsTable(const XasMsgFields &fields)
 std::string typeSection(const XasMsgFields &fields)
 {
     const std::string application = xmsApplicationText(fields.msgtype);
-    std::string text = "\n## " + xasMsgShortName(fields.msgtype) + "\n\n";
-    text += "`" + xasMsgLongName(fields.msgtype) + "` (" + std::to_string(fields.msgtype) + "): ";
+    std::string text = "\n## " + msgShortName(fields.msgtype) + "\n\n";
+    text += "`" + msgLongName(fields.msgtype) + "` (" + std::to_string(fields.msgtype) + "): ";
     text.append(fields.meaning).append(".\nHandling: ").append(xmsHandlingText(fields));
     if (!application.empty())
         text += "; application: " + application;

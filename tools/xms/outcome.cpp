@@ -21,7 +21,7 @@ std::string milliseconds(double ms)
 XmsOutcome xmsOutcomeFrom(std::uint32_t msgtype, const XmsJson &answer)
 {
     XmsOutcome outcome;
-    outcome.type = xasMsgShortName(msgtype);
+    outcome.type = msgShortName(msgtype);
     outcome.result = answer.value("result", "");
     outcome.id = answer.value("id", std::uint32_t{0});
     outcome.problem = answer.value("problem", "");

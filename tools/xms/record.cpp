@@ -20,7 +20,7 @@ std::vector<std::string> shortTypeNames()
     std::vector<std::string> names;
     for (std::uint32_t msgtype = XMSG_ETH; msgtype <= XMSG_ERROR; ++msgtype) {
         if (!xasMsgTypeName(msgtype).empty())
-            names.push_back(xasMsgShortName(msgtype));
+            names.push_back(msgShortName(msgtype));
     }
     return names;
 }
@@ -38,7 +38,7 @@ const XasMsgFields &fieldsToSet(std::uint32_t msgtype)
 {
     const XasMsgFields *fields = msgFieldsOf(msgtype);
     if (fields == nullptr || fields->fields.empty())
-        complain(xasMsgLongName(msgtype) + " has no fields to set by name");
+        complain(msgLongName(msgtype) + " has no fields to set by name");
     return *fields;
 }
 
@@ -49,7 +49,7 @@ XasMsgFieldAt findField(const XasMsgFields &fields, const std::string &name)
     std::vector<std::string> known;
     for (const XasMsgFieldAt &where : xasListFields(fields))
         known.push_back(where.name);
-    const std::string type = xasMsgShortName(fields.msgtype);
+    const std::string type = msgShortName(fields.msgtype);
     complain(type + " has no field \"" + name + "\"" + xmsDidYouMean(name, known) + "; xms describe " + type +
              " lists them");
 }
@@ -81,7 +81,7 @@ void updateCounts(std::span<std::byte> bytes, const XasMsgFields &fields,
 
 std::uint32_t xmsTypeFromText(std::string_view text)
 {
-    if (const auto msgtype = xasMsgTypeFromText(text))
+    if (const auto msgtype = msgTypeFromText(text))
         return *msgtype;
     complain("no message type is called \"" + std::string{text} + "\"" +
              xmsDidYouMean(comparable(text), shortTypeNames()) + "; xms types lists them");

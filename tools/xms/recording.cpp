@@ -23,7 +23,7 @@ std::span<const std::byte> usedPart(const XasMessage &record)
 
 XasMessage messageOf(const XmsJson &line)
 {
-    const auto msgtype = xasMsgTypeFromText(line.at("type").get<std::string>());
+    const auto msgtype = msgTypeFromText(line.at("type").get<std::string>());
     const auto payload = xmsFromHex(line.at("payload").get<std::string>());
     if (!msgtype || !payload || payload->size() > XAS_PAYLOAD_SIZE)
         throw std::invalid_argument{"neither type nor payload"};
@@ -103,7 +103,7 @@ XmsJson xmsRecordingLine(const XmsTraffic &traffic)
     }
     XasMessage record;
     std::memcpy(&record, traffic.bytes.data(), sizeof record);
-    line["type"] = xasMsgShortName(record.xH.msgtype);
+    line["type"] = msgShortName(record.xH.msgtype);
     line["action"] = record.xH.action;
     line["sender"] = record.xH.sender;
     line["id"] = record.xH.id;

@@ -244,7 +244,7 @@ void expire(Server &server)
             std::erase_if(server.outgoing,
                           [id](const Outgoing &outgoing) { return outgoing.record.xH.id == id; });
         const std::string cause = timeoutCause(server, expired);
-        remark(xasMsgShortName(expired.setting.xH.msgtype) + " #" + std::to_string(id) +
+        remark(msgShortName(expired.setting.xH.msgtype) + " #" + std::to_string(id) +
                ": no acknowledgement in time: " + cause);
         xmsTell(server.clients, expired.client,
                 xmsJsonLine({{"result", "timeout"}, {"id", id}, {"problem", cause}}));

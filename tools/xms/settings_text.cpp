@@ -68,7 +68,7 @@ std::string filesText(const XasSetting &setting)
 
 std::string sectionOf(const XasSetting &setting)
 {
-    const std::string shortName = xasMsgShortName(setting.msgtype);
+    const std::string shortName = msgShortName(setting.msgtype);
     std::string text = "\n## " + shortName + "\n\n";
     text += "Application: " + xmsApplicationText(setting.msgtype) +
             ". Started: " + xmsStartText(setting.msgtype) + ". Files: " + filesText(setting) + ".\n";

@@ -188,7 +188,7 @@ std::string xmsTrafficLine(const XmsTraffic &traffic, XmsPaint paint)
     const XasMsgHeader &head = record.xH;
     std::string line = start + padded(nameOrNumber(xasSenderName(head.sender), head.sender), 3) + "  " +
                        padded(nameOrNumber(xasActionName(head.action), head.action), 6) + "  " +
-                       xmsPainted(paint, XmsInk::strong, padded(xasMsgShortName(head.msgtype), 10)) + "  " +
+                       xmsPainted(paint, XmsInk::strong, padded(msgShortName(head.msgtype), 10)) + "  " +
                        padded("#" + std::to_string(head.id), 4);
     if (head.orig_id != 0)
         line += "  to #" + std::to_string(head.orig_id);
@@ -205,7 +205,7 @@ XmsJson xmsTrafficJson(const XmsTraffic &traffic)
     if (traffic.bytes.size() != XAS_MESSAGE_SIZE)
         return json;
     const XasMessage record = xmsTrafficMessage(traffic);
-    json["type"] = xasMsgShortName(record.xH.msgtype);
+    json["type"] = msgShortName(record.xH.msgtype);
     json["action"] = nameOrNumber(xasActionName(record.xH.action), record.xH.action);
     json["sender"] = nameOrNumber(xasSenderName(record.xH.sender), record.xH.sender);
     json["id"] = record.xH.id;
