@@ -95,7 +95,7 @@ std::string xasIPv6ToStr(const unsigned char *address)
 
 std::string xasIPv6PrefixToStr(const unsigned char *address, std::uint32_t prefix)
 {
-    const std::string text = xasIPv6ToStr(address);
+    std::string text = xasIPv6ToStr(address);
     if (text == NO_ADDRESS_TEXT)
         return text;
     return xasFormat("%s/%d", text.c_str(), static_cast<int>(prefix)).substr(0, PREFIX_TEXT_MAX);

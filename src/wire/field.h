@@ -120,6 +120,15 @@ struct XasMsgField {
 
     constexpr bool isRepeated() const { return group->stride != 0; }
 
+    /** The same field with another value of `member`. */
+    template <class T>
+    constexpr XasMsgField with(T XasMsgField::*member, const std::type_identity_t<T> &value) const
+    {
+        XasMsgField field = *this;
+        field.*member = value;
+        return field;
+    }
+
     constexpr XasMsgField of(std::span<const XasValueName> values) const
     {
         return with(&XasMsgField::names, values);
@@ -133,15 +142,6 @@ struct XasMsgField {
     constexpr XasMsgField byDefault(std::string_view text) const { return with(&XasMsgField::initial, text); }
     constexpr XasMsgField in(const XasMsgGroup &all) const { return with(&XasMsgField::group, &all); }
     constexpr XasMsgField counting(const XasMsgGroup &all) const { return with(&XasMsgField::counts, &all); }
-
-  private:
-    template <class T>
-    constexpr XasMsgField with(T XasMsgField::*member, const std::type_identity_t<T> &value) const
-    {
-        XasMsgField field = *this;
-        field.*member = value;
-        return field;
-    }
 };
 
 /** A field called `name`. */
@@ -161,7 +161,7 @@ constexpr XasMsgField xasField(std::string_view name, XasPlace place, XasFieldKi
 
 /** A field called as a member of a part: XAS_FIELD_OF(XasEthPayload, ports[0], ip, ipv4, "..."). */
 #define XAS_FIELD_OF(Payload, part, member, kind, meaning)                                                   \
-    XAS_FIELD_AS(#member, Payload, part.member, kind, meaning)
+    XAS_FIELD_AS(#member, Payload, part.member, kind, meaning) // NOLINT(bugprone-macro-parentheses)
 
 /** Everything about one message type. */
 struct XasMsgFields {

@@ -3,13 +3,12 @@
 
 #include "xms/asking.h"
 #include "xms/recording.h"
+#include "xms/setting.h"
 
 #include <array>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
-#include <fstream>
-#include <iostream>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -60,12 +59,7 @@ bool readMore(const XmsDescriptor &server, const XmsDescriptor &signals, std::st
 std::vector<XmsRecordedSetting> readRecording(const std::string &path)
 {
     std::ifstream file;
-    if (path != "-")
-        file.open(path);
-    std::istream &input = path == "-" ? std::cin : file;
-    if (!input)
-        throw XmsError{XmsExit::usage, "cannot read " + path};
-    auto settings = xmsRecordedSettings(input, path);
+    auto settings = xmsRecordedSettings(xmsOpenInput(path, file), path);
     for (const XmsRecordedSetting &setting : settings)
         xmsRequireMatchingCount(setting.record, setting.users);
     return settings;

@@ -2,7 +2,6 @@
 
 #include "xms/error.h"
 
-#include <fstream>
 #include <iostream>
 #include <iterator>
 
@@ -11,15 +10,20 @@ namespace {
 std::string readHexFile(const std::string &path)
 {
     std::ifstream file;
+    return {std::istreambuf_iterator<char>{xmsOpenInput(path, file)}, {}};
+}
+
+} // namespace
+
+std::istream &xmsOpenInput(const std::string &path, std::ifstream &file)
+{
     if (path != "-")
         file.open(path);
     std::istream &input = path == "-" ? std::cin : file;
     if (!input)
         throw XmsError{XmsExit::usage, "cannot read " + path};
-    return {std::istreambuf_iterator<char>{input}, {}};
+    return input;
 }
-
-} // namespace
 
 XasValueCheck xmsCheckOf(const XmsSetOptions &set)
 {

@@ -5,6 +5,7 @@
 #include "xms/record.h"
 #include "xms/users.h"
 
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,9 @@ struct XmsSetting {
     std::vector<XmsAssignment> assignments; /**< those that set the record's own fields */
     XmsUserEntry users;                     /**< the list behind XMSG_LOCALUSERS */
 };
+
+/** Opens `path` as `file` and gives it; standard input for "-". Throws XmsError. */
+std::istream &xmsOpenInput(const std::string &path, std::ifstream &file);
 
 /** Which values the options let pass. */
 XasValueCheck xmsCheckOf(const XmsSetOptions &set);
