@@ -69,9 +69,9 @@ TEST(NfsServersText, IsEmptyInItsQuotesWithoutServers)
 
 TEST(NfsServersText, NamesEachServerOnce)
 {
-    const std::uint32_t a = ::inet_addr("192.168.10.20");
-    const std::uint32_t b = ::inet_addr("10.0.0.1");
-    const std::uint32_t c = ::inet_addr("0.0.0.0");
+    const XasIPv4 a{::inet_addr("192.168.10.20")};
+    const XasIPv4 b{::inet_addr("10.0.0.1")};
+    const XasIPv4 c{::inet_addr("0.0.0.0")};
     EXPECT_EQ(xasNfsServersText({a, b, c}), "NFS_SERVERS=\"192.168.10.20 10.0.0.1 0.0.0.0\"\n");
     EXPECT_EQ(xasNfsServersText({a, a, NONE}), "NFS_SERVERS=\"192.168.10.20\"\n");
     EXPECT_EQ(xasNfsServersText({a, NONE, a}), "NFS_SERVERS=\"192.168.10.20\"\n");

@@ -76,8 +76,9 @@ TEST_F(RoutingPrograms, SayWhenTheyCannotReadALine)
 TEST_F(RoutingPrograms, TakeEveryLineOfTheStaticRoutes)
 {
     routerCfg.static_enabled = 1;
-    routerCfg.routes[0] = {::inet_addr("10.1.0.0"), ::inet_addr("255.255.0.0"), ::inet_addr("192.168.10.1")};
-    routerCfg.routes[63] = {::inet_addr("10.3.4.5"), 0xFFFFFFFF, ::inet_addr("192.168.10.3")};
+    routerCfg.routes[0] = {
+        {::inet_addr("10.1.0.0")}, {::inet_addr("255.255.0.0")}, {::inet_addr("192.168.10.1")}};
+    routerCfg.routes[63] = {{::inet_addr("10.3.4.5")}, {0xFFFFFFFF}, {::inet_addr("192.168.10.3")}};
     const std::string path = zebraFile();
     const std::string report = check("staticd", path);
     EXPECT_THAT(report, Not(HasSubstr(REFUSED)));

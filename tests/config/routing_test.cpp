@@ -69,9 +69,9 @@ std::string sections(const std::string &versions)
            versions + "\n!\nrouter rip\n  network eth0\n  network eth1\n!\n";
 }
 
-std::uint32_t ipv4(const char *text)
+XasIPv4 ipv4(const char *text)
 {
-    return ::inet_addr(text);
+    return {::inet_addr(text)};
 }
 
 XasRoutingPayload staticRoutes(bool enabled)
