@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <exception>
 #include <string>
 
 #include "core/text.h"
@@ -30,12 +33,59 @@ std::string_view tagOf(const std::array<Tag, N> &table, int value)
     return found != table.end() ? found->name : std::string_view{};
 }
 
-void logText(int facility, int level, const char *format, va_list arguments)
+/** True for a character that could begin a line of its own in a log, or do something to a terminal. */
+bool isControl(char c)
 {
+    const auto code = static_cast<unsigned char>(c);
+    return code < ' ' || code == 0x7F;
+}
+
+/** The text with its control characters in octal, but for a line feed at its end and those within the format.
+ * When a value has one, too, nobody can tell them apart, and all are. */
+std::string escaped(std::string text, std::string_view format)
+{
+    if (std::ranges::none_of(text, isControl))
+        return text;
+    const std::string_view end = text.ends_with('\n') ? "\n" : "";
+    text.resize(text.size() - end.size());
+    format.remove_suffix(format.ends_with('\n') ? 1 : 0);
+    const bool areAllOurs = std::ranges::count(text, '\n') == std::ranges::count(format, '\n');
     std::string line;
-    line.append(xasFacilityTag(facility)).append("/").append(xasLevelTag(level)).append("-");
-    line += xasFormatV(format, arguments);
-    syslog(level, "%s", line.c_str());
+    for (const char c : text) {
+        if (isControl(c) && !(c == '\n' && areAllOurs))
+            line += xasFormat("\\%03o", static_cast<unsigned>(c));
+        else
+            line += c;
+    }
+    return line.append(end);
+}
+
+/** As logText(), without memory: a long text is cut, and control characters but for that at the end become
+ * "?". */
+void logTextOnStack(int facility, int level, const char *format, va_list arguments) noexcept
+{
+    std::array<char, 512> text{};
+    std::vsnprintf(text.data(), text.size(), format, arguments);
+    const std::size_t size = std::strlen(text.data());
+    for (std::size_t i = 0; i + 1 < size; ++i)
+        text.at(i) = isControl(text.at(i)) ? '?' : text.at(i);
+    syslog(level, "%s/%s-%s", xasFacilityTag(facility).data(), xasLevelTag(level).data(), text.data());
+}
+
+/** Nothing is thrown: what is logged is often that something failed. */
+void logText(int facility, int level, const char *format, va_list arguments) noexcept
+{
+    va_list again;
+    va_copy(again, arguments);
+    try {
+        std::string line;
+        line.append(xasFacilityTag(facility)).append("/").append(xasLevelTag(level)).append("-");
+        line += escaped(xasFormatV(format, arguments), format);
+        syslog(level, "%s", line.c_str());
+    } catch (const std::exception &) {
+        logTextOnStack(facility, level, format, again);
+    }
+    va_end(again);
 }
 
 } // namespace

@@ -2,6 +2,7 @@
  * The daemon's log: syslog, every text prefixed "<facility>/<level>-" with the short names of two fixed
  * tables. The daemon logs under its own facility ("sw"); the priority passed to syslog is the level whose tag
  * is printed. Texts keep the line feed their caller gives them, or lack one where the caller's text lacks it.
+ * A control character in a value appears in octal ("\012"), so that no value can forge a line.
  */
 #ifndef XAS_CORE_LOG_H
 #define XAS_CORE_LOG_H

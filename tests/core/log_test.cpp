@@ -88,3 +88,20 @@ TEST(Log, IsOpenedUnderTheDaemonsNameAndFacility)
     xasOpenLog();
     EXPECT_EQ(xasOpenedLog(), (XasOpenedLog{"xasd", LOG_CONS, LOG_LOCAL6}));
 }
+
+TEST(Log, CannotBeForgedByAValue)
+{
+    const XasLogCapture log;
+    xasLogError("timezone file %s does not exist\n", "a\n<0>kern/emerg-\x1B[2J\t\x7F\x01");
+    xasLogInfo("Running %s\n", "script\n");
+    xasLogError("NULL\n %s\n", "x\r");
+    xasLogError("NULL\n %s\n", "x\ny");
+    xasLogError("%s", "own text\n");
+    xasLogError("\xC3\xA4 \x80\xFF");
+    EXPECT_THAT(log.lines(),
+                ElementsAre(xasErrorLine(
+                                "timezone file a\\012<0>kern/emerg-\\033[2J\\011\\177\\001 does not exist\n"),
+                            xasInfoLine("Running script\\012\n"), xasErrorLine("NULL\n x\\015\n"),
+                            xasErrorLine("NULL\\012 x\\012y\n"), xasErrorLine("own text\n"),
+                            xasErrorLine("\xC3\xA4 \x80\xFF")));
+}

@@ -232,7 +232,7 @@ TEST_F(ServiceTest, OnlyWarnsOfADaemonThatWasNotRunning)
     EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasWarningLine("daemon: /sbin/first was not running under app: web\n"),
-                            xasWarningLine("daemon: /sbin/second\n was not running under app: web\n")));
+                            xasWarningLine("daemon: /sbin/second\\012 was not running under app: web\n")));
 }
 
 TEST_F(ServiceTest, StopsTheDaemonsAfterASuccessfulStopScript)
