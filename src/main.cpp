@@ -13,6 +13,7 @@
 #include "dispatch/setting_steps.h"
 
 #include <cstdlib>
+#include <exception>
 #include <unistd.h>
 
 namespace {
@@ -20,9 +21,9 @@ namespace {
 /** The exit status of a start that failed. */
 constexpr int START_FAILED = -1;
 
-void installSignals(XasAppList &apps)
+int installSignals(XasAppList &apps)
 {
-    xasInstallSignals({
+    return xasInstallSignals({
         .terminate = [&apps] { xasTerminate(apps); },
         .alarm = [&apps] { xasMaintainLogs(apps); },
         .childExited = [&apps](pid_t pid, int status) { xasReapChild(apps, pid, status); },
@@ -38,10 +39,21 @@ XasIdleResult doIdleWork(XasMessage &msg)
     return result;
 }
 
+/** Nothing but SIGTERM ends the daemon: what goes wrong between two messages is logged. */
+void processMessage(XasAppList &apps) noexcept
+{
+    try {
+        xasProcessMsg(apps, doIdleWork);
+    } catch (const std::exception &error) {
+        xasLogError("%s\n", error.what());
+    }
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
+    xasResetSignals();
     const XasOptions options = xasParseOptions(argc, argv);
     if (options.exitAtOnce)
         return EXIT_SUCCESS;
@@ -55,12 +67,13 @@ int main(int argc, char *argv[])
     xasOpenLog();
     xasLogInfo("Initializing application server\n");
     xasResetPacketFilter();
-    installSignals(apps);
+    if (installSignals(apps) != 0)
+        return START_FAILED;
     xasMakeWorkDirs();
     xasAwaitMsgQueues();
     if (xasOpenLinkSocket() != 0)
         return START_FAILED;
     ::alarm(XAS_ALARM_PERIOD);
     for (;;)
-        xasProcessMsg(apps, doIdleWork);
+        processMessage(apps);
 }

@@ -44,7 +44,8 @@ bool isFilled(const std::string &path)
     return ::stat(path.c_str(), &status) == 0 && status.st_size > 0;
 }
 
-[[noreturn]] void execDaemon(XasArguments &arguments)
+/** What goes wrong here ends the child, never goes on as a second one of us. */
+[[noreturn]] void execDaemon(XasArguments &arguments) noexcept
 {
     const char *program = arguments.words.front().c_str();
     ::execvp(program, arguments.vector().data());
@@ -167,6 +168,7 @@ pid_t xasStartDaemon(XasDaemon *daemon, const XasApp &app)
 int xasStopDaemon(XasDaemon *daemon)
 {
     xasAssertGiven(daemon, "daemon");
+    xasServeCollected();
     if (daemon->pid <= 0) {
         xasLogWarning("Invalid daemon pid %d to stop\n", daemon->pid);
         return 1;

@@ -10,7 +10,8 @@
 
 namespace {
 
-[[noreturn]] void execScript(XasArguments &arguments)
+/** What goes wrong here ends the child, never goes on as a second one of us. */
+[[noreturn]] void execScript(XasArguments &arguments) noexcept
 {
     const char *program = arguments.words.front().c_str();
     xasLogInfo("Running %s\n", program);

@@ -21,6 +21,9 @@ using std::chrono::nanoseconds;
 
 constexpr nanoseconds WITHOUT_LIMIT{-1};
 
+/** So many children are noted without asking for memory, which may be what is missing. */
+constexpr std::size_t USUAL_CHILDREN = 64;
+
 struct ExitedChild {
     pid_t pid;
     int status;
@@ -217,16 +220,37 @@ XasClock xasSystemClock()
     return {.monotonic = systemMonotonic, .wallTime = systemWallTime, .block = systemBlock};
 }
 
-void xasInstallSignals(XasSignalService service)
+void xasResetSignals()
 {
-    waiting().service = std::move(service);
+    sigset_t none;
+    sigemptyset(&none);
+    ::sigprocmask(SIG_SETMASK, &none, nullptr);
+    ::signal(SIGCHLD, SIG_DFL);
+}
+
+int xasInstallSignals(XasSignalService service)
+{
+    Waiting &state = waiting();
+    state.service = std::move(service);
+    state.exited.reserve(USUAL_CHILDREN);
+    state.kept.reserve(USUAL_CHILDREN);
+    state.awaited.reserve(USUAL_CHILDREN);
     if (noted.wakeFd < 0)
         noted.wakeFd = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    if (noted.wakeFd < 0)
+        return xasLogFailure("Error creating the descriptor that signals wake with\n");
     installHandler(SIGCHLD, onSignal);
     installHandler(SIGALRM, onSignal);
     installHandler(SIGHUP, onSignal);
     installHandler(SIGTERM, onSignal);
     installHandler(SIGPIPE, nullptr);
+    return 0;
+}
+
+void xasServeCollected()
+{
+    while (serveChild(waiting())) {
+    }
 }
 
 void xasWait(std::chrono::milliseconds duration)
@@ -258,6 +282,7 @@ bool xasWaitForChild(pid_t pid, int &status)
             state.clock.block(noted.wakeFd, WITHOUT_LIMIT);
     }
     std::erase(state.awaited, pid);
+    xasServeCollected();
     return found;
 }
 

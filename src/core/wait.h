@@ -5,8 +5,9 @@
  *  - SIGALRM, the periodic maintenance;
  *  - SIGCHLD: exited children are collected. A child that somebody waits for keeps its status for the waiter,
  *    every other one is handed to the service in the order of collection.
- * A kind of signal that is being served is not entered again until it is done; another kind may be served
- * meanwhile, as with signals masked in their own handlers. SIGHUP is accepted and ignored.
+ * No wait returns with an exit collected and not served: what it is followed by never meets a record that a
+ * dead daemon still has. A kind of signal that is being served is not entered again until it is done; another
+ * kind may be served meanwhile, as with signals masked in their own handlers. SIGHUP is accepted and ignored.
  *
  * Time comes from a clock that tests replace. One instance, owned by this unit; single-threaded.
  */
@@ -39,9 +40,16 @@ void xasSetClock(const XasClock &clock);
 /** The system's own clock. */
 XasClock xasSystemClock();
 
+/** Undoes what the starter left: no signal stays blocked, and children can be waited for. */
+void xasResetSignals();
+
 /** Installs the handlers with sigaction (empty mask, SA_RESTART | SA_SIGINFO): SIGCHLD, SIGALRM, SIGHUP and
- * SIGTERM, and ignores SIGPIPE. Before this call waits only wait, and a child is waited for by blocking. */
-void xasInstallSignals(XasSignalService service);
+ * SIGTERM, and ignores SIGPIPE. Before this call waits only wait, and a child is waited for by blocking.
+ * Returns 0, or 1 after logging when nothing could wake a waiter. */
+int xasInstallSignals(XasSignalService service);
+
+/** Serves the exits that are collected already, as every wait does before it returns. */
+void xasServeCollected();
 
 /** Waits for `duration`, serving signals; what is pending when it begins or ends is served too. */
 void xasWait(std::chrono::milliseconds duration);

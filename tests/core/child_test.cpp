@@ -4,7 +4,9 @@
 
 #include <cerrno>
 #include <csignal>
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -65,4 +67,31 @@ TEST(Child, BeginsWithDefaultSignalsAndNoneBlocked)
         return 0;
     });
     EXPECT_EQ(status, 0);
+}
+
+TEST(Child, BeginsWithAUmaskThatNobodyElseMayWriteUnder)
+{
+    ::umask(0);
+    EXPECT_EQ(exitStatusOf([] { return ::umask(0) == 022 ? 0 : 1; }), 0);
+    EXPECT_EQ(::umask(0), 0U);
+}
+
+TEST(Child, HandsOnlyTheStandardDescriptorsOnToAProgram)
+{
+    const int fd = ::open("/dev/null", O_RDONLY);
+    ASSERT_GT(fd, 2);
+    const std::string isOpen = "test -e /proc/self/fd/" + std::to_string(fd);
+    EXPECT_EQ(exitStatusOf([&] {
+                  ::execl("/bin/sh", "sh", "-c", isOpen.c_str(), nullptr);
+                  return 127;
+              }),
+              1);
+    EXPECT_EQ(::fcntl(fd, F_GETFD), 0) << "the parent's own are as they were";
+    EXPECT_EQ(exitStatusOf([] {
+                  ::execl("/bin/sh", "sh", "-c", "test -e /proc/self/fd/1 && test -e /proc/self/fd/2",
+                          nullptr);
+                  return 127;
+              }),
+              0);
+    ::close(fd);
 }

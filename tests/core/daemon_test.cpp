@@ -427,3 +427,43 @@ TEST_F(ReapChild, NeverTakesAScriptsStatusWhateverDiesAtTheSameMoment)
         ASSERT_EQ(daemon.running, 0) << round;
     }
 }
+
+TEST_F(StopDaemon, MeetsNoDaemonWhoseDeathIsCollectedAndNotServed)
+{
+    XasDaemon &daemon = superviseOneThatStays();
+    const pid_t pid = startAndAwait();
+    sigset_t childExited;
+    sigemptyset(&childExited);
+    sigaddset(&childExited, SIGCHLD);
+    sigprocmask(SIG_BLOCK, &childExited, nullptr); // script and daemon are collected at once
+    ::kill(pid, SIGKILL);
+    xasAwaitExit(pid);
+    const pid_t script = xasFork();
+    if (script == 0)
+        ::_exit(0);
+    xasAwaitExit(script);
+    int status = -1;
+    EXPECT_TRUE(xasWaitForChild(script, status));
+    sigprocmask(SIG_UNBLOCK, &childExited, nullptr);
+    EXPECT_EQ(daemon.restarts, 1);
+    clock.at(clock.now() + 50ms, [&daemon] { xasAwaitExit(daemon.pid); });
+    EXPECT_EQ(xasStopDaemon(&daemon), 0);
+    stubs.forget();
+    xasWait(10s);
+    EXPECT_THAT(stubs.calls(), IsEmpty()) << "what was stopped stays so";
+    EXPECT_EQ(daemon.running, 0);
+}
+
+TEST_F(StopDaemon, StopsADaemonForGoodThatDiedWhileItWasStarted)
+{
+    XasDaemon &daemon = supervise("app", stubs.make("daemon", 3));
+    clock.at(clock.now() + 100ms, xasAwaitAnyExit);
+    start();
+    xasWriteFile(stubs.path("daemon"), "#!/bin/sh\nexec sleep 1000\n", 0755);
+    clock.at(clock.now() + 1000ms + 200ms + 50ms, [&daemon] { xasAwaitExit(daemon.pid); });
+    EXPECT_EQ(xasStopDaemon(&daemon), 0);
+    EXPECT_EQ(daemon.restarts, 1);
+    xasWait(10s);
+    EXPECT_EQ(daemon.restarts, 1);
+    EXPECT_EQ(daemon.running, 0);
+}

@@ -3,7 +3,12 @@
 #include "support/settled_log.h"
 
 #include <csignal>
+#include <cstdlib>
+#include <fcntl.h>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace std::chrono_literals;
 using testing::ElementsAre;
@@ -64,4 +69,47 @@ TEST(DaemonSignals, DoNotDisturbAScriptThatRuns)
     const auto answer = daemon.queues->receive(5s);
     ASSERT_TRUE(answer);
     EXPECT_EQ(xasValueIn(*answer, "rstr"), "Error contacting NTP server") << "its exit status 40";
+}
+
+TEST(DaemonSignals, AreServedThoughTheStarterHadThemBlocked)
+{
+    XasTestDaemon daemon;
+    sigset_t all;
+    sigset_t before;
+    sigfillset(&all);
+    sigprocmask(SIG_SETMASK, &all, &before);
+    const std::string script = daemon.stubs.make("script");
+    daemon.start({{.name = "xdd", .startScript = script}}); // its start alone runs a command
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+    EXPECT_EQ(daemon.outcome(startXdd()), XAS_APPLIED);
+    daemon.signal(SIGTERM);
+    EXPECT_TRUE(daemon.awaitEnd(2s));
+}
+
+TEST(DaemonSignals, NeedSomethingThatWakesAWaiter)
+{
+    XasTestDaemon daemon; // its queues and its log only
+    const XasTestDir dir;
+    const std::string command = "ASAN_OPTIONS=detect_leaks=0 strace -f -qq -o /dev/null "
+                                "-e inject=eventfd2:error=EMFILE " +
+                                std::string{xasDaemonPath()} + " -f -c " + dir.write("list", "<A/>");
+    const int status = std::system(command.c_str());
+    EXPECT_EQ(WEXITSTATUS(status), 255);
+    EXPECT_TRUE(daemon.log.await("sw/err-Error creating the descriptor that signals wake with\n"));
+}
+
+TEST(DaemonSignals, AndTheUmaskAndDescriptorsOfTheDaemonAreNotItsChildrens)
+{
+    XasTestDaemon daemon;
+    const int fd = ::open("/dev/null", O_RDONLY);
+    ASSERT_GT(fd, 2);
+    const std::string show = "umask > " + daemon.stubs.path("umask") + "; test -e /proc/self/fd/" +
+                             std::to_string(fd) + " && touch " + daemon.stubs.path("inherited") + "; true";
+    const std::string script = daemon.stubs.make("script", 0, show);
+    ::umask(0);
+    daemon.start({{.name = "xdd", .startScript = script}});
+    ::close(fd);
+    EXPECT_EQ(daemon.outcome(startXdd()), XAS_APPLIED);
+    EXPECT_EQ(xasReadFile(daemon.stubs.path("umask")), "0022\n");
+    EXPECT_FALSE(xasExists(daemon.stubs.path("inherited")));
 }

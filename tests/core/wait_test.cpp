@@ -336,6 +336,24 @@ TEST_F(Wait, NeverLosesAStatusWhateverDiesAtTheSameMoment)
     }
 }
 
+TEST_F(Wait, ForAChildServesTheDeathsThatWereCollectedWithItBeforeItReturns)
+{
+    // With the signal blocked nobody is told of a death before the wait collects both at once.
+    sigset_t childExited;
+    sigemptyset(&childExited);
+    sigaddset(&childExited, SIGCHLD);
+    sigprocmask(SIG_BLOCK, &childExited, nullptr);
+    const pid_t daemon = childThatExits(3);
+    const pid_t script = childThatExits(0);
+    xasAwaitExit(daemon);
+    xasAwaitExit(script);
+    int status = -1;
+    EXPECT_TRUE(xasWaitForChild(script, status));
+    EXPECT_EQ(WEXITSTATUS(exits.at(daemon)), 3);
+    EXPECT_EQ(exits.count(script), 0U);
+    sigprocmask(SIG_UNBLOCK, &childExited, nullptr);
+}
+
 TEST_F(Wait, DoesNotServeTheExitOfAHeldChildUntilItIsReleased)
 {
     const pid_t pid = childThatExits(5);
@@ -381,4 +399,28 @@ TEST(SystemClock, ReallyWaits)
     timeval now{};
     EXPECT_EQ(xasWallTime(now), 0);
     EXPECT_GT(now.tv_sec, 1000000000);
+}
+
+TEST(WaitStart, FailsWithALogLineWhenNothingCouldWakeAWaiter)
+{
+    const XasLogCapture log;
+    const XasFault fault{"eventfd", EMFILE};
+    EXPECT_EQ(xasInstallSignals({}), 1);
+    EXPECT_THAT(log.lines(),
+                ElementsAre(xasErrorLine("Error creating the descriptor that signals wake with\n")));
+}
+
+TEST(WaitStart, UndoesWhatTheStarterBlockedOrIgnored)
+{
+    sigset_t mask;
+    sigfillset(&mask);
+    sigprocmask(SIG_SETMASK, &mask, nullptr);
+    ::signal(SIGCHLD, SIG_IGN);
+    xasResetSignals();
+    sigprocmask(SIG_SETMASK, nullptr, &mask);
+    for (int signal = 1; signal < NSIG; ++signal)
+        EXPECT_NE(sigismember(&mask, signal), 1) << signal;
+    int status = -1;
+    EXPECT_TRUE(xasWaitForChild(childThatExits(7), status));
+    EXPECT_EQ(WEXITSTATUS(status), 7);
 }

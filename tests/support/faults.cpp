@@ -12,6 +12,7 @@
 #include <netdb.h>
 #include <sched.h>
 #include <stdexcept>
+#include <sys/eventfd.h>
 #include <sys/ioctl.h>
 #include <sys/msg.h>
 #include <sys/socket.h>
@@ -104,6 +105,11 @@ int kill(pid_t pid, int signal) noexcept
 int sched_getparam(pid_t pid, sched_param *parameters) noexcept
 {
     return fails("sched_getparam") ? -1 : real(sched_getparam, "sched_getparam")(pid, parameters);
+}
+
+int eventfd(unsigned count, int flags) noexcept
+{
+    return fails("eventfd") ? -1 : real(eventfd, "eventfd")(count, flags);
 }
 
 int msgget(key_t key, int flags) noexcept
