@@ -40,18 +40,18 @@ std::uint32_t xasNextMsgId();
 /** A message of the daemon's own with the next id and an empty payload. */
 XasMessage xasNewMessage(XasMsgType msgtype, XasAction action);
 
-/** Sends a record; waits while the queue is full. Returns 0, or 1 after logging. */
+/** Sends a record; while the queue is full waits, serving signals. Returns 0, or 1 after logging. */
 int xasSendMessage(const XasMessage *msg);
 
 /**
- * Takes one record off the queue, whatever it is; with `wait` waits for one, serving signals. Returns 0, or 1
- * when there is none or it had another size (logged).
+ * Takes one record off the queue, whatever it is; with `wait` waits up to ten seconds for one, serving
+ * signals and doing the idle work. Returns 0, or 1 when there is none or it had another size (logged).
  */
 int xasGetMessage(XasMessage *msg, bool wait);
 
 /** Waits for the next message, looking every 100 ms and calling `idle` each time there is none. A list of
  * local users is fetched into `users` and the message made to refer to it. Returns 0 with a message, 1 on
- * error. */
+ * error. Queues that vanish are logged once, then looked for once a second; the idle work goes on. */
 int xasReceiveMessage(XasMessage *msg, XasUserList &users, const XasIdleWork &idle);
 
 #endif

@@ -9,7 +9,9 @@
 
 #include <cerrno>
 #include <csignal>
+#include <fstream>
 #include <gmock/gmock.h>
+#include <sys/msg.h>
 
 using namespace std::chrono_literals;
 using testing::ElementsAre;
@@ -265,4 +267,118 @@ TEST_F(Transport, WaitsForAUserListThatComesLater)
     clock.at(2s, [this] { queues.send(1, userEntry(1)); });
     EXPECT_EQ(receive(), 0);
     EXPECT_EQ((std::string{userRecords(), 224}), std::string(224, 'a'));
+}
+
+TEST_F(Transport, ServesWhatIsPendingWhileTheQueueToTheServerIsFull)
+{
+    int alarms = 0;
+    xasInstallSignals({.terminate = [] {},
+                       .alarm = [&] { ++alarms; },
+                       .childExited =
+                           [](pid_t, int) {
+                           }});
+    struct {
+        long mtype = 1;
+        XasMessage record = XasMessageBuilder{XMSG_ETH};
+    } entry;
+    while (::msgsnd(queues.toXms, &entry, sizeof entry.record, IPC_NOWAIT) == 0) {
+        // until it is full
+    }
+    msg.xH.msgtype = XMSG_ACKNAK;
+    ::raise(SIGALRM); // before the send begins to wait
+    clock.at(300ms, [this] { EXPECT_TRUE(queues.receive(0ms)); });
+    EXPECT_EQ(xasSendMessage(&msg), 0);
+    EXPECT_EQ(alarms, 1);
+    EXPECT_EQ(clock.now(), 300ms);
+    EXPECT_THAT(clock.waits(), testing::Each(10ms)) << "it looks again every 10 ms";
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+namespace {
+
+const XasLogLine RECEIVE_FAILED = xasErrorLine("Error receiving from XMS message queue\n");
+const XasLogLine NOT_THERE{LOG_ERR, "auth/err-Error getting MSGQ_APP_TO_XMS message queue\n"};
+
+} // namespace
+
+TEST_F(Transport, LooksForVanishedQueuesOnceASecondAndDoesItsIdleWorkMeanwhile)
+{
+    ::msgctl(queues.toXms, IPC_RMID, nullptr);
+    ::msgctl(queues.fromXms, IPC_RMID, nullptr);
+    EXPECT_EQ(receive(), 1);
+    EXPECT_THAT(log.take(), ElementsAre(RECEIVE_FAILED));
+    std::optional<XasTestQueues> made;
+    clock.at(2500ms, [&] {
+        made.emplace();
+        made->send(XasMessageBuilder{XMSG_SSH}.id(8));
+    });
+    EXPECT_EQ(receive(), 0);
+    EXPECT_EQ(msg.xH.id, 8U);
+    EXPECT_THAT(log.take(), ElementsAre(NOT_THERE, NOT_THERE, NOT_THERE)); // at 0.2, 1.2 and 2.2 s
+    EXPECT_EQ(clock.now(), 3200ms);
+    EXPECT_EQ(idleCalls, 30);
+    EXPECT_EQ(xasSendMessage(&msg), 0);
+    EXPECT_TRUE(made->receive(1s)) << "both queues are the new ones";
+}
+
+TEST_F(Transport, LooksForTheQueueToTheServerAgainWhenOnlyThatVanished)
+{
+    ::msgctl(queues.toXms, IPC_RMID, nullptr);
+    msg.xH.msgtype = XMSG_ACKNAK;
+    EXPECT_EQ(xasSendMessage(&msg), 1);
+    EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error sending to XMS message queue\n")));
+    const int again = ::msgget(MSGQ_APP_TO_XMS, IPC_CREAT | 0600);
+    queues.send(XasMessageBuilder{XMSG_SSH});
+    EXPECT_EQ(receive(), 0);
+    EXPECT_EQ(xasSendMessage(&msg), 0);
+    EXPECT_THAT(log.lines(), IsEmpty());
+    ::msgctl(again, IPC_RMID, nullptr);
+}
+
+TEST_F(Transport, CutsARecordShortThatIsLargerThanAnyMayBeByNow)
+{
+    const auto setLimits = [](const char *bytes) {
+        for (const char *limit : {"/proc/sys/kernel/msgmax", "/proc/sys/kernel/msgmnb"})
+            std::ofstream{limit} << bytes;
+    };
+    setLimits("100000"); // for queues that are made from now on
+    ::msgctl(queues.toXms, IPC_RMID, nullptr);
+    ::msgctl(queues.fromXms, IPC_RMID, nullptr);
+    const XasTestQueues larger;
+    larger.send(1, std::string(60000, 'x'));
+    larger.send(XasMessageBuilder{XMSG_SSH}.id(8));
+    setLimits("8192");
+    EXPECT_EQ(xasInitMsgQueues(), 0);
+    EXPECT_EQ(receive(), 1);
+    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Expected 2488 bytes from queue, got 8192 bytes\n")));
+    EXPECT_EQ(receive(), 0) << "it does not stand in the way of the next one";
+    EXPECT_EQ(msg.xH.id, 8U);
+}
+
+TEST_F(Transport, WaitsTenSecondsForAUserListAndDoesItsIdleWorkMeanwhile)
+{
+    queues.send(XasMessageBuilder{XMSG_LOCALUSERS}.set("num_users", 1));
+    EXPECT_EQ(receive(), 1);
+    EXPECT_EQ(clock.now(), 100ms + 10s);
+    EXPECT_EQ(idleCalls, 100);
+    EXPECT_THAT(log.lines(), ElementsAre(RECEIVE_FAILED));
+    queues.send(XasMessageBuilder{XMSG_SSH}.id(8));
+    EXPECT_EQ(receive(), 0) << "the next message is not lost";
+    EXPECT_EQ(msg.xH.id, 8U);
+}
+
+TEST_F(Transport, KeepsAMessageThatTheIdleWorkMadeWhileAUserListWasAwaited)
+{
+    queues.send(XasMessageBuilder{XMSG_LOCALUSERS}.set("num_users", 1));
+    idleWork = [](XasMessage &buffer) {
+        buffer = XasMessageBuilder{XMSG_NOTIFY}.id(70);
+        return XasIdleResult::message;
+    };
+    clock.at(2s, [this] { queues.send(1, userEntry(1)); });
+    EXPECT_EQ(receive(), 0);
+    EXPECT_EQ(msg.xH.msgtype, std::uint32_t{XMSG_LOCALUSERS});
+    EXPECT_EQ((std::string{userRecords(), 224}), std::string(224, 'a'));
+    EXPECT_EQ(idleCalls, 1) << "it makes no second one before the first is taken";
+    EXPECT_EQ(receive(), 0);
+    EXPECT_EQ(msg.xH.id, 70U);
 }

@@ -96,10 +96,11 @@ XasTestQueues::~XasTestQueues()
 
 void XasTestQueues::send(long mtype, std::string_view bytes) const
 {
-    QueueRecord record{.mtype = mtype, .bytes = {}};
-    bytes.copy(record.bytes.data(), record.bytes.size());
+    std::string record(sizeof mtype, '\0');
+    std::memcpy(record.data(), &mtype, sizeof mtype);
+    record += bytes;
     const bool sent =
-        xasEventually([&] { return ::msgsnd(fromXms, &record, bytes.size(), IPC_NOWAIT) == 0; });
+        xasEventually([&] { return ::msgsnd(fromXms, record.data(), bytes.size(), IPC_NOWAIT) == 0; });
     EXPECT_TRUE(sent) << "the daemon does not read its queue: " << std::strerror(errno);
 }
 
