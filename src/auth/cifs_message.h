@@ -21,13 +21,17 @@ inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasCifsPayload, eth1, flag, "on the first port").byDefault("yes"),
     XAS_FIELD(XasCifsPayload, eth2, flag, "on the second port"),
     XAS_FIELD(XasCifsPayload, lanman_pwd, text, "LAN Manager hash of the password, 32 hexadecimal digits")
-        .holding(XasTextRule::column),
+        .holding(XasTextRule::column)
+        .readIf(xasIsSet<&XasCifsPayload::enabled>),
     XAS_FIELD(XasCifsPayload, nt_pwd, text, "NT hash of the password, 32 hexadecimal digits")
-        .holding(XasTextRule::column),
+        .holding(XasTextRule::column)
+        .readIf(xasIsSet<&XasCifsPayload::enabled>),
     XAS_FIELD(XasCifsPayload, lct_field, text,
-              "when the password was changed: LCT-, seconds since 1970 in hexadecimal"),
+              "when the password was changed: LCT-, seconds since 1970 in hexadecimal")
+        .readIf(xasIsSet<&XasCifsPayload::enabled>),
     XAS_FIELD(XasCifsPayload, workgroup, text, "workgroup that the appliance appears in")
-        .byDefault("WORKGROUP"),
+        .byDefault("WORKGROUP")
+        .readIf(xasIsSet<&XasCifsPayload::enabled>),
 };
 static_assert(xasFieldsAreSound<XasCifsPayload>(FIELDS));
 

@@ -21,7 +21,7 @@ inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasKerberosPayload, enabled, flag, "Kerberos is used").byDefault("yes"),
     XAS_FIELD(XasKerberosPayload, order, number,
               "position among the login methods, for others: the order on disk counts"),
-    XAS_FIELD(XasKerberosPayload, realm, text, "realm"),
+    XAS_FIELD(XasKerberosPayload, realm, text, "realm").readIf(xasIsSet<&XasKerberosPayload::enabled>),
     XAS_FIELD(XasKerberosPayload, kdc, text, "full host name of the key distribution centre")
         .holding(XasTextRule::host),
     XAS_FIELD(XasKerberosPayload, kdc_ip, ipAddr, "its address"),

@@ -35,18 +35,27 @@ inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasLdapPayload, enabled, flag, "LDAP is used").byDefault("yes"),
     XAS_FIELD(XasLdapPayload, order, number,
               "position among the login methods, for others: the order on disk counts"),
-    XAS_FIELD(XasLdapPayload, server, hostAddr, "first server").byDefault("none"),
-    XAS_FIELD(XasLdapPayload, server2, hostAddr, "second server").byDefault("none"),
-    XAS_FIELD(XasLdapPayload, base, text, "search base"),
-    XAS_FIELD(XasLdapPayload, bind_name, text, "bind DN; empty: none"),
-    XAS_FIELD(XasLdapPayload, bind_passwd, text, "bind password; empty: none"),
+    XAS_FIELD(XasLdapPayload, server, hostAddr, "first server")
+        .byDefault("none")
+        .readIf(xasIsSet<&XasLdapPayload::enabled>),
+    XAS_FIELD(XasLdapPayload, server2, hostAddr, "second server")
+        .byDefault("none")
+        .readIf(xasIsSet<&XasLdapPayload::enabled>),
+    XAS_FIELD(XasLdapPayload, base, text, "search base").readIf(xasIsSet<&XasLdapPayload::enabled>),
+    XAS_FIELD(XasLdapPayload, bind_name, text, "bind DN; empty: none")
+        .readIf(xasIsSet<&XasLdapPayload::enabled>),
+    XAS_FIELD(XasLdapPayload, bind_passwd, text, "bind password; empty: none")
+        .readIf(xasIsSet<&XasLdapPayload::enabled>),
     XAS_FIELD(XasLdapPayload, bind_with_login, flag, "the current login goes into the bind name"),
     XAS_FIELD(XasLdapPayload, port, number, "port; 0: the default"),
     XAS_FIELD(XasLdapPayload, ad_support, flag, "the directory is an Active Directory"),
     XAS_FIELD(XasLdapPayload, encrypt, flag, "TLS"),
-    XAS_FIELD(XasLdapPayload, map_uid, text, "attribute that is the uid; empty: none, as below"),
-    XAS_FIELD(XasLdapPayload, map_posix_group, text, "object class that is posixGroup"),
-    XAS_FIELD(XasLdapPayload, map_member, text, "attribute that names the members of a group"),
+    XAS_FIELD(XasLdapPayload, map_uid, text, "attribute that is the uid; empty: none, as below")
+        .readIf(xasIsSet<&XasLdapPayload::enabled>),
+    XAS_FIELD(XasLdapPayload, map_posix_group, text, "object class that is posixGroup")
+        .readIf(xasIsSet<&XasLdapPayload::enabled>),
+    XAS_FIELD(XasLdapPayload, map_member, text, "attribute that names the members of a group")
+        .readIf(xasIsSet<&XasLdapPayload::enabled>),
     XAS_FIELD(XasLdapPayload, map_member_type, choice, "which attribute it takes the place of")
         .of(MEMBER_TYPES),
 };

@@ -2,11 +2,11 @@
 
 #include "core/log.h"
 #include "core/text.h"
+#include "core/utils.h"
 #include "files/generated_file.h"
 
 #include <algorithm>
 #include <array>
-#include <pwd.h>
 #include <utility>
 
 namespace {
@@ -35,11 +35,6 @@ XasShellCommand administratorCommand(const XasUserRecord &user)
     return command;
 }
 
-bool hasAccount(const std::string &login)
-{
-    return ::getpwnam(login.c_str()) != nullptr;
-}
-
 /** What becomes of the listed logins while one or all are removed. */
 struct Removal {
     std::string_view login; /**< empty: all */
@@ -49,7 +44,7 @@ struct Removal {
 /** True when the login stays on the list; removes its account when it is the one to go. */
 bool staysListed(const std::string &listed, Removal &removal)
 {
-    if (!hasAccount(listed))
+    if (!xasHasAccount(listed))
         return false;
     if (removal.done)
         return true;
@@ -93,9 +88,21 @@ bool xasIsValidLogin(std::string_view login)
 {
     const auto isRefused = [](char c) {
         const auto code = static_cast<unsigned char>(c);
-        return code <= ' ' || code == 0x7f || c == '/';
+        return code <= ' ' || code == 0x7f || c == '/' || c == ':';
     };
     return !login.empty() && !login.starts_with('-') && std::ranges::none_of(login, isRefused);
+}
+
+bool xasIsValidPassword(std::string_view password)
+{
+    return xasFitsRule(XasTextRule::column, password);
+}
+
+bool xasIsValidUser(const XasUserRecord &user)
+{
+    return xasIsValidLogin(xasFieldText(user.login)) && xasIsValidPassword(xasFieldText(user.password)) &&
+           xasFitsRule(XasTextRule::sequence, xasFieldText(user.escseq)) &&
+           xasFitsRule(XasTextRule::sequence, xasFieldText(user.brkseq));
 }
 
 XasShellCommand xasAddUserCommand(const XasUserRecord &user)

@@ -11,9 +11,15 @@
 
 #include <string_view>
 
-/** True for a login that can be an account's and a file's name: not empty, no leading "-", no "/", blank or
- * control character. */
+/** True for a login that can be an account's and a file's name: not empty, no leading "-", no "/", ":", blank
+ * or control character. */
 bool xasIsValidLogin(std::string_view login);
+
+/** True for a password that can stand in the file of accounts: no ":" and no control character. */
+bool xasIsValidPassword(std::string_view password);
+
+/** True for a record of a list of users that an account and a port file can be made of. */
+bool xasIsValidUser(const XasUserRecord &user);
 
 /** The command that makes the account of an added user: administrator, with a password, or without. */
 XasShellCommand xasAddUserCommand(const XasUserRecord &user);

@@ -32,12 +32,25 @@ bool isNfsLine(std::string_view line)
     return xasNextToken(rest, " \t") == "nfs";
 }
 
+/** A path as fstab(5) wants it: blank, tab and backslash in octal. */
+std::string escapedPath(std::string_view path)
+{
+    std::string text;
+    for (const char c : path) {
+        if (c == ' ' || c == '\t' || c == '\\')
+            text += xasFormat("\\%03o", static_cast<unsigned>(c));
+        else
+            text += c;
+    }
+    return text;
+}
+
 std::string shareLine(const XasNfsShare &share)
 {
     const std::string options =
         std::string{"defaults,nodev,soft,intr,nolock"} + (share.readWrite ? "" : ",ro");
-    return xasFormat("%s\t %s\t %s\t %s %s\n", share.remote.c_str(), share.local.c_str(), "nfs",
-                     options.c_str(), "0 0");
+    return xasFormat("%s\t %s\t %s\t %s %s\n", escapedPath(share.remote).c_str(),
+                     escapedPath(share.local).c_str(), "nfs", options.c_str(), "0 0");
 }
 
 constexpr XasReason REASONS[] = {{XAS_RCODE_TOO_LONG, "NFS entry exceeds memory limmits"}};
@@ -50,6 +63,13 @@ bool fits(const std::string &line, XasReplyStatus *reply)
     xasLogError("NFS entry exceeds memory limits");
     xasSetReply(*reply, REASONS[0]);
     return false;
+}
+
+void appendShare(std::string &text, const XasNfsShare &share, XasReplyStatus *reply)
+{
+    const std::string line = shareLine(share);
+    if (fits(line, reply))
+        text += line;
 }
 
 XasNfsShare readShare(const XasNfsMount &mount)
@@ -92,16 +112,16 @@ std::string xasFstabText(std::string_view oldText, const XasNfsShares &shares, X
         if (line.starts_with('#') || !isNfsLine(line))
             newText += line;
     });
+    bool isEnded = false; // by an empty path, behind which no share is written
     for (const XasNfsShare &share : shares) {
         if (!share.used)
             continue;
         if (share.remote.empty() || share.local.empty()) {
             xasLogWarning("Ignoring NFS mount with empty path\n");
-            break; // and the shares behind it with it
+            isEnded = true;
+        } else if (!isEnded) {
+            appendShare(newText, share, reply);
         }
-        const std::string line = shareLine(share);
-        if (fits(line, reply))
-            newText += line;
     }
     return newText;
 }

@@ -21,12 +21,19 @@ namespace xasNfsFields {
 
 inline constexpr XasMsgGroup MOUNTS = XAS_GROUP("mount", XasNfsPayload, mounts, "the remote directories");
 
+inline bool isMounted(const XasMessage &msg, std::size_t mount)
+{
+    return xasReadPayload<XasNfsPayload>(msg).mounts[mount].mount != 0;
+}
+
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD_OF(XasNfsPayload, mounts[0], rem_dir, text, "remote directory: host, a colon, its path")
+        .readIf(isMounted)
         .in(MOUNTS),
     XAS_FIELD_OF(XasNfsPayload, mounts[0], local_dir, text,
                  "where it is mounted: a path that begins with / and is taken below /var/nfsmounts")
         .holding(XasTextRule::path)
+        .readIf(isMounted)
         .in(MOUNTS),
     XAS_FIELD_OF(XasNfsPayload, mounts[0], read_write, flag, "the appliance may write there").in(MOUNTS),
     XAS_FIELD_OF(XasNfsPayload, mounts[0], mount, flag, "it is mounted").byDefault("yes").in(MOUNTS),

@@ -21,17 +21,30 @@ struct XasRadiusPayload {
 
 namespace xasRadiusFields {
 
+/** The second server has a line when it is given; an address always is. */
+inline bool isSecondWritten(const XasMessage &msg, std::size_t /*element*/)
+{
+    const auto radius = xasReadPayload<XasRadiusPayload>(msg);
+    return radius.enabled != 0 && (radius.server2.host.is_name == 0 || radius.server2.host.value[0] != '\0');
+}
+
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasRadiusPayload, enabled, flag, "RADIUS is used").byDefault("yes"),
     XAS_FIELD(XasRadiusPayload, order, number,
               "position among the login methods, for others: the order on disk counts"),
-    XAS_FIELD_AS("server1", XasRadiusPayload, server1.host, hostAddr, "first server").byDefault("none"),
+    XAS_FIELD_AS("server1", XasRadiusPayload, server1.host, hostAddr, "first server")
+        .byDefault("none")
+        .readIf(xasIsSet<&XasRadiusPayload::enabled>),
     XAS_FIELD_AS("secret1", XasRadiusPayload, server1.secret, text, "its shared secret")
-        .holding(XasTextRule::secret),
+        .holding(XasTextRule::secret)
+        .readIf(xasIsSet<&XasRadiusPayload::enabled>),
     XAS_FIELD_AS("port1", XasRadiusPayload, server1.port, number, "its port").byDefault("1812"),
-    XAS_FIELD_AS("server2", XasRadiusPayload, server2.host, hostAddr, "second server").byDefault("none"),
+    XAS_FIELD_AS("server2", XasRadiusPayload, server2.host, hostAddr, "second server")
+        .byDefault("none")
+        .readIf(xasIsSet<&XasRadiusPayload::enabled>),
     XAS_FIELD_AS("secret2", XasRadiusPayload, server2.secret, text, "its shared secret")
-        .holding(XasTextRule::secret),
+        .holding(XasTextRule::secret)
+        .readIf(isSecondWritten),
     XAS_FIELD_AS("port2", XasRadiusPayload, server2.port, number, "its port").byDefault("1812"),
     XAS_FIELD(XasRadiusPayload, timeout, number, "seconds, of both").byDefault("3"),
 };

@@ -47,6 +47,11 @@ inline constexpr XasValueName CIPHERS[] = {{0, "des"}, {1, "aes"}};
 inline constexpr XasValueName MODES[] = {
     {XAS_SNMP_WRITE_COMMUNITIES, "write"}, {XAS_SNMP_NO_COMMUNITIES, "remove"}, {2, "keep"}};
 
+inline bool areCommunitiesWritten(const XasMessage &msg, std::size_t /*element*/)
+{
+    return xasReadPayload<XasSnmpPayload>(msg).community_mode == XAS_SNMP_WRITE_COMMUNITIES;
+}
+
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasSnmpPayload, enabled, flag, "the agent runs").byDefault("yes"),
     XAS_FIELD(XasSnmpPayload, alarm_delay, number, "delay of alarms, for others"),
@@ -68,8 +73,10 @@ inline constexpr XasMsgField FIELDS[] = {
         .byDefault("priv"),
     XAS_FIELD(XasSnmpPayload, v3auth, choice, "hash of the authentication").of(HASHES).byDefault("sha"),
     XAS_FIELD(XasSnmpPayload, v3encrypt, choice, "cipher of the privacy").of(CIPHERS).byDefault("aes"),
-    XAS_FIELD(XasSnmpPayload, ro_community, text, "community that may read, of version 1 and 2"),
-    XAS_FIELD(XasSnmpPayload, rw_community, text, "community that may write, too"),
+    XAS_FIELD(XasSnmpPayload, ro_community, text, "community that may read, of version 1 and 2")
+        .readIf(areCommunitiesWritten),
+    XAS_FIELD(XasSnmpPayload, rw_community, text, "community that may write, too")
+        .readIf(areCommunitiesWritten),
     XAS_FIELD(XasSnmpPayload, trap_community, text, "community that traps are sent with"),
     XAS_FIELD(XasSnmpPayload, community_mode, choice,
               "what becomes of the two communities in the agent's file")

@@ -101,20 +101,45 @@ inline constexpr XasValueName ACTIONS[] = {{XAS_USER_ADD, "add"},
                                            {XAS_USER_PASSWORD, "password"},
                                            {XAS_USER_EDIT_CLI, "edit_clisettings"}};
 
+inline std::uint32_t actionOf(const XasMessage &msg)
+{
+    return xasReadPayload<XasUserPayload>(msg).action;
+}
+
+inline bool isPortFileWritten(const XasMessage &msg, std::size_t /*element*/)
+{
+    return actionOf(msg) == XAS_USER_ADD || actionOf(msg) == XAS_USER_EDIT;
+}
+
+inline bool isPasswordTaken(const XasMessage &msg, std::size_t element)
+{
+    return isPortFileWritten(msg, element) || actionOf(msg) == XAS_USER_PASSWORD;
+}
+
+inline bool isNeverRead(const XasMessage & /*msg*/, std::size_t /*element*/)
+{
+    return false;
+}
+
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD_OF(XasUserPayload, user, login, text, "login name"),
-    XAS_FIELD_OF(XasUserPayload, user, password, text, "encrypted password; empty: none"),
+    XAS_FIELD_OF(XasUserPayload, user, password, text, "encrypted password; empty: none")
+        .readIf(isPasswordTaken),
     XAS_FIELD_OF(XasUserPayload, user, uid, number, "user id"),
     XAS_FIELD_OF(XasUserPayload, user, listen, mask, "ports that the user may listen to"),
     XAS_FIELD_OF(XasUserPayload, user, data, mask, "ports that the user may connect to directly"),
     XAS_FIELD_OF(XasUserPayload, user, clear, mask, "ports that the user may clear"),
     XAS_FIELD_OF(XasUserPayload, user, outlets, mask,
                  "outlets, for others as are all others but the sequences"),
-    XAS_FIELD_OF(XasUserPayload, user, escseq, text, "escape sequence").holding(XasTextRule::sequence),
-    XAS_FIELD_OF(XasUserPayload, user, brkseq, text, "break sequence").holding(XasTextRule::sequence),
-    XAS_FIELD_OF(XasUserPayload, user, menu, text, "menu"),
+    XAS_FIELD_OF(XasUserPayload, user, escseq, text, "escape sequence")
+        .holding(XasTextRule::sequence)
+        .readIf(isPortFileWritten),
+    XAS_FIELD_OF(XasUserPayload, user, brkseq, text, "break sequence")
+        .holding(XasTextRule::sequence)
+        .readIf(isPortFileWritten),
+    XAS_FIELD_OF(XasUserPayload, user, menu, text, "menu").readIf(isNeverRead),
     XAS_FIELD_OF(XasUserPayload, user, dialback, flag, "the appliance calls back"),
-    XAS_FIELD_OF(XasUserPayload, user, dialback_num, text, "the number that it calls"),
+    XAS_FIELD_OF(XasUserPayload, user, dialback_num, text, "the number that it calls").readIf(isNeverRead),
     XAS_FIELD_OF(XasUserPayload, user, perm, mask, "permissions"),
     XAS_FIELD_OF(XasUserPayload, user, cli, mask, "permissions on the command line"),
     XAS_FIELD_OF(XasUserPayload, user, pwd_change, flag, "the password may be changed"),

@@ -34,7 +34,7 @@ int makeUsers(const std::byte *records, std::uint16_t count, XasReplyStatus *rep
     for (std::uint16_t i = 0; i < count; ++i) {
         XasUserRecord user;
         std::memcpy(&user, records + std::size_t{i} * sizeof user, sizeof user);
-        if (xasIsValidLogin(xasFieldText(user.login))) {
+        if (xasIsValidUser(user)) {
             result = makeListedUser(user, reply);
         } else {
             xasLogError("%s", INVALID_USER);
@@ -108,7 +108,9 @@ int xasUpdateSingleLocalUsersCfg(XasMessage *msg, const XasCfgFileList *cfgFiles
 {
     xasAssertUpdate(msg, XMSG_USER, cfgFiles);
     const auto payload = xasReadPayload<XasUserPayload>(*msg);
-    if (!xasIsValidLogin(xasFieldText(payload.user.login)))
+    const bool takesPassword = xasUserFields::isPasswordTaken(*msg, 0);
+    if (!xasIsValidLogin(xasFieldText(payload.user.login)) ||
+        (takesPassword && !xasIsValidPassword(xasFieldText(payload.user.password))))
         return xasLogFailure("%s", INVALID_USER);
     switch (payload.action) {
     case XAS_USER_ADD:

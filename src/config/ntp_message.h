@@ -32,6 +32,13 @@ inline constexpr XasValueName SYNCS[] = {
 inline constexpr XasValueName POLLINGS[] = {{XAS_NTP_THREE_SERVERS, "three-servers"},
                                             {XAS_NTP_ONE_SERVER, "one-server"}};
 
+template <std::uint32_t Polling>
+bool polls(const XasMessage &msg, std::size_t /*element*/)
+{
+    const auto ntp = xasReadPayload<XasNtpPayload>(msg);
+    return ntp.sync == XAS_NTP_POLL && ntp.poll == Polling;
+}
+
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasNtpPayload, enabled, flag, "the NTP daemon runs").byDefault("yes"),
     XAS_FIELD(XasNtpPayload, sync, choice, "how the time comes: from broadcasts or by polling servers")
@@ -40,8 +47,11 @@ inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasNtpPayload, poll, choice, "which servers are polled").of(POLLINGS),
     XAS_FIELD_AS("", XasNtpPayload, servers[0], hostAddr, "a server of three-servers")
         .byDefault("none")
+        .readIf(polls<XAS_NTP_THREE_SERVERS>)
         .in(SERVERS),
-    XAS_FIELD(XasNtpPayload, single, hostAddr, "the server of one-server").byDefault("none"),
+    XAS_FIELD(XasNtpPayload, single, hostAddr, "the server of one-server")
+        .byDefault("none")
+        .readIf(polls<XAS_NTP_ONE_SERVER>),
 };
 static_assert(xasFieldsAreSound<XasNtpPayload>(FIELDS));
 

@@ -10,12 +10,14 @@
 
 namespace {
 
-bool isZoneFileThere(const std::string &zoneFile)
+/** A zone that leads out of the directory of zones counts as one that is not there. */
+bool isZoneFileThere(const std::string &zoneFile, std::string_view zone)
 {
+    const bool leadsOut = xasHasParentComponent(zone);
     struct stat status {};
-    if (::stat(zoneFile.c_str(), &status) == 0)
+    if (!leadsOut && ::stat(zoneFile.c_str(), &status) == 0)
         return true;
-    if (errno == ENOENT)
+    if (leadsOut || errno == ENOENT)
         xasLogError("timezone file %s does not exist\n", zoneFile.c_str());
     else
         xasLogError("failure getting information about file %s\n", zoneFile.c_str());
@@ -56,8 +58,9 @@ int xasUpdateTimezoneCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasRep
     if (base == nullptr)
         return 1;
     const auto payload = xasReadPayload<XasTimezonePayload>(*msg);
-    const std::string zoneFile = std::string{base}.append("/").append(xasFieldText(payload.zone));
-    if (!isZoneFileThere(zoneFile))
+    const std::string_view zone = xasFieldText(payload.zone);
+    const std::string zoneFile = std::string{base}.append("/").append(zone);
+    if (!isZoneFileThere(zoneFile, zone))
         return 1;
     const char *link = xasFindRowFile(FILES[1], *cfgFiles, reply);
     if (link == nullptr)

@@ -2,8 +2,8 @@
 
 #include "core/file.h"
 #include "core/log.h"
-#include "core/shell.h"
 #include "core/text.h"
+#include "wire/text_rule.h"
 
 namespace {
 

@@ -10,10 +10,11 @@
 /** Values of `rcode`. */
 enum XasReplyCode : std::uint32_t {
     XAS_RCODE_NONE = 0,
-    XAS_RCODE_MISSING = 1, /**< a needed configuration file is not in the list, or another handler failure */
-    XAS_RCODE_OPEN = 2,    /**< cannot open */
-    XAS_RCODE_SAVE = 3,    /**< cannot save or write */
-    XAS_RCODE_TOO_LONG = 4 /**< a share's line is too long */
+    XAS_RCODE_MISSING = 1,  /**< a needed configuration file is not in the list, or another handler failure */
+    XAS_RCODE_OPEN = 2,     /**< cannot open */
+    XAS_RCODE_SAVE = 3,     /**< cannot save or write */
+    XAS_RCODE_TOO_LONG = 4, /**< a share's line is too long */
+    XAS_RCODE_TEXT = 5      /**< a text holds what would break a file or a command */
 };
 
 /** The longest reason text that travels. */

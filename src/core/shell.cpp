@@ -2,6 +2,7 @@
 
 #include "core/child.h"
 #include "core/wait.h"
+#include "wire/text_rule.h"
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,12 +11,6 @@ namespace {
 
 constexpr const char *SHELL = "/bin/sh";
 constexpr int SHELL_NOT_RUN = 127;
-
-bool isPlainWord(std::string_view text)
-{
-    return !text.empty() && !text.starts_with('-') &&
-           text.find_first_not_of(XAS_PLAIN_CHARACTERS) == std::string_view::npos;
-}
 
 } // namespace
 
@@ -27,7 +22,7 @@ XasShellCommand &XasShellCommand::text(XasLiteral text)
 
 XasShellCommand &XasShellCommand::word(std::string_view text)
 {
-    if (isPlainWord(text)) {
+    if (xasIsPlainWord(text)) {
         line += text;
         return *this;
     }

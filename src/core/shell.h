@@ -9,10 +9,6 @@
 #include <string>
 #include <string_view>
 
-/** Whatever is made of these characters alone a shell reads as one word, unless it begins with "-". */
-inline constexpr std::string_view XAS_PLAIN_CHARACTERS =
-    "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_-.,:/@%+=";
-
 /** A text that stands in the source code. */
 class XasLiteral {
   public:

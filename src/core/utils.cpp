@@ -15,7 +15,9 @@
 #include <fcntl.h>
 #include <netdb.h>
 #include <new>
+#include <pwd.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -116,6 +118,18 @@ XasIPv4 xasHostByName(const std::string &name)
         ::read(answer.ends[0], &address, sizeof address) != sizeof address)
         return XAS_NO_IPV4;
     return address;
+}
+
+bool xasHasAccount(const std::string &login)
+{
+    // Accounts may be looked up over the network, too.
+    constexpr int NO_ACCOUNT = 1;
+    const pid_t pid = xasFork();
+    if (pid == 0)
+        ::_exit(::getpwnam(login.c_str()) != nullptr ? 0 : NO_ACCOUNT);
+    int status = 0;
+    return pid < 0 || !xasWaitForChild(pid, status) || !WIFEXITED(status) ||
+           WEXITSTATUS(status) != NO_ACCOUNT;
 }
 
 std::string xasHostToStr(const XasHostAddr &host)

@@ -27,6 +27,10 @@ std::string xasIPv6PrefixToStr(const unsigned char *address, std::uint32_t prefi
 /** The first IPv4 address of a host name; none when it does not resolve. Signals are served meanwhile. */
 XasIPv4 xasHostByName(const std::string &name);
 
+/** False when there is no account of this login; true when there is, or when nobody could ask. Signals are
+ * served meanwhile. */
+bool xasHasAccount(const std::string &login);
+
 /** The name, the IPv4 text or the IPv6 text of a host record. */
 std::string xasHostToStr(const XasHostAddr &host);
 

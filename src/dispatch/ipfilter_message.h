@@ -54,6 +54,13 @@ inline constexpr XasValueName PROTOCOLS[] = {
 
 inline constexpr XasValueName TARGETS[] = {{0, "accept"}, {1, "reject"}, {2, "drop"}};
 
+/** A removed set's rules are not looked at, nor are those behind the count. */
+inline bool isRuleTaken(const XasMessage &msg, std::size_t rule)
+{
+    const auto set = xasReadPayload<XasIpFilterSetPayload>(msg);
+    return rule < set.num_rules && (set.action == XAS_FILTER_CREATE || set.action == XAS_FILTER_REPLACE);
+}
+
 inline constexpr XasMsgField SET_FIELDS[] = {
     XAS_FIELD(XasIpFilterSetPayload, id, number, "the set's number").within(1, 64).byDefault("1"),
     XAS_FIELD(XasIpFilterSetPayload, name, text, "the set's name, and that of its iptables chain")
@@ -81,6 +88,7 @@ inline constexpr XasMsgField SET_FIELDS[] = {
         .in(RULES),
     XAS_FIELD_OF(XasIpFilterSetPayload, rules[0], portrange, text,
                  "destination ports and ranges as in 22,8000:8080; empty: any")
+        .readIf(isRuleTaken)
         .in(RULES),
     XAS_FIELD_OF(XasIpFilterSetPayload, rules[0], target, choice, "what becomes of the packet")
         .of(TARGETS)

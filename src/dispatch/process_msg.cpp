@@ -23,6 +23,14 @@ bool stopIfRunning(const XasSettingWork &work)
     return true;
 }
 
+/** What is said of an exception: it fails the step that it came from. */
+void noteException(const std::exception &error, XasReplyStatus &reply)
+{
+    xasLogError("%s\n", error.what());
+    if (reply.rcode == XAS_RCODE_NONE)
+        xasSetReply(reply, XAS_RCODE_MISSING, error.what());
+}
+
 /** Calls the handler, which no exception leaves. */
 bool updateConfiguration(const XasSetting &setting, const XasSettingWork &work)
 {
@@ -30,7 +38,7 @@ bool updateConfiguration(const XasSetting &setting, const XasSettingWork &work)
     try {
         updated = setting.update(&work.msg, &work.app.cfgFiles, &work.reply) == 0;
     } catch (const std::exception &error) {
-        xasLogError("%s\n", error.what());
+        noteException(error, work.reply);
     }
     if (!updated)
         xasLogError("Error updating configuration for application: %s\n", work.app.name->c_str());
@@ -68,15 +76,39 @@ bool applyMessage(const XasSetting &setting, const XasSettingWork &work)
     return updated;
 }
 
+/** False for a message with a text that would break a file or a command; it changes nothing. */
+bool areTextsFit(const XasSetting &setting, const XasMessage &msg, XasReplyStatus &reply)
+{
+    const std::string field = xasFindUnfitText(setting.texts, msg);
+    if (field.empty())
+        return true;
+    xasLogError("Invalid character in %s\n", field.c_str());
+    xasSetReply(reply, XAS_RCODE_TEXT, "Invalid character in " + field);
+    return false;
+}
+
 /** Returns true when the message was applied. */
 bool handleMessage(const XasSetting &setting, XasAppList &apps, XasMessage &msg, XasReplyStatus &reply)
 {
+    if (!areTextsFit(setting, msg, reply))
+        return false;
     if (setting.onArrival != nullptr)
         setting.onArrival();
     XasApp *app = xasFindApp(xasApplicationName(setting, msg), apps);
     if (app == nullptr)
         return fail("Could not find application in app list\n");
     return applyMessage(setting, {apps, msg, *app, reply});
+}
+
+/** As handleMessage(), which no exception leaves either: each message is answered. */
+bool isApplied(const XasSetting &setting, XasAppList &apps, XasMessage &msg, XasReplyStatus &reply)
+{
+    try {
+        return handleMessage(setting, apps, msg, reply);
+    } catch (const std::exception &error) {
+        noteException(error, reply);
+        return false;
+    }
 }
 
 int sendAcknowledgement(const XasMessage &msg, bool applied, const XasReplyStatus &reply)
@@ -103,6 +135,6 @@ int xasProcessMsg(XasAppList &apps, const XasIdleWork &idle)
         return received;
     XasReplyStatus reply;
     const XasSetting *setting = xasFindSetting(msg.xH.msgtype);
-    const bool applied = setting != nullptr && handleMessage(*setting, apps, msg, reply);
+    const bool applied = setting != nullptr && isApplied(*setting, apps, msg, reply);
     return setting == nullptr || setting->answered ? sendAcknowledgement(msg, applied, reply) : 0;
 }

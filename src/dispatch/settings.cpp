@@ -9,13 +9,37 @@
 
 namespace {
 
+constexpr std::size_t TEXT_COUNT = [] {
+    std::ptrdiff_t count = 0;
+    for (const XasListedSetting &listed : XAS_SETTINGS_LIST)
+        count += std::ranges::count_if(listed.message->fields, xasHoldsText);
+    return static_cast<std::size_t>(count);
+}();
+
+/** The texts of all messages, in the order of the list. */
+constexpr auto TEXTS = [] {
+    std::array<XasTextField, TEXT_COUNT> texts{};
+    auto next = texts.begin();
+    for (const XasListedSetting &listed : XAS_SETTINGS_LIST) {
+        for (const XasMsgField &field : listed.message->fields) {
+            if (xasHoldsText(field))
+                *next++ = xasTextFieldOf(field);
+        }
+    }
+    return texts;
+}();
+
 /** What the daemon needs of the list. */
 constexpr auto SETTINGS = [] {
     std::array<XasSetting, std::size(XAS_SETTINGS_LIST)> settings{};
+    std::size_t firstText = 0;
     for (std::size_t i = 0; i < settings.size(); ++i) {
         settings[i] = XAS_SETTINGS_LIST[i].setting;
         settings[i].msgtype = static_cast<XasMsgType>(XAS_SETTINGS_LIST[i].message->msgtype);
         settings[i].answered = XAS_SETTINGS_LIST[i].message->answered;
+        const auto texts = std::ranges::count_if(XAS_SETTINGS_LIST[i].message->fields, xasHoldsText);
+        settings[i].texts = std::span{TEXTS}.subspan(firstText, static_cast<std::size_t>(texts));
+        firstText += settings[i].texts.size();
     }
     return settings;
 }();

@@ -9,6 +9,7 @@
 #define XAS_DISPATCH_SETTINGS_H
 
 #include "files/update.h"
+#include "wire/text_rule.h"
 
 #include <span>
 #include <string_view>
@@ -44,8 +45,9 @@ struct XasSetting {
     /** Done after the start; `updated` tells whether the files were updated. */
     bool (*after)(const XasSettingWork &work, bool updated) = nullptr;
 
-    XasMsgType msgtype = {}; /**< of the message's description, as is the next */
+    XasMsgType msgtype = {}; /**< of the message's description, as are the next */
     bool answered = true;
+    std::span<const XasTextField> texts = {}; /**< those of its texts that are checked on arrival */
 };
 
 /** All rows, by message type. */

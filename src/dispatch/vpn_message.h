@@ -48,23 +48,47 @@ inline constexpr XasValueName CIPHERS[] = {{0, "none"}, {1, "3des"}, {2, "aes"}}
 inline constexpr XasValueName HASHES[] = {{0, "none"}, {1, "sha1"}, {2, "md5"}};
 inline constexpr XasValueName GROUPS[] = {{0, "none"}, {1, "modp1024"}, {2, "modp1536"}};
 
+inline bool isKeyWritten(const XasMessage &msg, std::size_t /*element*/)
+{
+    const auto vpn = xasReadPayload<XasVpnPayload>(msg);
+    return vpn.tunnel != 0 && (vpn.auth == XAS_VPN_RSA || vpn.auth == XAS_VPN_PSK);
+}
+
+inline bool isLoginWritten(const XasMessage &msg, std::size_t /*element*/)
+{
+    const auto vpn = xasReadPayload<XasVpnPayload>(msg);
+    return vpn.tunnel != 0 && vpn.xauth != 0;
+}
+
+/** With RSA keys the secrets are the host's own. */
+inline bool isLoginSecretWritten(const XasMessage &msg, std::size_t element)
+{
+    return isLoginWritten(msg, element) && xasReadPayload<XasVpnPayload>(msg).auth != XAS_VPN_RSA;
+}
+
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasVpnPayload, tunnel, flag, "there is a tunnel").byDefault("yes"),
-    XAS_FIELD(XasVpnPayload, name, text, "the tunnel's name"),
+    XAS_FIELD(XasVpnPayload, name, text, "the tunnel's name").readIf(xasIsSet<&XasVpnPayload::tunnel>),
     XAS_FIELD(XasVpnPayload, ifac, choice, "port that the tunnel begins at").of(PORTS).byDefault("eth1"),
     XAS_FIELD(XasVpnPayload, auth, choice, "how the two ends prove who they are")
         .of(METHODS)
         .byDefault("psk"),
     XAS_FIELD(XasVpnPayload, auth_key, text, "the pre-shared key, or the remote public RSA key")
-        .holding(XasTextRule::quoted),
+        .holding(XasTextRule::quoted)
+        .readIf(isKeyWritten),
     XAS_FIELD(XasVpnPayload, remote_host, hostAddr, "the other end; none: whoever knows the key")
-        .byDefault("none"),
-    XAS_FIELD(XasVpnPayload, remote_id, text, "what the other end calls itself"),
+        .byDefault("none")
+        .readIf(xasIsSet<&XasVpnPayload::tunnel>),
+    XAS_FIELD(XasVpnPayload, remote_id, text, "what the other end calls itself")
+        .readIf(xasIsSet<&XasVpnPayload::tunnel>),
     XAS_FIELD(XasVpnPayload, remote_hop, ipv4, "the other end's gateway").orNone().byDefault("none"),
-    XAS_FIELD(XasVpnPayload, remote_subnet, text, "networks behind the other end, separated by commas"),
-    XAS_FIELD(XasVpnPayload, local_id, text, "what the appliance calls itself"),
+    XAS_FIELD(XasVpnPayload, remote_subnet, text, "networks behind the other end, separated by commas")
+        .readIf(xasIsSet<&XasVpnPayload::tunnel>),
+    XAS_FIELD(XasVpnPayload, local_id, text, "what the appliance calls itself")
+        .readIf(xasIsSet<&XasVpnPayload::tunnel>),
     XAS_FIELD(XasVpnPayload, local_hop, ipv4, "the appliance's gateway").orNone().byDefault("none"),
-    XAS_FIELD(XasVpnPayload, local_subnet, text, "networks behind the appliance, separated by commas"),
+    XAS_FIELD(XasVpnPayload, local_subnet, text, "networks behind the appliance, separated by commas")
+        .readIf(xasIsSet<&XasVpnPayload::tunnel>),
     XAS_FIELD(XasVpnPayload, aggressive, flag, "keys are exchanged in aggressive mode"),
     XAS_FIELD_AS("ike_enc", XasVpnPayload, ike.enc, choice, "cipher of the key exchange").of(CIPHERS),
     XAS_FIELD_AS("ike_hash", XasVpnPayload, ike.hash, choice, "hash of the key exchange").of(HASHES),
@@ -79,8 +103,8 @@ inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasVpnPayload, pfs, flag, "perfect forward secrecy").byDefault("yes"),
     XAS_FIELD(XasVpnPayload, modecfg, flag, "the other end configures the appliance's address"),
     XAS_FIELD(XasVpnPayload, xauth, flag, "the appliance logs in at the other end"),
-    XAS_FIELD(XasVpnPayload, xauth_login, text, "user name of that login"),
-    XAS_FIELD(XasVpnPayload, xauth_passwd, text, "its password"),
+    XAS_FIELD(XasVpnPayload, xauth_login, text, "user name of that login").readIf(isLoginWritten),
+    XAS_FIELD(XasVpnPayload, xauth_passwd, text, "its password").readIf(isLoginSecretWritten),
 };
 static_assert(xasFieldsAreSound<XasVpnPayload>(FIELDS));
 

@@ -184,6 +184,34 @@ std::string choiceText(const XasMsgField &field)
     return field.range ? list + ", or a number " + rangeText(*field.range) : list;
 }
 
+/** What a rule adds to a text's length. */
+std::string_view ruleText(XasTextRule rule)
+{
+    switch (rule) {
+    case XasTextRule::line:
+        break;
+    case XasTextRule::word:
+        return ": letters, digits and _-.,:/@%+=, not beginning with -";
+    case XasTextRule::host:
+        return ": letters, digits and _-.,:/@%+=, not beginning with -, at least one letter or digit";
+    case XasTextRule::option:
+        return ", not beginning with -";
+    case XasTextRule::secret:
+        return ", no blank and no #";
+    case XasTextRule::pamValue:
+        return ", no blank and none of # [ ]";
+    case XasTextRule::quoted:
+        return ", no double quote";
+    case XasTextRule::column:
+        return ", no colon";
+    case XasTextRule::path:
+        return ", no .. between slashes";
+    case XasTextRule::sequence:
+        return ", control characters too but for line feed and carriage return";
+    }
+    return ", no control characters";
+}
+
 std::string hexText(std::uint64_t value)
 {
     return readMask(std::as_bytes(std::span{&value, 1}), {});
@@ -231,7 +259,8 @@ std::string msgAllowedText(const XasMsgField &field)
         return std::string{rules.expects};
     switch (field.kind) {
     case XasFieldKind::text:
-        return "at most " + std::to_string(field.place.width - 1) + " characters";
+        return "at most " + std::to_string(field.place.width - 1) + " characters" +
+               std::string{ruleText(field.rule)};
     case XasFieldKind::choice:
         return choiceText(field);
     case XasFieldKind::mask:

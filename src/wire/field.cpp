@@ -4,18 +4,13 @@
 
 namespace {
 
-std::string fullName(const XasMsgField &field, std::size_t element)
-{
-    if (!field.isRepeated())
-        return std::string{field.name};
-    const std::string prefix = std::string{field.group->name} + std::to_string(element + 1);
-    return field.name.empty() ? prefix : prefix + "." + std::string{field.name};
-}
-
 XasMsgFieldAt fieldAt(const XasMsgField &field, std::size_t element)
 {
     const std::size_t shift = element * field.group->stride;
-    return {fullName(field, element), &field, {field.place.offset + shift, field.place.width}, element};
+    return {xasElementName(field.name, field.group->name, element),
+            &field,
+            {field.place.offset + shift, field.place.width},
+            element};
 }
 
 /** Appends the fields of one group, element after element; they stand together in the table. */

@@ -13,6 +13,7 @@
 #define XAS_WIRE_FIELD_H
 
 #include "wire/message.h"
+#include "wire/text_rule.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -39,20 +40,6 @@ enum class XasFieldKind : std::uint8_t {
     hostAddr,  /**< XasHostAddr; an empty name = none */
 };
 inline constexpr std::size_t XAS_FIELD_KINDS = 11;
-
-/** What a text may hold, so that it cannot break the file or the command that it goes into. */
-enum class XasTextRule : std::uint8_t {
-    line,     /**< anything but control characters */
-    word,     /**< a plain word: letters, digits and _-.,:/@%+=, not beginning with "-"; or nothing */
-    host,     /**< a plain word with a letter or a digit in it; or nothing */
-    option,   /**< a line that does not begin with "-" */
-    secret,   /**< a line without blank, tab and "#" */
-    pamValue, /**< a secret without "[" and "]" */
-    quoted,   /**< a line without a double quote */
-    column,   /**< a line without ":" */
-    path,     /**< a line without a ".." component */
-    sequence, /**< anything but line feed and carriage return */
-};
 
 /** Where a field or a group stands: bytes from the start of the record, and how many of them. */
 struct XasPlace {
@@ -114,6 +101,7 @@ struct XasMsgField {
     std::optional<XasRange> range = {};   /**< narrower than the width; of a choice: numbers without name */
     bool none = false;                    /**< of an IPv4 address: 255.255.255.255 means none */
     XasTextRule rule = XasTextRule::line; /**< of a text; the name in a host record is a word */
+    XasReadCondition isRead = nullptr;    /**< of a text that the daemon does not always read: when it does */
     std::string_view initial = {};        /**< the default as text; empty: all zero */
     const XasMsgGroup *group = &XAS_NO_GROUP; /**< the group that it is repeated in */
     const XasMsgGroup *counts = nullptr;      /**< it holds the number of used elements of that group */
@@ -139,10 +127,23 @@ struct XasMsgField {
     }
     constexpr XasMsgField orNone() const { return with(&XasMsgField::none, true); }
     constexpr XasMsgField holding(XasTextRule text) const { return with(&XasMsgField::rule, text); }
+    constexpr XasMsgField readIf(XasReadCondition condition) const
+    {
+        return with(&XasMsgField::isRead, condition);
+    }
     constexpr XasMsgField byDefault(std::string_view text) const { return with(&XasMsgField::initial, text); }
     constexpr XasMsgField in(const XasMsgGroup &all) const { return with(&XasMsgField::group, &all); }
     constexpr XasMsgField counting(const XasMsgGroup &all) const { return with(&XasMsgField::counts, &all); }
 };
+
+/** For `readIf`: the daemon reads the text while the payload's member is not zero, as in
+ * xasIsSet<&XasCifsPayload::enabled>. */
+template <auto Member>
+inline constexpr XasReadCondition xasIsSet = []<class Payload, class T>(T Payload::*) -> XasReadCondition {
+    return [](const XasMessage &msg, std::size_t /*element*/) {
+        return xasReadPayload<Payload>(msg).*Member != 0;
+    };
+}(Member);
 
 /** A field called `name`. */
 constexpr XasMsgField xasField(std::string_view name, XasPlace place, XasFieldKind kind,
@@ -229,6 +230,27 @@ constexpr bool xasFieldIsSound(const XasMsgField &field)
     const bool isChoice = field.kind == XasFieldKind::choice;
     return xasWidthFits(field.kind, field.place.width) && (field.isRepeated() || !field.name.empty()) &&
            !field.meaning.empty() && isChoice == !field.names.empty();
+}
+
+/** True for a field that holds text which is checked: a text, or a host record. */
+constexpr bool xasHoldsText(const XasMsgField &field)
+{
+    return field.kind == XasFieldKind::text || field.kind == XasFieldKind::hostAddr;
+}
+
+/** What the check of a message's texts needs of such a field. */
+constexpr XasTextField xasTextFieldOf(const XasMsgField &field)
+{
+    const bool isHost = field.kind == XasFieldKind::hostAddr;
+    return {.name = field.name,
+            .group = field.group->name,
+            .offset = field.place.offset,
+            .width = field.place.width,
+            .stride = field.group->stride,
+            .count = field.isRepeated() ? field.group->count() : 1,
+            .isHost = isHost,
+            .rule = isHost ? XasTextRule::word : field.rule,
+            .isRead = field.isRead};
 }
 
 /** Compilers pad members to at most this alignment. */

@@ -148,8 +148,14 @@ TEST_F(NfsText, LeavesAShareWithoutAPathOutAndWritesNoneBehindIt)
     EXPECT_EQ(text("old\n", {share("", ""), first, last}), "old\n");
     EXPECT_THAT(log.take(), ElementsAre(EMPTY_PATH));
     EXPECT_EQ(text("old\n", {share("", "/m/a"), share("", "/m/b"), last}), "old\n");
-    EXPECT_THAT(log.take(), ElementsAre(EMPTY_PATH));
+    EXPECT_THAT(log.take(), ElementsAre(EMPTY_PATH, EMPTY_PATH));
     EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
+}
+
+TEST_F(NfsText, HasBlanksTabsAndBackslashesOfPathsAsTheMountTableWantsThem)
+{
+    EXPECT_EQ(text("", {share("s:/my files\\x", "/m/a b\tc"), {}, {}}),
+              "s:/my\\040files\\134x\t /m/a\\040b\\011c\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
 }
 
 TEST_F(NfsText, TakesNoNoteOfAnUnusedShareWithoutAPath)

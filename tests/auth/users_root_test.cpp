@@ -85,12 +85,12 @@ class LocalUsers : public testing::Test {
 
 TEST_F(LocalUsers, RefuseALoginThatIsNoneWhateverTheAction)
 {
-    for (const std::string_view login : {"", "-r", "../../tmp/x", "a b", "a\nb", "\t"}) {
+    for (const std::string_view login : {"", "-r", "../../tmp/x", "a b", "a\nb", "\t", "a:b"}) {
         for (const std::uint32_t action : {0U, 1U, 2U, 3U, 5U})
             EXPECT_EQ(single(userOf(login, "p"), action), 1) << login;
     }
     EXPECT_THAT(log.lines(), testing::Each(xasErrorLine("Invalid user to add\n")));
-    EXPECT_EQ(log.lines().size(), 30U);
+    EXPECT_EQ(log.lines().size(), 35U);
     EXPECT_THAT(stubs.calls(), IsEmpty());
     EXPECT_EQ(xasReadFile(LIST), "");
     EXPECT_TRUE(std::filesystem::is_empty("/etc/zel"));
@@ -212,11 +212,11 @@ TEST_F(LocalUsers, TextsWithShellCharactersReachTheToolAsSingleWords)
                                              "\xc3\xa4"};
     for (const std::string &login : logins) {
         stubs.forget();
-        EXPECT_EQ(single(userOf(login, "p' $(touch /tmp/owned) `id` \"\\\n;"), 3), 0) << login;
+        EXPECT_EQ(single(userOf(login, "p' $(touch /tmp/owned) `id` \"\\;"), 3), 0) << login;
         EXPECT_THAT(stubs.calls(),
                     ElementsAre(ElementsAre("/bin/deluser", login),
                                 ElementsAre("/bin/adduser", "-D", "-H", "-u", "501", "-s", "/bin/cli", "-h",
-                                            "/", "-p", "p' $(touch /tmp/owned) `id` \"\\\n;", login)));
+                                            "/", "-p", "p' $(touch /tmp/owned) `id` \"\\;", login)));
     }
     EXPECT_FALSE(xasExists("owned")); // where the daemon and its commands work
     EXPECT_FALSE(xasExists("/tmp/owned"));
@@ -419,6 +419,32 @@ TEST_F(LocalUsers, ARebuildSkipsRefusedLoginsMakesTheOthersAndFails)
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Invalid user to add\n"), xasErrorLine("Invalid user to add\n"),
                             xasErrorLine("Invalid user to add\n")));
+}
+
+TEST_F(LocalUsers, ARebuildSkipsUsersWhoseTextsWouldMakeLinesOrColumnsOfTheirOwn)
+{
+    XasUserRecord badEscape = userOf("c");
+    XasUserRecord badBreak = userOf("d");
+    XasUserRecord odd = userOf("e");
+    std::strcpy(badEscape.escseq, "a\nb");
+    std::strcpy(badBreak.brkseq, "\r");
+    std::strcpy(odd.escseq, "\x1B\x01\"");
+    std::strcpy(odd.menu, "\n");
+    EXPECT_EQ(rebuild({userOf("a", "x:0:0::/:/bin/sh"), userOf("b", "x\nroot2"), badEscape, badBreak, odd}),
+              1);
+    EXPECT_THAT(stubs.lines(), ElementsAre("/bin/adduser -D -H -u 501 -s /bin/cli -h / e"));
+    EXPECT_EQ(xasReadFile(LIST), "e\n");
+    EXPECT_EQ(log.lines(), std::vector<XasLogLine>(4, xasErrorLine("Invalid user to add\n")));
+}
+
+TEST_F(LocalUsers, APasswordWithAColonIsRefusedWhereItWouldBeTaken)
+{
+    for (const std::uint32_t action : {XAS_USER_ADD, XAS_USER_EDIT, XAS_USER_PASSWORD})
+        EXPECT_EQ(single(userOf("alice", "x:0"), action), 1);
+    EXPECT_EQ(log.take(), std::vector<XasLogLine>(3, xasErrorLine("Invalid user to add\n")));
+    EXPECT_THAT(stubs.calls(), IsEmpty());
+    EXPECT_EQ(single(userOf("alice", "x:0"), XAS_USER_DELETE), 0);
+    EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST_F(LocalUsers, ARebuildHasTheResultOfItsLastPortFile)

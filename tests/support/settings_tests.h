@@ -5,16 +5,20 @@
 #ifndef XAS_TEST_SUPPORT_SETTINGS_TESTS_H
 #define XAS_TEST_SUPPORT_SETTINGS_TESTS_H
 
+#include "dispatch/settings.h"
+#include "msg/fields.h"
 #include "support/apps.h"
 #include "support/faults.h"
 #include "support/files.h"
 #include "support/log.h"
+#include "support/message.h"
 #include "support/settings_outcome.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <map>
 #include <memory>
 
 /** A setting and, of most tests, one of its files. */
@@ -146,8 +150,10 @@ class XasSettingTest : public XasFilesTest, public testing::WithParamInterface<X
         return files;
     }
 
+    XasOutcome send(const XasSituation &situation) { return send(situation, setting.message); }
+
     /** Sends the message; the application's list has every TYPE but those that fail by this. */
-    XasOutcome send(const XasSituation &situation)
+    XasOutcome send(const XasSituation &situation, XasMessage msg)
     {
         std::vector<std::pair<std::string, std::string>> list;
         for (const XasExpectedFile &each : setting.files) {
@@ -155,7 +161,6 @@ class XasSettingTest : public XasFilesTest, public testing::WithParamInterface<X
                 list.emplace_back(each.type, situation.path(each));
         }
         const XasCfgFileList cfgFiles = xasTestCfgFiles(list);
-        XasMessage msg = setting.message;
         XasReplyStatus reply;
         log.take();
         const int result = xasCallHandler(setting.msgtype, &msg, &cfgFiles, &reply);
@@ -218,6 +223,52 @@ TEST_P(ASettingDeathTest, NeedsAMessageOfItsTypeAndAList)
 TEST_P(ASetting, ChangesEveryFileAndKeepsModesAndBackups)
 {
     expectOutcome(XasFailure::none);
+}
+
+/** The fields of the setting's message that hold text. */
+inline std::vector<XasMsgFieldAt> xasTextsOf(std::uint32_t msgtype)
+{
+    std::vector<XasMsgFieldAt> texts = xasListFields(*msgFieldsOf(msgtype));
+    std::erase_if(texts, [](const XasMsgFieldAt &where) { return !xasHoldsText(*where.field); });
+    return texts;
+}
+
+/** A message whose text is "x", the byte, "y"; a host record holds it as a name. */
+inline XasMessage xasWithByte(XasMessage msg, const XasMsgFieldAt &where, char byte)
+{
+    std::string text{'x', byte, 'y', '\0'};
+    if (where.field->kind == XasFieldKind::hostAddr)
+        text.insert(0, std::string("\1\0\0\0\0\0\0\0", 8));
+    std::memcpy(xasBytesOf(msg).data() + where.place.offset, text.data(), text.size());
+    return msg;
+}
+
+/** How many lines each file has. */
+inline std::map<std::string, std::ptrdiff_t> xasLineCounts(const XasFileListing &files)
+{
+    std::map<std::string, std::ptrdiff_t> counts;
+    for (const auto &[name, text] : files)
+        counts[name] = std::ranges::count(text, '\n');
+    return counts;
+}
+
+TEST_P(ASetting, HasTheLinesOfAHarmlessTextWhateverByteATextHolds)
+{
+    const XasSituation situation{
+        .setting = setting, .failing = nullptr, .directory = dir.path(), .fullDisk = {}, .files = {}};
+    const auto linesOf = [&](const XasMessage &msg) {
+        prepare();
+        return xasLineCounts(send(situation, msg).files);
+    };
+    for (const XasMsgFieldAt &where : xasTextsOf(setting.message.xH.msgtype)) {
+        const auto harmless = linesOf(xasWithByte(setting.message, where, 'z'));
+        for (int byte = 1; byte <= 255; ++byte) {
+            const XasMessage msg = xasWithByte(setting.message, where, static_cast<char>(byte));
+            if (xasFindUnfitText(xasFindSetting(msg.xH.msgtype)->texts, msg).empty()) {
+                ASSERT_EQ(linesOf(msg), harmless) << where.name << " with byte " << byte;
+            }
+        }
+    }
 }
 
 TEST_P(ASetting, ReplacesBackupsAndTemporariesOfEarlierMessages)

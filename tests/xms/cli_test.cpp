@@ -55,6 +55,13 @@ TEST_F(XmsCli, WrongValuesAreFoundBeforeTheServerIsAsked)
     EXPECT_EQ(errors,
               "xms: dns1: \"ns1\" will not do, expected: an IPv4 or IPv6 address such as 192.168.1.10 or "
               "fd00::1, or none\n");
+    for (const char *verb : {"set", "preview"}) {
+        EXPECT_EQ(run({verb, "snmp", "syscontact=me\nexec x /bin/sh"}), 2);
+        EXPECT_EQ(errors, "xms: Invalid character in syscontact\n") << "the daemon's own words";
+    }
+    EXPECT_EQ(run({"set", "--force", "snmp", "syscontact=me\nexec x /bin/sh"}), 3)
+        << "only the server is missing";
+    EXPECT_EQ(run({"set", "hostname", "--raw", dir.write("raw", "783b79")}), 3) << "x;y";
     EXPECT_EQ(run({"set", "dsn"}), 2);
     EXPECT_THAT(errors, HasSubstr("did you mean dns"));
     EXPECT_EQ(run({"set", "dns", "--raw", dir.path("missing")}), 2);

@@ -43,17 +43,20 @@ TEST(XmsDescribe, EveryFieldHasItsPlaceKindDefaultAndMeaning)
 
 TEST(XmsDescribe, TheFilesOfASettingStandThereWithWhatIsSaidOfTheirFailures)
 {
-    EXPECT_THAT(describe(XMSG_SNMP),
-                HasSubstr("  snmp is started: when enabled is not 0\n"
-                          "  file  when                         code  reason\n"
-                          "  snmp  not in the application list  1     Error determining snmp config file\n"
-                          "  snmp  cannot be opened             2     Error opening SNMP config file\n"
-                          "  snmp  cannot be saved              3     Error saving new SNMP config file\n"));
+    EXPECT_THAT(
+        describe(XMSG_SNMP),
+        HasSubstr(
+            "  snmp is started: when enabled is not 0\n"
+            "  file  when                                         code  reason\n"
+            "  -     a text that would break a file or a command  5     Invalid character in <field>\n"
+            "  snmp  not in the application list                  1     Error determining snmp config file\n"
+            "  snmp  cannot be opened                             2     Error opening SNMP config file\n"
+            "  snmp  cannot be saved                              3     Error saving new SNMP config file\n"));
     EXPECT_THAT(describe(XMSG_ROUTING),
                 HasSubstr("  router is started: when start or static_enabled is not 0\n"));
     EXPECT_THAT(describe(XMSG_APPLICATION),
                 HasSubstr("is started: when start is not 0, xpb only on models that have it\n"));
-    EXPECT_THAT(describe(XMSG_LDAP), HasSubstr("its template cannot be opened  2     "
+    EXPECT_THAT(describe(XMSG_LDAP), HasSubstr("its template cannot be opened                2     "
                                                "Error opening ldap.conf.tempalte file for read\n"));
     EXPECT_THAT(describe(XMSG_NTP), HasSubstr("1     Invalid NTP polling type\n"));
 }

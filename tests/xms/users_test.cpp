@@ -42,6 +42,17 @@ TEST(XmsUsers, NeedALoginEach)
     EXPECT_EQ(usersOf({{"user2.login", "bob"}}, XasValueCheck::anyThatFits).size(), 120U + 2 * 224);
 }
 
+TEST(XmsUsers, AreRefusedWhenTheDaemonWouldSkipThem)
+{
+    for (const auto &[field, value] : std::vector<std::pair<std::string, std::string>>{
+             {"login", "-r"}, {"login", "a:b"}, {"password", "x:0"}, {"password", "x\n"}, {"escseq", "\r"}}) {
+        const auto give = [&] {
+            usersOf({{"user1.login", "bob"}, {"user1." + field, value}});
+        };
+        EXPECT_EQ(complaintOf(give), "user1: Invalid user to add") << field << ' ' << value;
+    }
+}
+
 TEST(XmsUsers, HaveOnlyTheFieldsOfAUser)
 {
     EXPECT_THAT(complaintOf([] { usersOf({{"user1.logn", "bob"}}); }), HasSubstr("no field \"logn\""));
@@ -117,6 +128,7 @@ TEST(XmsUsers, AreShownByTheirLoginsAlone)
 {
     EXPECT_EQ(xmsUsersText(usersOf({{"user1.login", "alice"}, {"user1.password", "secret"}})),
               "1 user: alice");
-    EXPECT_EQ(xmsUsersText(usersOf({{"user1.login", "alice"}, {"user2.login", "b b"}})),
-              "2 users: alice, \"b b\"");
+    EXPECT_EQ(
+        xmsUsersText(usersOf({{"user1.login", "alice"}, {"user2.login", "b b"}}, XasValueCheck::anyThatFits)),
+        "2 users: alice, \"b b\"");
 }

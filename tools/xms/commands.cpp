@@ -27,6 +27,7 @@ XasMessage overStored(const XmsDescriptor &server, const XmsSetting &setting, co
         return record;
     xmsAnnounceUsers(*stored, setting.users); // the list itself is not stored
     xmsAssign(*stored, setting.assignments, xmsCheckOf(set));
+    xmsRequireFitTexts(*stored, set);
     return *stored;
 }
 

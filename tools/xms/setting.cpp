@@ -1,5 +1,6 @@
 #include "xms/setting.h"
 
+#include "dispatch/settings.h"
 #include "xms/error.h"
 
 #include <iostream>
@@ -30,6 +31,16 @@ XasValueCheck xmsCheckOf(const XmsSetOptions &set)
     return set.force ? XasValueCheck::anyThatFits : XasValueCheck::allowed;
 }
 
+void xmsRequireFitTexts(const XasMessage &record, const XmsSetOptions &set)
+{
+    const XasSetting *row = xasFindSetting(record.xH.msgtype);
+    if (row == nullptr || set.force || !set.rawFile.empty())
+        return;
+    const std::string field = xasFindUnfitText(row->texts, record);
+    if (!field.empty())
+        throw XmsError{XmsExit::usage, "Invalid character in " + field};
+}
+
 XmsSetting xmsSettingFrom(const XmsSetOptions &set)
 {
     XmsSetting setting{.record = xmsDefaultRecord(xmsTypeFromText(set.type)),
@@ -44,5 +55,6 @@ XmsSetting xmsSettingFrom(const XmsSetOptions &set)
     xmsAssign(setting.record, setting.assignments, xmsCheckOf(set));
     if (!set.force)
         xmsRequireMatchingCount(setting.record, setting.users);
+    xmsRequireFitTexts(setting.record, set);
     return setting;
 }

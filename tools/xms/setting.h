@@ -31,6 +31,10 @@ std::istream &xmsOpenInput(const std::string &path, std::ifstream &file);
 /** Which values the options let pass. */
 XasValueCheck xmsCheckOf(const XmsSetOptions &set);
 
+/** Throws XmsError with the daemon's own words when a text of the record is one that it refuses, unless any
+ * value is to pass. */
+void xmsRequireFitTexts(const XasMessage &record, const XmsSetOptions &set);
+
 /** The setting, as far as it can be built, and checked, without the server. Throws XmsError. */
 XmsSetting xmsSettingFrom(const XmsSetOptions &set);
 

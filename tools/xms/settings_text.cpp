@@ -98,7 +98,12 @@ std::vector<std::vector<std::string>> xmsResultRows(std::uint32_t msgtype)
 {
     std::vector<std::vector<std::string>> rows;
     const XasSetting *setting = xasFindSetting(msgtype);
-    if (setting == nullptr || setting->update.files == nullptr)
+    if (setting == nullptr)
+        return rows;
+    if (!setting->texts.empty())
+        rows.push_back({"-", "a text that would break a file or a command", std::to_string(XAS_RCODE_TEXT),
+                        "Invalid character in <field>"});
+    if (setting->update.files == nullptr)
         return rows;
     for (const XasFileRow &row : setting->update.files->files)
         addFileRows(rows, row);

@@ -1,5 +1,6 @@
 #include "xms/users.h"
 
+#include "auth/local_users.h"
 #include "auth/user_message.h"
 #include "msg/fields.h"
 #include "xms/error.h"
@@ -46,18 +47,27 @@ std::span<Byte> blockOf(std::span<Byte> entry, std::size_t user)
     return entry.subspan(user * XAS_USER_RECORD_SIZE, entrySize(1));
 }
 
-std::string loginOf(std::span<const std::byte> entry, std::size_t user)
+XasUserRecord recordOf(std::span<const std::byte> entry, std::size_t user)
 {
     XasUserRecord record;
     std::memcpy(&record, blockOf(entry, user).data() + XAS_PAYLOAD_OFFSET, sizeof record);
-    return std::string{xasFieldText(record.login)};
+    return record;
 }
 
-void requireLogins(std::span<const std::byte> entry)
+std::string loginOf(std::span<const std::byte> entry, std::size_t user)
+{
+    return xasFieldString(recordOf(entry, user).login);
+}
+
+/** The daemon would skip a user that it can make no account of. */
+void requireValidUsers(std::span<const std::byte> entry)
 {
     for (std::size_t user = 0; user < xmsUserCount(entry.size()).value_or(0); ++user) {
+        const std::string name = std::string{PREFIX} + std::to_string(user + 1);
         if (loginOf(entry, user).empty())
-            throw XmsError{XmsExit::usage, "user" + std::to_string(user + 1) + " has no login"};
+            throw XmsError{XmsExit::usage, name + " has no login"};
+        if (!xasIsValidUser(recordOf(entry, user)))
+            throw XmsError{XmsExit::usage, name + ": Invalid user to add"};
     }
 }
 
@@ -82,7 +92,7 @@ XmsUserEntry xmsTakeUsers(std::vector<XmsAssignment> &assignments, XasValueCheck
         return true;
     });
     if (check == XasValueCheck::allowed)
-        requireLogins(entry);
+        requireValidUsers(entry);
     return entry;
 }
 
