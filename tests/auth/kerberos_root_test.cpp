@@ -28,6 +28,15 @@ class UpdateKerberos : public XasLoginFilesTest {
 
 } // namespace
 
+TEST_F(UpdateKerberos, FailsForAHostsFileThatCannotBeEditedAndChangesTheOthers)
+{
+    std::filesystem::remove(dir.path("hosts"));
+    EXPECT_EQ(update(message()), 1);
+    expectReply(2, "Error opening /etc/hosts file");
+    EXPECT_EQ(dir.read("krb5"), "realm R\n");
+    expectDerivedFiles();
+}
+
 TEST_F(UpdateKerberos, NeedsNameAndAddressForAHostsLine)
 {
     EXPECT_EQ(update(XasMessageBuilder{XMSG_KERBEROS}.set("enabled", 1).set("kdc", "kdc.x")), 0);

@@ -303,6 +303,15 @@ TEST_F(LocalUsers, DeleteRemovesTheAccountOfTheFirstEntryAndKeepsThePortFile)
     EXPECT_EQ(xasModeOf(LIST), 0644U);
 }
 
+TEST_F(LocalUsers, DeleteLeavesTheUsersWhoseLoginsBeginLikeTheOneThatGoes)
+{
+    giveAccounts({"bobby", "bob", "bo"});
+    xasWriteFile(LIST, "bobby\nbob\nbo\n");
+    EXPECT_EQ(single(userOf("bob"), 2), 0);
+    EXPECT_THAT(stubs.lines(), ElementsAre("/bin/deluser bob"));
+    EXPECT_EQ(xasReadFile(LIST), "bobby\nbo\n");
+}
+
 TEST_F(LocalUsers, DeleteOfAUserThatIsNotListedRemovesNoAccount)
 {
     giveAccounts({"alice", "bob"});

@@ -256,6 +256,30 @@ TEST_F(CfgSave, KeepsTheModeOfTheLiveFileWhateverTheUmaskIs)
     }
 }
 
+TEST_F(CfgSave, KeepsTheOwnerOfTheLiveFile)
+{
+    constexpr uid_t USER = 1234;
+    constexpr gid_t GROUP = 4321;
+    dir.write("live", "old\n");
+    if (::chown(live().c_str(), USER, GROUP) != 0)
+        GTEST_SKIP() << "only root gives files away";
+    EXPECT_EQ(replace("new\n"), 0);
+    struct stat status {};
+    ASSERT_EQ(::stat(live().c_str(), &status), 0);
+    EXPECT_EQ(status.st_uid, USER);
+    EXPECT_EQ(status.st_gid, GROUP);
+}
+
+TEST_F(CfgSave, ReplacesAFileWhoseOwnerCannotBeKeptAllTheSame)
+{
+    dir.write("live", "old\n", 0640);
+    const XasFault fault{"fchown", EPERM};
+    EXPECT_EQ(replace("new\n"), 0);
+    EXPECT_EQ(fault.calls(), 1U);
+    EXPECT_EQ(dir.read("live"), "new\n");
+    EXPECT_EQ(xasModeOf(live()), 0640U);
+}
+
 TEST_F(CfgSave, MakesANewFileReadableForAllWhateverTheUmaskIs)
 {
     for (const mode_t mask : {0U, 022U, 077U}) {
