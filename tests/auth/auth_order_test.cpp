@@ -5,11 +5,7 @@
 #include "support/log.h"
 #include "support/reply.h"
 
-#include <gmock/gmock.h>
 #include <tuple>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 

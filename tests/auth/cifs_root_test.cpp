@@ -4,9 +4,6 @@
 #include "support/reply.h"
 #include "support/share_files.h"
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 constexpr const char *NEW_SMB = "[global]\n   workgroup = ENG\n   interfaces = 127.0.0.1 eth0 eth1\n";

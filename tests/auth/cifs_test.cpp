@@ -6,12 +6,6 @@
 #include "support/log.h"
 #include "support/reply.h"
 
-#include <cstring>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 constexpr const char *LANMAN = "E52CAC67419A9A224A3B108F3FA6CB6D";

@@ -3,8 +3,6 @@
 
 #include "support/files.h"
 
-#include <gtest/gtest.h>
-
 namespace {
 
 XasKerberosPayload settings()

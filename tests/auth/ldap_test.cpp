@@ -5,10 +5,6 @@
 #include "support/hosts.h"
 #include "support/reply.h"
 
-#include <gmock/gmock.h>
-
-using testing::IsEmpty;
-
 namespace {
 
 XasLdapPayload settings()

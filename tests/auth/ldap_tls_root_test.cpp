@@ -6,11 +6,6 @@
 #include "support/reply.h"
 #include "support/stub.h"
 
-#include <unistd.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 class UpdateLdap : public XasLoginFilesTest {

@@ -1,8 +1,7 @@
 // Which logins are accepted, and the account commands.
 #include "auth/local_users.h"
 
-#include <cstring>
-#include <gmock/gmock.h>
+#include "support/test.h"
 
 namespace {
 

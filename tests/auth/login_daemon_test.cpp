@@ -3,9 +3,6 @@
 #include "support/hosts.h"
 #include "support/message_files.h"
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 constexpr const char *ORDER = "/etc/sysconfig/r58authconfig";

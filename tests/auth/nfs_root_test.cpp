@@ -4,9 +4,6 @@
 #include "support/reply.h"
 #include "support/share_files.h"
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 const XasLogLine NO_HOST = xasWarningLine("Error extracting host from NFS remote path\n");

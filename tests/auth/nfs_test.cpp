@@ -7,10 +7,6 @@
 #include "wire/address.h"
 
 #include <arpa/inet.h>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 

@@ -6,9 +6,6 @@
 #include "support/hosts.h"
 #include "support/reply.h"
 
-#include <cerrno>
-#include <gtest/gtest.h>
-
 namespace {
 
 XasNisPayload settings(std::string_view domain)

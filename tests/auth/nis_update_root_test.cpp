@@ -6,8 +6,6 @@
 #include "support/reply.h"
 #include "support/stub.h"
 
-using testing::IsEmpty;
-
 namespace {
 
 XasMessageBuilder nisMessage()

@@ -1,9 +1,7 @@
 // The name-service switch: its sources and its lines.
 #include "auth/nsswitch.h"
 
-#include <algorithm>
-#include <gtest/gtest.h>
-#include <vector>
+#include "support/test.h"
 
 namespace {
 

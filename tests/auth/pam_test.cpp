@@ -4,18 +4,9 @@
 #include "support/files.h"
 #include "support/log.h"
 
-#include <algorithm>
-#include <array>
-#include <gmock/gmock.h>
 #include <map>
 #include <memory>
 #include <random>
-#include <sys/stat.h>
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
 
 namespace {
 

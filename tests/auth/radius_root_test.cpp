@@ -5,8 +5,6 @@
 #include "support/login_files.h"
 #include "support/reply.h"
 
-using testing::IsEmpty;
-
 namespace {
 
 class UpdateRadius : public XasLoginFilesTest {

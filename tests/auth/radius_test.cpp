@@ -2,8 +2,7 @@
 #include "auth/radius.h"
 
 #include "support/hosts.h"
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
 

@@ -4,10 +4,6 @@
 #include "support/message_files.h"
 #include "support/snmp.h"
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 namespace {
 
 XasLogLine updateFailed(const std::string &application)

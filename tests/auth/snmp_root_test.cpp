@@ -4,10 +4,6 @@
 #include "support/hosts.h"
 #include "support/reply.h"
 
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-
 namespace {
 
 constexpr const char *OLD_TEXT = "syslocation x\nsyscontact x\nrouser x\nrwuser x\ntrapcommunity x\n";

@@ -8,11 +8,6 @@
 #include "support/log.h"
 #include "support/reply.h"
 
-#include <array>
-#include <cerrno>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
 using testing::Values;
 
 namespace {
@@ -328,8 +323,8 @@ TEST_P(SnmpCommunities, AreRewrittenInModeZeroDroppedInModeOneAndKeptInEveryOthe
         const std::string line = GetParam().keyword + std::string{rest};
         const std::string indented = " \t" + line;
         XasSnmpPayload snmpCfg = settings();
-        EXPECT_THAT(xasSnmpText(line + "\n", snmpCfg), testing::StartsWith(GetParam().written)) << line;
-        EXPECT_THAT(xasSnmpText(indented + "\n", snmpCfg), testing::StartsWith(GetParam().written)) << line;
+        EXPECT_THAT(xasSnmpText(line + "\n", snmpCfg), StartsWith(GetParam().written)) << line;
+        EXPECT_THAT(xasSnmpText(indented + "\n", snmpCfg), StartsWith(GetParam().written)) << line;
         snmpCfg.community_mode = 1;
         EXPECT_EQ(xasSnmpText(line + "\n", snmpCfg), "");
         EXPECT_EQ(xasSnmpText(indented + "\n", snmpCfg), "");

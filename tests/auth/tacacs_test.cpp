@@ -5,8 +5,6 @@
 #include "support/files.h"
 #include "support/hosts.h"
 
-#include <gtest/gtest.h>
-
 namespace {
 
 constexpr const char *TEMPLATE = "server1 = $(SERVER_1)\nserver2 = $(SERVER_2)\nserver3 = $(SERVER_3)\n"

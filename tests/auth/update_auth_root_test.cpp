@@ -9,12 +9,6 @@
 #include "support/login_files.h"
 #include "support/reply.h"
 
-#include <cerrno>
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 namespace {
 
 const XasLogLine ORDER_MISSING = xasErrorLine("Error opening config file \"/etc/sysconfig/r58authconfig\"\n");

@@ -1,8 +1,7 @@
 // The text of a user's port permissions.
 #include "auth/user_ports.h"
 
-#include <cstring>
-#include <gmock/gmock.h>
+#include "support/test.h"
 
 TEST(UserPortDeathTest, NeedsAUser)
 {

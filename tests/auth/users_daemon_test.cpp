@@ -2,16 +2,7 @@
 #include "auth/user_message.h"
 #include "support/daemon.h"
 
-#include <csignal>
-#include <gmock/gmock.h>
 #include <sys/msg.h>
-#include <sys/wait.h>
-
-using namespace std::chrono_literals;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
 
 namespace {
 
@@ -107,8 +98,7 @@ class DaemonUsers : public testing::Test {
         }
         EXPECT_EQ(daemon->stubs.lines(), commands);
         EXPECT_EQ(xasReadFile(LIST), list);
-        EXPECT_THAT(xasReadFile("/etc/zel/" + loginOf(count) + ".conf"),
-                    testing::StartsWith("ALLOW_LISTEN=0x"));
+        EXPECT_THAT(xasReadFile("/etc/zel/" + loginOf(count) + ".conf"), StartsWith("ALLOW_LISTEN=0x"));
     }
 
     std::optional<XasTestDaemon> daemon;

@@ -9,15 +9,6 @@
 #include "support/reply.h"
 #include "support/stub.h"
 
-#include <cerrno>
-#include <filesystem>
-#include <gmock/gmock.h>
-#include <unistd.h>
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 constexpr const char *LIST = "/etc/.lusers";
@@ -89,7 +80,7 @@ TEST_F(LocalUsers, RefuseALoginThatIsNoneWhateverTheAction)
         for (const std::uint32_t action : {0U, 1U, 2U, 3U, 5U})
             EXPECT_EQ(single(userOf(login, "p"), action), 1) << login;
     }
-    EXPECT_THAT(log.lines(), testing::Each(xasErrorLine("Invalid user to add\n")));
+    EXPECT_THAT(log.lines(), Each(xasErrorLine("Invalid user to add\n")));
     EXPECT_EQ(log.lines().size(), 30U);
     EXPECT_THAT(stubs.calls(), IsEmpty());
     EXPECT_EQ(xasReadFile(LIST), "");

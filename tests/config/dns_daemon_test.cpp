@@ -1,8 +1,6 @@
 // A DNS message through the built daemon: whole files, and a failure.
 #include "support/message_files.h"
 
-using testing::ElementsAre;
-
 namespace {
 
 const std::string SERVERS = "192.0.2.250\n";
@@ -37,7 +35,7 @@ TEST_F(DaemonDns, WritesBothFilesAndTellsTheLoggerAndTheAgent)
     EXPECT_EQ(files.read("dnsprec.old"), PRECEDENCE);
     EXPECT_EQ(files.names().size(), 4U) << "nothing else is left";
     EXPECT_THAT(commands(), ElementsAre("/bin/killall -SIGHUP syslogd", "/bin/killall -SIGHUP snmpd"));
-    EXPECT_THAT(logLines(), testing::IsEmpty());
+    EXPECT_THAT(logLines(), IsEmpty());
 }
 
 TEST_F(DaemonDns, SkipsServersThatAreNotSet)

@@ -2,10 +2,6 @@
 // notifications.
 #include "support/eth_appliance.h"
 
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 class DaemonEthernet : public XasEthAppliance {
@@ -92,9 +88,9 @@ TEST_F(DaemonEthernet, AsksWithTheWebFrontEndsHostName)
     start();
     eth.ports[1].source = XAS_SOURCE_DHCP;
     EXPECT_EQ(apply(), XAS_APPLIED);
-    EXPECT_THAT(files.read("eth1"), testing::HasSubstr("\nBOOTPROTO=dhcp\n"));
-    EXPECT_THAT(files.read("eth1"), testing::HasSubstr("\nDHCP_HOSTNAME=console1\n"));
-    EXPECT_THAT(files.read("eth0"), testing::HasSubstr("\nDHCP_HOSTNAME=\n"));
+    EXPECT_THAT(files.read("eth1"), HasSubstr("\nBOOTPROTO=dhcp\n"));
+    EXPECT_THAT(files.read("eth1"), HasSubstr("\nDHCP_HOSTNAME=console1\n"));
+    EXPECT_THAT(files.read("eth0"), HasSubstr("\nDHCP_HOSTNAME=\n"));
 }
 
 TEST_F(DaemonEthernet, SwitchesBondingOnAndOffAgain)

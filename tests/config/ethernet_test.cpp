@@ -9,13 +9,6 @@
 #include "support/message.h"
 #include "support/reply.h"
 
-#include <array>
-#include <cerrno>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 /** The TYPEs in the order of editing. */

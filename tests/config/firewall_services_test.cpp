@@ -9,14 +9,6 @@
 #include "support/message.h"
 #include "support/reply.h"
 
-#include <cerrno>
-#include <cstdlib>
-#include <filesystem>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 constexpr const char *LIFELIKE = "# Firewall settings, sourced by the firewall script\n"
@@ -321,10 +313,10 @@ TEST_F(FirewallUpdate, OpensTheStoredPortOfSsh)
 TEST_F(FirewallUpdate, OpensSshByItsNameWhenPort22OrNothingIsStored)
 {
     EXPECT_EQ(update(), 0);
-    EXPECT_THAT(dir.read("firewall"), testing::StartsWith("TCP_PUBLIC_SERVICES=\"www ssh telnet \"\n"));
+    EXPECT_THAT(dir.read("firewall"), StartsWith("TCP_PUBLIC_SERVICES=\"www ssh telnet \"\n"));
     storeSshPort(22);
     EXPECT_EQ(update(), 0);
-    EXPECT_THAT(dir.read("firewall"), testing::StartsWith("TCP_PUBLIC_SERVICES=\"www ssh telnet \"\n"));
+    EXPECT_THAT(dir.read("firewall"), StartsWith("TCP_PUBLIC_SERVICES=\"www ssh telnet \"\n"));
 }
 
 TEST_F(FirewallUpdate, ReadsEverySwitchFromItsOwnPlace)

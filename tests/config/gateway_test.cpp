@@ -2,8 +2,8 @@
 #include "config/gateway.h"
 
 #include "support/eth.h"
+#include "support/test.h"
 
-#include <gtest/gtest.h>
 #include <initializer_list>
 
 namespace {

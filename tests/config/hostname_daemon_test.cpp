@@ -1,8 +1,6 @@
 // A host-name message through the built daemon: whole files, and two failures.
 #include "support/message_files.h"
 
-using testing::ElementsAre;
-
 namespace {
 
 const std::string HOSTS = "# local\n127.0.0.1\told.name\tlocalhost.localdomain\tlocalhost\n"
@@ -59,7 +57,7 @@ TEST_F(DaemonHostname, WritesAllFourFilesAndTellsTheLogger)
     EXPECT_EQ(files.read("domain.old"), "STATIC_DOMAIN=name\n");
     EXPECT_EQ(files.names().size(), 8U) << "nothing else is left";
     EXPECT_THAT(commands(), ElementsAre("/bin/killall -SIGHUP syslogd"));
-    EXPECT_THAT(logLines(), testing::IsEmpty());
+    EXPECT_THAT(logLines(), IsEmpty());
 }
 
 TEST_F(DaemonHostname, TakesADomainOutOfTheHostName)

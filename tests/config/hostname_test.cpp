@@ -1,6 +1,6 @@
 #include "config/hostname.h"
 
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
 

@@ -6,12 +6,7 @@
 #include "support/log.h"
 #include "support/reply.h"
 
-#include <gmock/gmock.h>
 #include <regex>
-#include <sstream>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Kernel parameters in the file that sysctl reads.
 #include "config/kernel.h"
 
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
 

@@ -2,8 +2,7 @@
 #include "config/logrotate.h"
 
 #include "support/growth.h"
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
 

@@ -5,10 +5,6 @@
 #include "support/log.h"
 #include "support/reply.h"
 
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-
 namespace {
 
 XasEthPayload settings(std::uint32_t bonding, bool ipv6Enabled)

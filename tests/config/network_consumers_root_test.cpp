@@ -9,14 +9,6 @@
 #include "support/log.h"
 #include "wire/address.h"
 
-#include <array>
-#include <cstdlib>
-#include <gmock/gmock.h>
-#include <sys/wait.h>
-
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 namespace {
 
 struct Result {
@@ -97,7 +89,7 @@ TEST_F(NetworkConsumers, ModprobeReadsTheModuleOptions)
         EXPECT_THAT(result.output, HasSubstr("options bond0 " + std::string{MODES[mode - 1]} +
                                              " miimon=250 use_carrier=1 downdelay=2500 updelay=2500\n"));
         EXPECT_THAT(result.output, HasSubstr("options ipv6 disable=1\n"));
-        EXPECT_THAT(result.output, testing::Not(HasSubstr("ignoring")));
+        EXPECT_THAT(result.output, Not(HasSubstr("ignoring")));
     }
 }
 
@@ -169,7 +161,7 @@ TEST_F(NetworkConsumers, TheShellRunsNothingOfAPortRecordOfRandomBytes)
         editPort(port, random() % 2 == 0 ? "bond0" : "eth0", random() % 4 == 0, 1);
         const Result result = source(file, {"BOOTPROTO"});
         ASSERT_EQ(result.exitStatus, 0) << xasReadFile(file);
-        ASSERT_THAT(result.output, testing::AnyOf("static\n", "bootp\n", "none\n")) << xasReadFile(file);
+        ASSERT_THAT(result.output, AnyOf("static\n", "bootp\n", "none\n")) << xasReadFile(file);
         ASSERT_THAT(workplace.names(), IsEmpty());
     }
 }
@@ -200,5 +192,5 @@ TEST_F(NetworkConsumers, TheShellWouldTellIfAFileHeldACommand)
     EXPECT_NE(source(file, {}).exitStatus, 0);
     dir.write("file", "DHCP_HOSTNAME=a >trace\n");
     source(file, {});
-    EXPECT_THAT(workplace.names(), testing::ElementsAre("trace"));
+    EXPECT_THAT(workplace.names(), ElementsAre("trace"));
 }

@@ -2,9 +2,8 @@
 #include "config/network_file.h"
 
 #include "support/eth.h"
+#include "support/test.h"
 #include "wire/address.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 

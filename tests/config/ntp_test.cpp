@@ -10,14 +10,6 @@
 #include "support/message.h"
 #include "support/reply.h"
 
-#include <cerrno>
-#include <filesystem>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
-
 namespace {
 
 /** A distribution's file, with lines of every kind that matters. */

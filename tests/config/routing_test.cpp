@@ -9,7 +9,6 @@
 #include "support/reply.h"
 
 #include <arpa/inet.h>
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -2,9 +2,6 @@
 #include "support/hosts.h"
 #include "support/message_files.h"
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 XasLogLine updateFailed(const std::string &application)

@@ -8,11 +8,6 @@
 #include "support/message.h"
 #include "support/reply.h"
 
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 constexpr const char *OLD_SYSLOG = "local0.info    /var/log/network\nlocal5.info    /var/log/general\n";

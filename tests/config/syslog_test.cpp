@@ -7,10 +7,6 @@
 #include "support/log.h"
 #include "support/reply.h"
 
-#include <gmock/gmock.h>
-
-using testing::IsEmpty;
-
 namespace {
 
 /** An appliance's file, with forwarding rules of earlier settings. */
@@ -216,9 +212,9 @@ TEST(SyslogRemoteText, IsWrittenForTheSecondServerAloneAndForTheAddressOfZeroes)
 {
     XasSyslogPayload sysLogInfo = settings();
     sysLogInfo.remotes[1] = xasHostWithAddress("2001:db8::5");
-    EXPECT_THAT(xasSyslogRemoteText(sysLogInfo), testing::StartsWith("local0.none    @2001:db8::5\n"));
+    EXPECT_THAT(xasSyslogRemoteText(sysLogInfo), StartsWith("local0.none    @2001:db8::5\n"));
     sysLogInfo.remotes[1] = {};
-    EXPECT_THAT(xasSyslogRemoteText(sysLogInfo), testing::StartsWith("local0.none    @0.0.0.0\n"));
+    EXPECT_THAT(xasSyslogRemoteText(sysLogInfo), StartsWith("local0.none    @0.0.0.0\n"));
 }
 
 TEST_F(SyslogFileDeathTest, NeedsItsPathAndItsValues)
@@ -263,9 +259,9 @@ TEST_F(SyslogFile, LosesALastLineWithoutLineFeedTheSecondTimeBecauseARuleHadJoin
     sysLogInfo.remotes[0] = xasNamedHost("loghost");
     const std::string path = dir.write("syslog.conf", "mail.*    /b");
     EXPECT_EQ(xasEditSyslogCfgFile(path.c_str(), &sysLogInfo, &reply), 0);
-    EXPECT_THAT(dir.read("syslog.conf"), testing::StartsWith("mail.*    /blocal0.none    @loghost\n"));
+    EXPECT_THAT(dir.read("syslog.conf"), StartsWith("mail.*    /blocal0.none    @loghost\n"));
     EXPECT_EQ(xasEditSyslogCfgFile(path.c_str(), &sysLogInfo, &reply), 0);
-    EXPECT_THAT(dir.read("syslog.conf"), testing::StartsWith("local0.none    @loghost\n"));
+    EXPECT_THAT(dir.read("syslog.conf"), StartsWith("local0.none    @loghost\n"));
 }
 
 TEST(SyslogText, TakesTheSameTimeForALineOfAnyFile)

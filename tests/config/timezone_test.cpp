@@ -8,14 +8,7 @@
 #include "support/message.h"
 #include "support/reply.h"
 
-#include <cerrno>
-#include <filesystem>
-#include <gmock/gmock.h>
-
 namespace fs = std::filesystem;
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 

@@ -1,7 +1,7 @@
 // The host name in the web front end's settings.
 #include "config/web_hostname.h"
 
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
 

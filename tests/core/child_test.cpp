@@ -1,12 +1,7 @@
 #include "core/child.h"
 
 #include "support/faults.h"
-
-#include <cerrno>
-#include <csignal>
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include "support/test.h"
 
 namespace {
 

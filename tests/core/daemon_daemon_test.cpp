@@ -2,13 +2,7 @@
 #include "support/daemon.h"
 #include "support/settled_log.h"
 
-#include <csignal>
-#include <gmock/gmock.h>
-
-using namespace std::chrono_literals;
 using std::chrono::steady_clock;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 namespace {
 
@@ -232,9 +226,9 @@ TEST_F(DaemonSupervision, KeepsQuietAboutTheSystemLoggersStartsAndDeaths)
     ASSERT_EQ(::kill(pid, SIGKILL), 0);
     ASSERT_TRUE(daemon.stubs.await(4)) << "it is restarted";
     xasPause(300ms);
-    EXPECT_THAT(xasSettledLines(daemon.log),
-                testing::Not(testing::Contains(testing::Field(
-                    &XasLogLine::text, testing::AnyOf(HasSubstr("started"), HasSubstr("PID["))))));
+    EXPECT_THAT(
+        xasSettledLines(daemon.log),
+        Not(Contains(testing::Field(&XasLogLine::text, AnyOf(HasSubstr("started"), HasSubstr("PID["))))));
     EXPECT_THAT(daemon.stubs.lines(),
                 ElementsAre("/bin/killall syslogd", "/bin/killall klogd", program, program));
 }
@@ -263,6 +257,6 @@ TEST_F(DaemonSupervision, ServesSeveralDeathsAtTheSameMoment)
     EXPECT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED)
         << "the message waits its turn; both daemons are there again";
     EXPECT_THAT(xasSettledLines(daemon.log),
-                testing::Contains(testing::Field(&XasLogLine::text, HasSubstr("WIFSIGNALED"))).Times(2 + 2))
+                Contains(testing::Field(&XasLogLine::text, HasSubstr("WIFSIGNALED"))).Times(2 + 2))
         << "and both are stopped and started by the message";
 }

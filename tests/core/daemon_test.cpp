@@ -5,15 +5,6 @@
 #include "support/faults.h"
 #include "support/supervision.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <gmock/gmock.h>
-
-using namespace std::chrono_literals;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 using StartDaemon = XasSupervisionTest;

@@ -2,12 +2,6 @@
 #include "support/eth_appliance.h"
 #include "support/link.h"
 
-#include <cstdlib>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 /** Longer than it takes to notice a change: a look about every second, and 1.5 s until it is believed. */
@@ -87,14 +81,14 @@ TEST_F(DaemonLinks, ReportsALinkThatWentDownAndOneThatCameUp)
     startWithSettings();
     eth0.unplug();
     EXPECT_EQ(nextNotification(), "netlink linkdn 1 0");
-    EXPECT_THAT(files.read("eth0"), testing::HasSubstr("\nONBOOT=no\n"));
-    EXPECT_THAT(files.read("eth1"), testing::HasSubstr("\nONBOOT=yes\n"));
+    EXPECT_THAT(files.read("eth0"), HasSubstr("\nONBOOT=no\n"));
+    EXPECT_THAT(files.read("eth1"), HasSubstr("\nONBOOT=yes\n"));
     eth1.unplug();
     EXPECT_EQ(nextNotification(), "netlink linkdn 0 5");
-    EXPECT_THAT(files.read("eth1"), testing::HasSubstr("\nONBOOT=no\n"));
+    EXPECT_THAT(files.read("eth1"), HasSubstr("\nONBOOT=no\n"));
     eth0.plug();
     EXPECT_EQ(nextNotification(), "netlink linkup 1 0");
-    EXPECT_THAT(files.read("eth0"), testing::HasSubstr("\nONBOOT=yes\n"));
+    EXPECT_THAT(files.read("eth0"), HasSubstr("\nONBOOT=yes\n"));
     EXPECT_THAT(daemon.log.lines(),
                 ElementsAre(xasInfoLine("Initializing application server\n"), running("eth"),
                             running("netlink"), running("netlink"), running("netlink")));

@@ -5,12 +5,6 @@
 #include "support/log.h"
 #include "support/stub.h"
 
-#include <gmock/gmock.h>
-#include <unistd.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 const std::string COPY = "/bin/cp -f /var/log/debug /var/log/devports /var/log/diag /var/log/general "
@@ -54,7 +48,7 @@ class LogMaintenance : public testing::Test {
 TEST_F(LogMaintenance, OnlyCopiesTheLogsAtTheFirstElevenTicks)
 {
     tick(11);
-    EXPECT_THAT(stubs.lines(), testing::AllOf(testing::SizeIs(11), testing::Each(COPY)));
+    EXPECT_THAT(stubs.lines(), AllOf(testing::SizeIs(11), Each(COPY)));
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 

@@ -7,14 +7,6 @@
 #include "support/faults.h"
 #include "support/log.h"
 
-#include <cerrno>
-#include <csignal>
-#include <gmock/gmock.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 class Transport : public testing::Test {

@@ -1,10 +1,6 @@
 // The built daemon's command line and exit statuses.
 #include "support/daemon.h"
 
-#include <gmock/gmock.h>
-
-using testing::EndsWith;
-
 namespace {
 
 std::string usage()

@@ -5,13 +5,6 @@
 #include "support/log.h"
 #include "support/stub.h"
 
-#include <cerrno>
-#include <csignal>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 class Script : public testing::Test {
@@ -57,8 +50,7 @@ TEST_F(Script, FailsWhenItCannotBeWaitedFor)
     const std::string path = stubs.make("run");
     const XasFault fault{"waitpid", ECHILD};
     EXPECT_EQ(xasRunScript(path), -1);
-    EXPECT_THAT(log.lines(),
-                testing::Contains(xasErrorLine("error waiting for script " + path + " to finish\n")));
+    EXPECT_THAT(log.lines(), Contains(xasErrorLine("error waiting for script " + path + " to finish\n")));
 }
 
 TEST_F(Script, GivesStatus255WhenItCannotBeExecuted)

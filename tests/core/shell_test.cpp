@@ -3,11 +3,6 @@
 #include "support/faults.h"
 #include "support/files.h"
 
-#include <cerrno>
-#include <csignal>
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-
 namespace {
 
 /** What the shell makes of one word appended by `append`. */

@@ -2,13 +2,6 @@
 #include "support/daemon.h"
 #include "support/settled_log.h"
 
-#include <csignal>
-#include <gmock/gmock.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
-
 namespace {
 
 XasMessage startXdd()

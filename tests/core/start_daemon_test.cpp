@@ -1,13 +1,6 @@
 // The built daemon from the command line to its first message.
 #include "support/daemon.h"
 
-#include <csignal>
-#include <gmock/gmock.h>
-#include <sys/wait.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-
 TEST(DaemonStart, FailsWhenTheApplicationListIsNotThere)
 {
     const XasRunResult result = xasRunDaemonProgram({"-f", "-c", "/missing/list.xml"});

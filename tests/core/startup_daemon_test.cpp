@@ -1,19 +1,8 @@
 // The steps of the built daemon's start.
 #include "support/daemon.h"
 
-#include <csignal>
-#include <filesystem>
 #include <fstream>
-#include <gmock/gmock.h>
 #include <sys/msg.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::EndsWith;
-using testing::HasSubstr;
 
 namespace fs = std::filesystem;
 

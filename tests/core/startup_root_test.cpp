@@ -4,12 +4,6 @@
 #include "core/utils.h"
 #include "support/stub.h"
 
-#include <filesystem>
-#include <gmock/gmock.h>
-#include <sys/stat.h>
-
-using testing::ElementsAre;
-
 namespace {
 
 class WorkDirs : public testing::Test {

@@ -5,12 +5,6 @@
 #include "support/files.h"
 #include "support/log.h"
 
-#include <cerrno>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 class SysappParser : public XasFilesTest {

@@ -7,14 +7,6 @@
 #include "support/message.h"
 
 #include <arpa/inet.h>
-#include <cerrno>
-#include <cstdlib>
-#include <gmock/gmock.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 

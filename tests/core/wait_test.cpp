@@ -6,17 +6,7 @@
 #include "support/log.h"
 #include "support/stub.h"
 
-#include <algorithm>
-#include <csignal>
-#include <gmock/gmock.h>
 #include <map>
-#include <stdexcept>
-#include <sys/wait.h>
-#include <unistd.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 

@@ -6,11 +6,7 @@
 #include "core/daemon.h"
 #include "core/msgqueue.h"
 #include "files/config_file.h"
-
-#include <gmock/gmock.h>
-
-using testing::AllOf;
-using testing::HasSubstr;
+#include "support/test.h"
 
 namespace {
 

@@ -7,13 +7,6 @@
 #include "support/shell.h"
 #include "support/stub.h"
 
-#include <gmock/gmock.h>
-#include <unistd.h>
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 namespace {
 
 const std::string IPTABLES = "XTABLES_LIBDIR=/libexec/xtables; export XTABLES_LIBDIR; /bin/iptables ";

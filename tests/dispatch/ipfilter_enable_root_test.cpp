@@ -7,12 +7,6 @@
 #include "support/shell.h"
 #include "support/stub.h"
 
-#include <cstdlib>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 const std::string DISABLE =

@@ -11,16 +11,7 @@
 #include "support/reply.h"
 #include "support/shell.h"
 
-#include <cstdlib>
-#include <gmock/gmock.h>
-#include <sys/stat.h>
 #include <thread>
-#include <unistd.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace {
 

@@ -11,16 +11,7 @@
 #include "support/reply.h"
 #include "support/shell.h"
 
-#include <csignal>
-#include <gmock/gmock.h>
 #include <sys/msg.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace {
 
@@ -80,7 +71,7 @@ class FilterTimerTest : public testing::Test {
         std::vector<XasLogLine> lines{xasInfoLine("IP Filter Test Timer reached 1 minute(s).\n"),
                                       xasInfoLine("IP Filter disabled.\n")};
         lines.insert(lines.end(), last.begin(), last.end());
-        EXPECT_THAT(log.take(), testing::ElementsAreArray(lines));
+        EXPECT_THAT(log.take(), ElementsAreArray(lines));
         EXPECT_FALSE(xasIPFilterIsEnabled());
         EXPECT_FALSE(xasExists(TIMER_FILE));
         EXPECT_THAT(shell.take(), ElementsAre(DISABLE));

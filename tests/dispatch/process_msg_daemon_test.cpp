@@ -5,9 +5,6 @@
 #include "support/settled_log.h"
 
 #include <fstream>
-#include <gmock/gmock.h>
-
-using namespace std::chrono_literals;
 
 namespace {
 
@@ -77,9 +74,9 @@ TEST(DaemonRandomBytes, LeaveItAtWorkAndItsMemoryLevel)
     EXPECT_TRUE(daemon.isAlive());
     EXPECT_LT(residentKb(daemon.pid()), before + 4096);
     EXPECT_EQ(daemon.errors(), "") << "nothing from a sanitizer";
-    EXPECT_THAT(xasSettledLines(daemon.log),
-                testing::Contains(xasErrorLine("Expected 2488 bytes from queue, got 8000 bytes\n"))
-                    .Times(testing::Gt(5U)));
+    EXPECT_THAT(
+        xasSettledLines(daemon.log),
+        Contains(xasErrorLine("Expected 2488 bytes from queue, got 8000 bytes\n")).Times(testing::Gt(5U)));
 
     EXPECT_EQ(daemon.outcome(XasMessageBuilder{XMSG_DNS}.set("prefer_ipv4", 1)), XAS_APPLIED);
     EXPECT_EQ(files.read("precedence"), "IPV4_PRECEDENCE=yes");

@@ -3,15 +3,7 @@
 #include "support/dispatcher_fixture.h"
 #include "support/faults.h"
 
-#include <gmock/gmock.h>
 #include <sys/msg.h>
-
-using namespace std::chrono_literals;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
 
 namespace {
 

@@ -3,7 +3,6 @@
 #include "support/dispatcher_fixture.h"
 #include "support/random_records.h"
 
-#include <gmock/gmock.h>
 #include <malloc.h>
 
 #if defined(__SANITIZE_ADDRESS__)

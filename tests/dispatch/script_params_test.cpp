@@ -8,14 +8,6 @@
 #include "support/log.h"
 #include "support/message.h"
 
-#include <cerrno>
-#include <cstdlib>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 namespace {
 
 /** What the script parameters read of an Ethernet message. */

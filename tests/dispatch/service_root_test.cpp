@@ -7,13 +7,6 @@
 #include "support/log.h"
 #include "support/stub.h"
 
-#include <algorithm>
-#include <array>
-#include <csignal>
-#include <gmock/gmock.h>
-
-using namespace std::chrono_literals;
-
 namespace {
 
 constexpr int ROUNDS = 1000;

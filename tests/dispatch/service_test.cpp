@@ -9,13 +9,6 @@
 #include "support/stub.h"
 
 #include <climits>
-#include <csignal>
-#include <gmock/gmock.h>
-#include <sys/wait.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -175,7 +168,7 @@ TEST_F(ServiceTest, StartsTheScriptThenTheDaemonsInListOrder)
     EXPECT_EQ(app.daemons[1].stopping, 0);
     EXPECT_EQ(clock.now(), 400ms) << "200 ms for each daemon";
     ASSERT_TRUE(stubs.await(3));
-    EXPECT_THAT(stubs.lines(), testing::UnorderedElementsAre(script + " go", first + " -a b", second));
+    EXPECT_THAT(stubs.lines(), UnorderedElementsAre(script + " go", first + " -a b", second));
     EXPECT_THAT(
         log.lines(),
         ElementsAre(xasInfoLine("Running " + script + "\n"),

@@ -9,12 +9,6 @@
 #include "support/shell.h"
 #include "support/stub.h"
 
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 namespace {
 
 class UpdateFirewallTest : public testing::Test {

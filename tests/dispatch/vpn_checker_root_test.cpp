@@ -6,10 +6,6 @@
 #include "support/programs.h"
 #include "support/vpn.h"
 
-#include <gmock/gmock.h>
-
-using testing::HasSubstr;
-
 namespace {
 
 /** What the appliance ships; the checker is not to ask a name server. */

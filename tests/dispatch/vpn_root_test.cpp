@@ -11,15 +11,7 @@
 #include "support/vpn.h"
 
 #include <atomic>
-#include <cerrno>
-#include <gmock/gmock.h>
-#include <sys/stat.h>
 #include <thread>
-#include <unistd.h>
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace {
 
@@ -201,9 +193,9 @@ TEST_F(VpnTest, AppendsTheLocalPublicKeyOfAnRsaTunnelAndNoSecret)
     XasVpnPayload vpn = vpnOf(XAS_VPN_RSA);
     vpn.xauth = 1;
     EXPECT_EQ(update(vpn), 0);
-    EXPECT_THAT(xasReadFile(CONF), testing::EndsWith("    type=tunnel\n"
-                                                     "    rightrsasigkey=s3cret\n"
-                                                     "\tleftrsasigkey=0sAQKey\n"));
+    EXPECT_THAT(xasReadFile(CONF), EndsWith("    type=tunnel\n"
+                                            "    rightrsasigkey=s3cret\n"
+                                            "\tleftrsasigkey=0sAQKey\n"));
     EXPECT_THAT(shell.take(), ElementsAre(HOST_KEY));
     EXPECT_THAT(stubs.lines(), ElementsAre("/usr/sbin/ipsec showhostkey --left"));
     EXPECT_FALSE(xasExists(SECRETS));
@@ -238,7 +230,7 @@ TEST_F(VpnTest, AppendsTheKeyToTheSystemsFileWhicheverIsListed)
 {
     const std::string before = xasReadFile(CONF);
     EXPECT_EQ(updateFile("/etc/tunnel.conf", vpnOf(XAS_VPN_RSA)), 0);
-    EXPECT_THAT(xasReadFile("/etc/tunnel.conf"), testing::EndsWith("    rightrsasigkey=s3cret\n"));
+    EXPECT_THAT(xasReadFile("/etc/tunnel.conf"), EndsWith("    rightrsasigkey=s3cret\n"));
     EXPECT_EQ(xasReadFile(CONF), before + "\tleftrsasigkey=0sAQKey\n");
 }
 

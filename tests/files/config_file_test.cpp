@@ -4,15 +4,6 @@
 #include "support/files.h"
 #include "support/log.h"
 
-#include <cerrno>
-#include <filesystem>
-#include <gmock/gmock.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 class CfgFile : public XasFilesTest {

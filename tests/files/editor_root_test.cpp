@@ -8,11 +8,6 @@
 #include "support/reply.h"
 #include "support/small_disk.h"
 
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::StartsWith;
-
 namespace {
 
 const XasLogLine NOT_PRINTED = xasErrorLine("Error printing line to file\n");

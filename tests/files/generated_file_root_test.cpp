@@ -9,13 +9,6 @@
 #include "support/reply.h"
 #include "support/stub.h"
 
-#include <cerrno>
-#include <filesystem>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 const XasLogLine NOT_PRINTED = xasErrorLine("Error printing line to file\n");

@@ -1,8 +1,7 @@
 // Files of "KEY=value" lines in which some keys get new values.
 #include "files/key_lines.h"
 
-#include <array>
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
 

@@ -5,13 +5,8 @@
 #include "support/root.h"
 #include "support/stub.h"
 
-#include <cstdlib>
-#include <gmock/gmock.h>
 #include <sys/msg.h>
 #include <sys/socket.h>
-#include <unistd.h>
-
-using testing::ElementsAre;
 
 TEST(PrivateRoot, HidesTheFilesAndAccountsOfTheHost)
 {

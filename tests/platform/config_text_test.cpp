@@ -1,10 +1,10 @@
 #include "platform/config_library.h"
 
+#include "support/test.h"
 #include "wire/address.h"
 #include "wire/message.h"
 
 #include <arpa/inet.h>
-#include <gtest/gtest.h>
 
 namespace {
 

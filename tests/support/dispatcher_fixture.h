@@ -11,8 +11,6 @@
 #include "support/daemon.h"
 #include "support/log.h"
 
-#include <csignal>
-
 /** Signals are served as in the daemon. */
 class XasDispatcherTest : public testing::Test {
   protected:

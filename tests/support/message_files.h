@@ -7,8 +7,6 @@
 #include "support/settled_log.h"
 #include "support/small_disk.h"
 
-#include <filesystem>
-#include <gmock/gmock.h>
 #include <map>
 
 /** A directory whose files a test takes away, or replaces by directories. */

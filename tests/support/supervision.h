@@ -9,11 +9,6 @@
 #include "support/log.h"
 #include "support/stub.h"
 
-#include <csignal>
-#include <string>
-#include <sys/wait.h>
-#include <unistd.h>
-
 class XasSupervisionTest : public testing::Test {
   protected:
     XasSupervisionTest()

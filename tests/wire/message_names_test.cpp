@@ -1,9 +1,7 @@
 #include "wire/message_names.h"
 
+#include "support/test.h"
 #include "wire/message.h"
-
-#include <array>
-#include <gtest/gtest.h>
 
 namespace {
 
