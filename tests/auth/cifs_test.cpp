@@ -1,7 +1,6 @@
 // The share that is offered: smb.conf and the SMB password file.
 #include "auth/cifs.h"
 
-#include "support/files.h"
 #include "support/growth.h"
 #include "support/log.h"
 #include "support/reply.h"
@@ -64,24 +63,7 @@ class SmbPassText : public testing::Test {
     XasReplyStatus reply;
 };
 
-class SambaFiles : public XasFilesTest {
-  protected:
-    int editPasswords() { return xasEditSMBPassCfgFile(path.c_str(), &cifs, &reply); }
-
-    XasCifsPayload cifs = settings();
-    std::string path = dir.path("file");
-    XasLogCapture log;
-    XasReplyStatus reply;
-};
-
-using SambaFilesDeathTest = SambaFiles;
-
 } // namespace
-
-TEST(SmbText, OfAnEmptyFileStaysEmpty)
-{
-    EXPECT_EQ(xasSmbText("", settings()), "");
-}
 
 TEST(SmbText, ReplacesAWholeFile)
 {
@@ -247,11 +229,6 @@ TEST_F(SmbPassText, ReplacesAWholeFile)
     EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
-TEST_F(SmbPassText, OfAnEmptyFileHasTheUser)
-{
-    EXPECT_EQ(text(""), ENTRY);
-}
-
 TEST_F(SmbPassText, DropsEveryLineThatBeginsWithTheFourLettersOfTheUser)
 {
     EXPECT_EQ(text("cifs\ncifs2:1\ncifsadmin:2\ncif:3\nCifs:4\n cifs:5\nxcifs:6\n"),
@@ -278,25 +255,4 @@ TEST_F(SmbPassText, TakesTextsThatFillTheirFieldUpToTheEndOfTheField)
 TEST_F(SmbPassText, JoinsTheUserToALastLineWithoutLineFeed)
 {
     EXPECT_EQ(text("root:0:X"), "root:0:X" + std::string{ENTRY});
-}
-
-TEST_F(SambaFilesDeathTest, NeedTheirPathAndTheirValues)
-{
-    EXPECT_DEATH(xasEditSMBCfgFile(nullptr, &cifs, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditSMBCfgFile("/tmp/none", nullptr, &reply), "cifs != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditSMBPassCfgFile(nullptr, &cifs, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditSMBPassCfgFile("/tmp/none", nullptr, &reply),
-                 "cfgSmbPassCfg != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(SambaFiles, ThePasswordFileStaysAsItIsWhenThePasswordIsRefused)
-{
-    xasWriteFile(path, "# c\ncifsuser:100:old\n", 0644);
-    xasSetFieldText(cifs.nt_pwd, "");
-    EXPECT_EQ(editPasswords(), 1);
-    EXPECT_EQ(xasReplyText(reply), "1 Invalid samba password");
-    EXPECT_EQ(dir.read("file"), "# c\ncifsuser:100:old\n");
-    EXPECT_EQ(dir.read("file.tmp"), "# c\n");
-    EXPECT_EQ(xasModeOf(path + ".tmp"), 0600U);
-    EXPECT_THAT(dir.names(), ElementsAre("file", "file.tmp"));
 }

@@ -1,9 +1,7 @@
 // The TLS material of the directory client, at its fixed paths, through the handler of LDAP.
 #include "auth/ldap.h"
 
-#include "support/hosts.h"
 #include "support/login_files.h"
-#include "support/reply.h"
 #include "support/stub.h"
 
 namespace {

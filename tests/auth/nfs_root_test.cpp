@@ -40,20 +40,6 @@ using DispatchNfs = XasDispatchSharesTest;
 
 } // namespace
 
-TEST_F(UpdateNfs, FailsWithoutOneOfItsFilesInTheListAndTouchesNothing)
-{
-    const auto msg = nfsMessage({{"nas:/a", "/a"}});
-    EXPECT_EQ(update(xasUpdateNFSCfg, msg, {}), 1);
-    EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error determining NFS servers file\n")));
-    EXPECT_EQ(update(xasUpdateNFSCfg, msg, {"fstab"}), 1);
-    EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error determining NFS servers file\n")));
-    EXPECT_EQ(update(xasUpdateNFSCfg, msg, {"nfsServers"}), 1);
-    EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error determining NFS fstab config file\n")));
-    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
-    expectUntouched();
-    EXPECT_FALSE(xasExists("/var/nfsmounts"));
-}
-
 TEST_F(UpdateNfs, FailsWhenAMountPointCannotBeMadeAndLeavesTheFiles)
 {
     xasWriteFile("/var/nfsmounts/b", "a file");

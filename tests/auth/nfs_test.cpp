@@ -148,14 +148,6 @@ TEST_F(NfsText, LeavesAShareWithoutAPathOutAndWritesNoneBehindIt)
     EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
-TEST_F(NfsText, TakesNoNoteOfAnUnusedShareWithoutAPath)
-{
-    XasNfsShares shares = {share("", "/m/a"), share("s:/b", "/m/b"), {}};
-    shares[0].used = false;
-    EXPECT_EQ(text("", shares), "s:/b\t /m/b\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
-    EXPECT_THAT(log.lines(), IsEmpty());
-}
-
 TEST_F(NfsText, TakesLinesOf307CharactersWithTheirLineFeed)
 {
     const std::string text307 = text("", {shareOfLength(307, true), shareOfLength(307, false), {}});
@@ -179,13 +171,6 @@ TEST_F(NfsText, LeavesALineOf308CharactersOutAndGoesOn)
     EXPECT_EQ(text("", {shareOfLength(308, true), shareOfLength(309, true), shareOfLength(500, false)}), "");
     EXPECT_THAT(log.take(), ElementsAre(TOO_LONG, TOO_LONG, TOO_LONG));
     EXPECT_EQ(xasReplyText(reply), "4 NFS entry exceeds memory limmits");
-}
-
-TEST_F(NfsText, TakesNoNoteOfAnOverLongShareBehindOneWithoutAPath)
-{
-    EXPECT_EQ(text("", {share("", "/m"), shareOfLength(308, true), share("s:/c", "/m/c")}), "");
-    EXPECT_THAT(log.lines(), ElementsAre(EMPTY_PATH));
-    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
 TEST_F(NfsText, DoesNotChangeWhenItIsMadeTwice)

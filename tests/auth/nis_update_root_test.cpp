@@ -1,9 +1,7 @@
 // The handler of NIS: what is its own beside what all settings share.
 #include "auth/nis.h"
 
-#include "support/hosts.h"
 #include "support/login_files.h"
-#include "support/reply.h"
 #include "support/stub.h"
 
 namespace {

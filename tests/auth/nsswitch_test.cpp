@@ -18,12 +18,6 @@ XasAuthOrder orderOf(std::uint32_t local, std::uint32_t nis, std::uint32_t radiu
 
 } // namespace
 
-TEST(NsswitchFileDeathTest, NeedsItsPath)
-{
-    XasReplyStatus reply;
-    EXPECT_DEATH(xasEditNsswitchCfgFile(nullptr, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-}
-
 TEST(NsswitchSources, AreTheLocalFilesWhenNothingElseIs)
 {
     EXPECT_EQ(xasNsswitchSources({}, true), "files\n");

@@ -24,14 +24,6 @@ XasRadiusPayload settings(const XasHostAddr &host1, const XasHostAddr &host2)
 
 } // namespace
 
-TEST(RadiusFileDeathTest, NeedsItsPathAndSettings)
-{
-    const XasRadiusPayload cfgRadius{};
-    XasReplyStatus reply;
-    EXPECT_DEATH(xasEditRadiusCfgFile(nullptr, &cfgRadius, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditRadiusCfgFile("/x", nullptr, &reply), "cfgRadius != \\(\\(void \\*\\)0\\)");
-}
-
 TEST(RadiusText, KeepsOnlyCommentsWhenDisabled)
 {
     XasRadiusPayload cfgRadius = settings(xasNamedHost("rad1"), xasNamedHost("rad2"));

@@ -1,7 +1,6 @@
 // The handler of XMSG_SNMP: which byte of the message goes where, failures, and when the agent is started.
 #include "auth/snmp.h"
 #include "support/dispatcher_fixture.h"
-#include "support/hosts.h"
 #include "support/reply.h"
 
 namespace {

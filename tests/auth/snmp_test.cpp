@@ -1,12 +1,9 @@
 // The SNMP agent's file.
 #include "auth/snmp.h"
 
-#include "support/faults.h"
-#include "support/files.h"
 #include "support/growth.h"
 #include "support/hosts.h"
-#include "support/log.h"
-#include "support/reply.h"
+#include "support/test.h"
 
 using testing::Values;
 
@@ -74,18 +71,6 @@ std::string lineText(const std::string &line, const XasSnmpPayload &snmpCfg = ke
     return xasSnmpText(line + "\n", snmpCfg);
 }
 
-class SnmpFile : public XasFilesTest {
-  protected:
-    int edit() { return xasEditSNMPCfgFile(path.c_str(), &snmpCfg, &reply); }
-
-    XasSnmpPayload snmpCfg = keeping();
-    std::string path = dir.path("snmpd.conf");
-    XasLogCapture log;
-    XasReplyStatus reply;
-};
-
-using SnmpFileDeathTest = SnmpFile;
-
 /** A keyword and what a line of it becomes in each community mode. */
 struct CommunityRow {
     const char *keyword;
@@ -95,11 +80,6 @@ struct CommunityRow {
 class SnmpCommunities : public testing::TestWithParam<CommunityRow> {};
 
 } // namespace
-
-TEST(SnmpText, OfAnEmptyFileHasTheTwoCommunities)
-{
-    EXPECT_EQ(xasSnmpText("", settings()), "rocommunity  reader\nrwcommunity  writer\n");
-}
 
 TEST(SnmpText, OfAnEmptyFileStaysEmptyInEveryOtherMode)
 {
@@ -212,11 +192,6 @@ TEST(SnmpText, GivesEveryUserLineItsOwnNewCreateUserLineBehindIt)
         "rouser  monitor noauth\ncreateUser monitor MD5 monitorpass DES monitorphrase\n"
         "rwuser  manager noauth\ncreateUser manager MD5 managerpass DES managerphrase\n"
         "rouser  monitor noauth\ncreateUser monitor MD5 monitorpass DES monitorphrase\n");
-}
-
-TEST(SnmpText, CreatesNoUserInAFileWithoutUserLines)
-{
-    EXPECT_EQ(xasSnmpText("createUser a MD5 b DES c\n", keeping()), "");
 }
 
 TEST(SnmpText, NamesEachSecurityLevelAndTakesOthersForAuthentication)
@@ -351,12 +326,6 @@ TEST(SnmpText, AddsTheCommunityThatNoLineHas)
     EXPECT_EQ(xasSnmpText("rwcommunity6 x\n", settings()), "rwcommunity  writer\nrocommunity  reader\n");
 }
 
-TEST(SnmpText, AddsNoCommunityWhenOneOfEachIsThere)
-{
-    EXPECT_EQ(xasSnmpText("rocommunity x\nrocommunity6 x\nrwcommunity6 y\nrwcommunity y\n", settings()),
-              "rocommunity  reader\nrocommunity6  reader\nrwcommunity  writer\nrwcommunity  writer\n");
-}
-
 TEST(SnmpText, DropsOldTrapDestinationsAndWritesThoseThatAreGiven)
 {
     constexpr const char *OLD = "trapsink a\n trap2sink b public\n\ttrapsink\nview all included .1\n";
@@ -438,24 +407,4 @@ TEST(SnmpText, TakesTheSameTimeForALineOfAnyFile)
         return xasSnmpText(text, keeping());
     };
     EXPECT_LT(xasGrowthPerLine(edit, "rouser somebody auth\n"), XAS_CONSTANT_GROWTH);
-}
-
-TEST_F(SnmpFileDeathTest, NeedsItsPathItsValuesAndAReply)
-{
-    EXPECT_DEATH(xasEditSNMPCfgFile(nullptr, &snmpCfg, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditSNMPCfgFile("/tmp/none", nullptr, &reply), "snmpCfg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditSNMPCfgFile("/tmp/none", &snmpCfg, nullptr), "replyReason != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(SnmpFile, StaysAsItIsButForItsModeWhenTheNewOneCannotBePutInPlace)
-{
-    dir.write("snmpd.conf", "syscontact me\n");
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(edit(), 1);
-    EXPECT_EQ(xasReplyText(reply), "3 Error saving new SNMP config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
-    EXPECT_EQ(dir.read("snmpd.conf"), "syscontact me\n");
-    EXPECT_EQ(xasModeOf(path), 0600U);
-    EXPECT_EQ(dir.read("snmpd.conf.tmp"), "syscontact  noc@example.org\n");
-    EXPECT_EQ(xasModeOf(path + ".tmp"), 0600U);
 }

@@ -29,18 +29,7 @@ class TacacsFile : public XasFilesTest {
     XasReplyStatus reply;
 };
 
-using TacacsFileDeathTest = TacacsFile;
-
 } // namespace
-
-TEST_F(TacacsFileDeathTest, NeedsItsPathsAndSettings)
-{
-    EXPECT_DEATH(xasEditTacacsCfgFile(nullptr, "/x", &cfgTacacs, &reply),
-                 "cfgTemplateFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditTacacsCfgFile("/x", nullptr, &cfgTacacs, &reply),
-                 "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditTacacsCfgFile("/x", "/x", nullptr, &reply), "cfgTacacs != \\(\\(void \\*\\)0\\)");
-}
 
 TEST_F(TacacsFile, IsWrittenWhenDisabledTooAndIsTheOwnersAlone)
 {

@@ -3,12 +3,6 @@
 
 #include "support/test.h"
 
-TEST(UserPortDeathTest, NeedsAUser)
-{
-    XasReplyStatus reply;
-    EXPECT_DEATH(xasLocalUserPortFiles(nullptr, &reply), "pxUser != \\(\\(void \\*\\)0\\)");
-}
-
 TEST(UserPortText, HasTheMasksInHexadecimalAndTheSequencesInQuotes)
 {
     XasUserRecord user{};

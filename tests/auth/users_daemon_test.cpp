@@ -106,17 +106,6 @@ class DaemonUsers : public testing::Test {
 
 } // namespace
 
-TEST_F(DaemonUsers, AreNotTouchedWhenTheirRecordHasAWrongSize)
-{
-    start();
-    daemon->queues->send(messageFor(2));
-    sendList(listOf(1));
-    ASSERT_TRUE(daemon->log.await("Expected 568 bytes from queue, got 344 bytes\n"));
-    expectNextAnswered();
-    EXPECT_THAT(daemon->stubs.calls(), IsEmpty());
-    EXPECT_EQ(xasReadFile(LIST), "");
-}
-
 TEST_F(DaemonUsers, AreNotTouchedWhenAnotherMessageComesInThePlaceOfTheirRecord)
 {
     start();
@@ -136,15 +125,6 @@ TEST_F(DaemonUsers, DoNotKeepTheDaemonFromEndingWhileTheirRecordIsMissing)
     EXPECT_TRUE(daemon->awaitEnd());
 }
 
-TEST_F(DaemonUsers, AreAllRemovedAndTheMessageFailsWhenItHasNone)
-{
-    start();
-    xasWriteFile(LIST, "root\n");
-    EXPECT_EQ(daemon->outcome(messageFor(0)), XAS_FAILED);
-    EXPECT_THAT(daemon->stubs.lines(), ElementsAre("/bin/deluser root"));
-    EXPECT_TRUE(daemon->log.await("sw/err-Error updating configuration for application: localuser\n"));
-}
-
 TEST_F(DaemonUsers, AreReadThoughTheMessageDoesNotIncludeThem)
 {
     start();
@@ -155,15 +135,6 @@ TEST_F(DaemonUsers, AreReadThoughTheMessageDoesNotIncludeThem)
     EXPECT_EQ(xasOutcomeIn(*answer), XAS_APPLIED);
     EXPECT_THAT(daemon->stubs.calls(), IsEmpty());
     expectNextAnswered();
-}
-
-TEST_F(DaemonUsers, AreMadeFromARecordOfOneUser)
-{
-    start();
-    EXPECT_TRUE(rebuild(1));
-    expectUsers(1);
-    EXPECT_EQ(xasReadFile("/etc/zel/user1.conf"), "ALLOW_LISTEN=0x1\nALLOW_DIRECT=0x0\nALLOW_CLEAR=0x0\n"
-                                                  "ESCAPE_SEQ=\"\"\nBREAK_SEQ=\"\"\n");
 }
 
 TEST_F(DaemonUsers, AreMadeFromTheLargestRecordOfAnOrdinaryQueue)

@@ -38,17 +38,6 @@ TEST_F(DaemonDns, WritesBothFilesAndTellsTheLoggerAndTheAgent)
     EXPECT_THAT(logLines(), IsEmpty());
 }
 
-TEST_F(DaemonDns, SkipsServersThatAreNotSet)
-{
-    start();
-    EXPECT_EQ(outcome(dnsMessage().set("dns2", "192.0.2.53")), XAS_APPLIED);
-    EXPECT_EQ(files.read("resolv"), "192.0.2.53\n");
-    EXPECT_EQ(files.read("dnsprec"), "IPV4_PRECEDENCE=no");
-    EXPECT_EQ(outcome(dnsMessage().set("prefer_ipv4", 0x80000000)), XAS_APPLIED);
-    EXPECT_EQ(files.read("resolv"), "");
-    EXPECT_EQ(files.read("dnsprec"), "IPV4_PRECEDENCE=yes");
-}
-
 TEST_F(DaemonDns, FailsWithoutTheServersFileInTheList)
 {
     start("resolv");

@@ -90,15 +90,8 @@ class FirewallUpdate : public XasFilesTest {
 };
 
 using FirewallFile = FirewallUpdate;
-using FirewallFileDeathTest = FirewallUpdate;
-using FirewallUpdateDeathTest = FirewallUpdate;
 
 } // namespace
-
-TEST(FirewallText, OfAnEmptyFileStaysEmpty)
-{
-    EXPECT_EQ(text("", OPEN), "");
-}
 
 TEST(FirewallText, EndsInFrontOfTheRejectMethodWhenThatIsUnknown)
 {
@@ -237,20 +230,6 @@ TEST(FirewallText, TakesTheSameTimeForALineOfAnyFile)
 
 // The editor.
 
-TEST_F(FirewallFileDeathTest, NeedsItsPathAndItsValues)
-{
-    EXPECT_DEATH(xasEditFirewallCfgFile(nullptr, &OPEN, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditFirewallCfgFile("/tmp/none", nullptr, &reply), "fWallCfg != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(FirewallFile, MustExist)
-{
-    const std::string none = dir.path("none");
-    EXPECT_EQ(xasEditFirewallCfgFile(none.c_str(), &OPEN, &reply), 1);
-    EXPECT_EQ(xasReplyText(reply), "2 Error opening firewall config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"" + none + "\"\n")));
-}
-
 TEST_F(FirewallFile, StaysAsItIsWhenTheNewOneCannotBePutInPlace)
 {
     const XasFault fault{"rename", EIO, 1};
@@ -261,15 +240,6 @@ TEST_F(FirewallFile, StaysAsItIsWhenTheNewOneCannotBePutInPlace)
 }
 
 // The handler.
-
-TEST_F(FirewallUpdateDeathTest, NeedsAMessageOfItsTypeAndAList)
-{
-    XasMessage msg = message;
-    XasMessage other = XasMessageBuilder{XMSG_NTP};
-    EXPECT_DEATH(xasUpdateFirewallCfg(nullptr, &files, &reply), "msg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasUpdateFirewallCfg(&other, &files, &reply), "XMSG_FIREWALL == msg->xH.msgtype");
-    EXPECT_DEATH(xasUpdateFirewallCfg(&msg, nullptr, &reply), "cfgFiles != \\(\\(void \\*\\)0\\)");
-}
 
 TEST_F(FirewallUpdate, NeedsItsFileInTheListAndGivesNoReason)
 {
@@ -339,12 +309,4 @@ TEST_F(FirewallUpdate, ReadsEverySwitchFromItsOwnPlace)
     EXPECT_EQ(applied("www"), file("www ", "REJECT", "no"));
     EXPECT_EQ(applied("https"), file("https ", "REJECT", "no"));
     EXPECT_EQ(applied("smb"), file("135 netbios-ssn microsoft-ds", "REJECT", "no"));
-}
-
-TEST_F(FirewallUpdate, AppliedTwiceChangesNoByteTheSecondTime)
-{
-    EXPECT_EQ(update(), 0);
-    const std::string once = dir.read("firewall");
-    EXPECT_EQ(update(), 0);
-    EXPECT_EQ(dir.read("firewall"), once);
 }

@@ -40,11 +40,6 @@ TEST(GatewayPrecedence, NamesItsPort)
     EXPECT_EQ(xasGWPrecText(preferring(2)), "DHCP_GW_PRECEDENCE=2\n");
 }
 
-TEST(AlternateGateway, OfAnEmptyFileStaysEmpty)
-{
-    EXPECT_EQ(xasAltGWText("", values()), "");
-}
-
 TEST(AlternateGateway, AddsNoMissingKeyAndKeepsEverythingElse)
 {
     EXPECT_EQ(xasAltGWText("# detection\n#DGD_GATEWAY=x\n DGD_GATEWAY=x\nDGD_PING_IP=x\n\nOTHER=1", values()),

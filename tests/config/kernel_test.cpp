@@ -16,18 +16,6 @@ const XasEthPayload VALUES = [] {
 
 } // namespace
 
-TEST(KernelFileDeathTest, NeedsItsPathAndItsValues)
-{
-    XasReplyStatus reply;
-    EXPECT_DEATH(xasEditKernelCfgFile(nullptr, &VALUES, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditKernelCfgFile("/tmp/none", nullptr, &reply), "kernCfg != \\(\\(void \\*\\)0\\)");
-}
-
-TEST(KernelText, OfAnEmptyFileStaysEmpty)
-{
-    EXPECT_EQ(xasKernelCfgText("", VALUES), "");
-}
-
 TEST(KernelText, KeepsCommentsBlankLinesAndOtherParameters)
 {
     constexpr std::string_view TEXT = "# parameters\n\n; net.ipv4.ip_forward = 0\n#net.ipv4.ip_forward=0\n"

@@ -49,11 +49,6 @@ XasSyslogPayload sizes(std::uint16_t nutSize = 30, std::uint16_t logSize = 64)
 
 } // namespace
 
-TEST(LogrotateText, OfAnEmptyFileStaysEmpty)
-{
-    EXPECT_EQ(xasLogrotateText("", sizes()), "");
-}
-
 TEST(LogrotateText, ReplacesAWholeFile)
 {
     EXPECT_EQ(xasLogrotateText(LIFELIKE, sizes()), "# rotate when a log is too large; see \"man logrotate\"\n"
@@ -172,14 +167,4 @@ TEST(LogrotateText, TakesTheSameTimeForALineOfAnyFile)
         return xasLogrotateText(text, sizes());
     };
     EXPECT_LT(xasGrowthPerLine(edit, "            tail -c 51200 $1 > /www/$1.log\n"), XAS_CONSTANT_GROWTH);
-}
-
-TEST(LogrotateFileDeathTest, NeedsItsPathAndItsValues)
-{
-    const XasSyslogPayload sysLogInfo{};
-    XasReplyStatus reply;
-    EXPECT_DEATH(xasEditLogrotateCfgFile(nullptr, &sysLogInfo, &reply),
-                 "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditLogrotateCfgFile("/tmp/none", nullptr, &reply),
-                 "sysLogInfo != \\(\\(void \\*\\)0\\)");
 }

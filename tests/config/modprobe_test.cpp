@@ -1,9 +1,7 @@
 // Module options: the bonding driver and IPv6.
 #include "config/modprobe.h"
 
-#include "support/files.h"
 #include "support/log.h"
-#include "support/reply.h"
 
 namespace {
 
@@ -15,21 +13,6 @@ XasEthPayload settings(std::uint32_t bonding, bool ipv6Enabled)
     return eth;
 }
 
-class ModprobeFile : public XasFilesTest {
-  protected:
-    std::string path = dir.path("network.conf");
-    XasLogCapture log;
-    XasReplyStatus reply;
-
-    int edit(const char *file, std::uint32_t bonding, bool ipv6Enabled)
-    {
-        const XasEthPayload eth = settings(bonding, ipv6Enabled);
-        return xasEditModProbeCfgFile(file, &eth, &reply);
-    }
-};
-
-using ModprobeFileDeathTest = ModprobeFile;
-
 /** The text of a mode that has options. */
 std::string completeText(std::uint32_t bonding, bool ipv6Enabled)
 {
@@ -39,23 +22,6 @@ std::string completeText(std::uint32_t bonding, bool ipv6Enabled)
 }
 
 } // namespace
-
-TEST_F(ModprobeFileDeathTest, NeedsItsPath)
-{
-    EXPECT_DEATH(edit(nullptr, 0, true), "cfgFileName != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(ModprobeFile, IsLeftAloneWhenTheBondingModeIsUnknown)
-{
-    dir.write("network.conf", "options ipv6 disable=1\n");
-    EXPECT_EQ(edit(path.c_str(), 4, false), 1);
-    EXPECT_EQ(reply.rcode, 0U);
-    EXPECT_EQ(reply.rstr, "");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error getting Ethernet bonding options string\n")));
-    EXPECT_EQ(dir.read("network.conf"), "options ipv6 disable=1\n");
-    EXPECT_EQ(dir.read("network.conf.tmp"), "alias netdev-bond0 bonding\n");
-    EXPECT_FALSE(dir.has("network.conf.old"));
-}
 
 TEST(ModprobeText, OfAnUnknownModeEndsBehindTheAlias)
 {

@@ -6,7 +6,6 @@
 #include "config/network_file.h"
 #include "support/eth.h"
 #include "support/files.h"
-#include "support/log.h"
 #include "wire/address.h"
 
 namespace {

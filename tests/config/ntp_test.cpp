@@ -90,8 +90,6 @@ class NtpUpdate : public XasFilesTest {
     }
 };
 
-using NtpFilesDeathTest = NtpUpdate;
-
 } // namespace
 
 // The step file.
@@ -118,11 +116,6 @@ TEST(NtpStepText, TakesANameThatFillsItsField)
 }
 
 // The daemon's configuration.
-
-TEST(NtpText, OfAnEmptyFileStaysEmpty)
-{
-    EXPECT_EQ(xasNtpCfgText("", THREE), "");
-}
 
 TEST(NtpText, PollingThreeServersReplacesAWholeFile)
 {
@@ -304,14 +297,6 @@ TEST(NtpText, TakesTheSameTimeForALineOfAnyFile)
 
 // The editors.
 
-TEST_F(NtpFilesDeathTest, NeedTheirPathsAndValues)
-{
-    EXPECT_DEATH(xasEditNTPStepFile(nullptr, &THREE, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditNTPStepFile("/tmp/none", nullptr, &reply), "ntpServer != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditNTPCfgFile(nullptr, &THREE, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditNTPCfgFile("/tmp/none", nullptr, &reply), "ntpInfo != \\(\\(void \\*\\)0\\)");
-}
-
 // The handler.
 
 TEST_F(NtpUpdate, PutsAnEmptiedStepFileBackTooWhenTheDaemonFileIsNotInTheList)
@@ -371,14 +356,6 @@ TEST_F(NtpUpdate, EmptiesTheStepFileKeepingItsContentAndModeWhenNothingIsPolled)
         EXPECT_THAT(dir.names(),
                     UnorderedElementsAre("ntp.conf", "ntp.conf.old", "step-tickers", "step-tickers.old"));
     }
-}
-
-TEST_F(NtpUpdate, ReplacesAnEarlierBackupWhenItEmptiesTheStepFile)
-{
-    dir.write("step-tickers.old", "older.example.net\n");
-    message.set("sync", 0);
-    EXPECT_EQ(update(), 0);
-    EXPECT_EQ(dir.read("step-tickers.old"), "old.example.net\n");
 }
 
 TEST_F(NtpUpdate, EmptiesTheStepFileWhateverStandsAtItsTemporary)
@@ -444,14 +421,4 @@ TEST_F(NtpUpdate, LeavesADirectoryWhereTheStepFileShouldBeAlone)
                 ElementsAre(notRenamed, xasErrorLine("Error opening file \"" + steps + "\"\n"), notRenamed));
     EXPECT_EQ(dir.read("step-tickers/inside"), "text");
     EXPECT_THAT(dir.names(), ElementsAre("ntp.conf", "step-tickers"));
-}
-
-TEST_F(NtpUpdate, AppliedTwiceChangesNoByteTheSecondTime)
-{
-    EXPECT_EQ(update(), 0);
-    const std::string stepsOnce = dir.read("step-tickers");
-    const std::string ntpOnce = dir.read("ntp.conf");
-    EXPECT_EQ(update(), 0);
-    EXPECT_EQ(dir.read("step-tickers"), stepsOnce);
-    EXPECT_EQ(dir.read("ntp.conf"), ntpOnce);
 }

@@ -127,8 +127,6 @@ class RoutingUpdate : public XasFilesTest {
     }
 };
 
-using RoutingFilesDeathTest = RoutingUpdate;
-
 } // namespace
 
 // The static-route daemon.
@@ -234,11 +232,6 @@ TEST(ZebraText, TakesTheSameTimeForALineOfAnyFile)
 
 // The RIP daemon.
 
-TEST(RipdText, OfAnEmptyFileStaysEmpty)
-{
-    EXPECT_EQ(xasRipdText("", rip(true)), "");
-}
-
 TEST(RipdText, ReplacesTheSectionsOfAWholeFile)
 {
     EXPECT_EQ(xasRipdText(LIFELIKE_RIPD, rip(true, 0)), "!\n"
@@ -297,13 +290,6 @@ TEST(RipdText, NamesTheVersionsByTheirIndex)
     EXPECT_EQ(xasRipdText("line vty\n", rip(true, 1)), sections("2") + "line vty\n");
     for (const std::uint32_t version : {2U, 7U, 0xFFFFFFFFU})
         EXPECT_EQ(xasRipdText("line vty\n", rip(true, version)), sections("1 2") + "line vty\n") << version;
-}
-
-TEST(RipdText, HasItsSectionsForAnyNumberButZero)
-{
-    XasRoutingPayload routerCfg = rip(true);
-    routerCfg.rip_enabled = 0x80000000U;
-    EXPECT_EQ(xasRipdText("line vty\n", routerCfg), sections("1") + "line vty\n");
 }
 
 TEST(RipdText, AddsNoSectionsToAFileWithoutItsLine)
@@ -366,15 +352,6 @@ TEST(RipdText, TakesTheSameTimeForALineOfAnyFile)
 
 // The editors.
 
-TEST_F(RoutingFilesDeathTest, NeedTheirPathsAndValues)
-{
-    const XasRoutingPayload routerCfg{};
-    EXPECT_DEATH(xasEditZebraCfgFile(nullptr, &routerCfg, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditZebraCfgFile("/tmp/none", nullptr, &reply), "routerCfg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditRipdCfgFile(nullptr, &routerCfg, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditRipdCfgFile("/tmp/none", nullptr, &reply), "routerCfg != \\(\\(void \\*\\)0\\)");
-}
-
 // The handler.
 
 TEST_F(RoutingUpdate, DoesNotLookAtTheWordInFrontOfItsSwitches)
@@ -383,12 +360,4 @@ TEST_F(RoutingUpdate, DoesNotLookAtTheWordInFrontOfItsSwitches)
     EXPECT_EQ(update(), 0);
     EXPECT_EQ(dir.read("zebra.conf"), "hostname a\n");
     EXPECT_EQ(dir.read("ripd.conf"), "line vty\n");
-}
-
-TEST_F(RoutingUpdate, AppliedTwiceChangesNoByteTheSecondTime)
-{
-    EXPECT_EQ(update(), 0);
-    EXPECT_EQ(update(), 0);
-    EXPECT_EQ(dir.read("zebra.conf"), "hostname a\n" + routeLines());
-    EXPECT_EQ(dir.read("ripd.conf"), sections("2") + "line vty\n");
 }

@@ -3,7 +3,6 @@
 
 #include "support/apps.h"
 #include "support/files.h"
-#include "support/hosts.h"
 #include "support/log.h"
 #include "support/message.h"
 #include "support/reply.h"

@@ -51,8 +51,6 @@ class SyslogFile : public XasFilesTest {
     XasReplyStatus reply;
 };
 
-using SyslogFileDeathTest = SyslogFile;
-
 } // namespace
 
 TEST(SyslogLevels, AreInvalidWhenAnyIndexIsAbove4)
@@ -66,11 +64,6 @@ TEST(SyslogLevels, AreInvalidWhenAnyIndexIsAbove4)
         sysLogInfo.levels[i] = 0xFFFFFFFF;
         EXPECT_FALSE(xasAreSyslogLevelsValid(sysLogInfo)) << i;
     }
-}
-
-TEST(SyslogText, OfAnEmptyFileStaysEmpty)
-{
-    EXPECT_EQ(xasSyslogLocalText("", settings()), "");
 }
 
 TEST(SyslogText, ReplacesAWholeFile)
@@ -215,12 +208,6 @@ TEST(SyslogRemoteText, IsWrittenForTheSecondServerAloneAndForTheAddressOfZeroes)
     EXPECT_THAT(xasSyslogRemoteText(sysLogInfo), StartsWith("local0.none    @2001:db8::5\n"));
     sysLogInfo.remotes[1] = {};
     EXPECT_THAT(xasSyslogRemoteText(sysLogInfo), StartsWith("local0.none    @0.0.0.0\n"));
-}
-
-TEST_F(SyslogFileDeathTest, NeedsItsPathAndItsValues)
-{
-    EXPECT_DEATH(xasEditSyslogCfgFile(nullptr, &sysLogInfo, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditSyslogCfgFile("/tmp/none", nullptr, &reply), "sysLogInfo != \\(\\(void \\*\\)0\\)");
 }
 
 TEST_F(SyslogFile, HasTheLocalRulesAndThenTheForwardingRules)

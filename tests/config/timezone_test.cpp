@@ -77,14 +77,6 @@ TEST_F(TimezoneUpdate, LeavesTheOldLinkForANameThatFillsTheRecord)
     EXPECT_EQ(fs::read_symlink(link), utc);
 }
 
-TEST_F(TimezoneUpdate, PointsTheLinkAtTheSamePlaceTheSecondTime)
-{
-    EXPECT_EQ(update("Europe/Berlin"), 0);
-    EXPECT_EQ(update("Europe/Berlin"), 0);
-    EXPECT_EQ(fs::read_symlink(link), berlin);
-    EXPECT_THAT(log.lines(), IsEmpty());
-}
-
 TEST_F(TimezoneUpdate, PointsTheLinkAtTheDirectoryForAnEmptyName)
 {
     EXPECT_EQ(update(""), 0);

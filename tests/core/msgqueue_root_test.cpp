@@ -72,14 +72,6 @@ TEST(MessageIds, BeginAtTenAndCountUp)
     EXPECT_EQ(xasNextMsgId(), 12U);
 }
 
-TEST(TransportDeathTest, NeedsItsMessage)
-{
-    XasUserList users;
-    EXPECT_DEATH(xasSendMessage(nullptr), "msg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasGetMessage(nullptr, false), "msg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasReceiveMessage(nullptr, users, {}), "msg != \\(\\(void \\*\\)0\\)");
-}
-
 TEST_F(Transport, ReportsARecordThatCannotBeSent)
 {
     const XasFault fault{"msgsnd", EINTR};

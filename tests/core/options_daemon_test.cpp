@@ -37,13 +37,6 @@ TEST(DaemonCommandLine, NamesTheErrorNumberOfAnUnreadableList)
     expectEnd({"-c", "/etc/passwd/list"}, 255, "", "/etc/passwd/list access error(20)\n");
 }
 
-TEST(DaemonCommandLine, FailsWhenTheListCannotBeRead)
-{
-    const XasLogSocket log;
-    expectEnd({"-c", "/etc"}, 255, "", "Error allocating application list\n");
-    EXPECT_TRUE(log.await("sw/err-Error reading XML document\n"));
-}
-
 TEST(DaemonCommandLine, SaysUnknownOptionAndGoesOn)
 {
     const std::string unknown = "unknown option\n";

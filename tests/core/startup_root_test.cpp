@@ -50,6 +50,8 @@ TEST_F(WorkDirs, ReplaceWhatStandsInTheirWay)
 TEST_F(WorkDirs, ThatAreThereStayWithWhatTheyHold)
 {
     xasWriteFile("/etc/zel/1.conf", "kept\n");
+    std::filesystem::create_directory_symlink("/tmp", "/usr/etc");
     xasMakeWorkDirs();
     EXPECT_EQ(xasReadFile("/etc/zel/1.conf"), "kept\n");
+    EXPECT_TRUE(std::filesystem::is_symlink("/usr/etc"));
 }

@@ -4,7 +4,6 @@
 #include "support/clock.h"
 #include "support/faults.h"
 #include "support/log.h"
-#include "support/stub.h"
 
 #include <map>
 

@@ -50,14 +50,7 @@ class FilterAssignTest : public XasFilesTest {
     XasReplyStatus reply;
 };
 
-using FilterAssignDeathTest = FilterAssignTest;
-
 } // namespace
-
-TEST_F(FilterAssignDeathTest, AssertsThatThereIsAMessage)
-{
-    EXPECT_DEATH(xasIPFilterAssign(nullptr, &reply), HasSubstr("`msg != ((void *)0)'"));
-}
 
 TEST_F(FilterAssignTest, IsRefusedWhenTheListingCannotBeRead)
 {

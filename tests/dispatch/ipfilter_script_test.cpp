@@ -231,16 +231,6 @@ TEST(FilterSet, ReadsAsManyRulesAsTheMessageHoldsWhateverTheCountSays)
                 ElementsAre(xasWarningLine("IP Filter set has 4294967295 rules, only 65 are taken\n")));
 }
 
-TEST(FilterScriptDeathTest, AssertsThatMessageAndScriptAreGiven)
-{
-    const XasMessage msg = xasTestFilterSetMessage(xasTestFilterSet("set", {}));
-    EXPECT_DEATH(xasIPFilterSetAddRules(nullptr, stderr, true), HasSubstr("`msg != ((void *)0)'"));
-    EXPECT_DEATH(xasIPFilterSetAddRules(&msg, nullptr, true), HasSubstr("`fp != ((void *)0)'"));
-    EXPECT_DEATH(xasIPFilterSetRemove(nullptr, stderr), HasSubstr("`msg != ((void *)0)'"));
-    EXPECT_DEATH(xasIPFilterSetRemove(&msg, nullptr), HasSubstr("`fp != ((void *)0)'"));
-    EXPECT_DEATH(xasIPFilterAddInput(nullptr), HasSubstr("`fp != ((void *)0)'"));
-}
-
 TEST_F(FilterInput, IsNothingWhenNothingIsAssigned)
 {
     EXPECT_EQ(xasIPFilterInputText().text, "");

@@ -58,16 +58,7 @@ class FilterSetTest : public XasFilesTest {
     XasReplyStatus reply;
 };
 
-using FilterSetDeathTest = FilterSetTest;
-
 } // namespace
-
-TEST_F(FilterSetDeathTest, AssertsAMessageOfItsType)
-{
-    EXPECT_DEATH(xasIPFilterSet(nullptr, &reply), HasSubstr("`msg != ((void *)0)'"));
-    const XasMessage other = XasMessageBuilder{XMSG_FIREWALL};
-    EXPECT_DEATH(xasIPFilterSet(&other, &reply), HasSubstr("`XMSG_IPFILTER_SET == msg->xH.msgtype'"));
-}
 
 TEST_F(FilterSetTest, IsRefusedWhenTheShippedScriptCannotBeCopied)
 {
@@ -108,19 +99,6 @@ TEST_F(FilterSetTest, IsRefusedWhenTheScriptFails)
     EXPECT_EQ(set("office", {}, XAS_FILTER_CREATE), 1);
     EXPECT_EQ(xasReplyText(reply), "1 Error running IP Filter script");
     EXPECT_THAT(shell.take(), ElementsAre(COPY, "/tmp/xas_iptables.sh resetNone"));
-}
-
-TEST_F(FilterSetTest, IsRefusedWhenALineWouldHaveToBeCutInsideAQuotedWord)
-{
-    const std::string quotes(16, '\'');
-    EXPECT_EQ(
-        set(quotes,
-            {{.ip = "192.168.100.100", .rangeEnd = "192.168.100.200", .protocol = 9, .portrange = quotes}},
-            XAS_FILTER_CREATE),
-        1);
-    EXPECT_EQ(xasReplyText(reply), "1 Error running IP Filter script");
-    EXPECT_THAT(shell.take(), ElementsAre(COPY));
-    EXPECT_THAT(stubs.calls(), IsEmpty());
 }
 
 TEST_F(FilterSetTest, OfAnotherActionWritesNothingAndRunsTheScript)
@@ -177,16 +155,6 @@ TEST_F(FilterSetTest, LeavesTheSwitchOfTheFilterAloneUnlessItIsRemoved)
         EXPECT_THAT(shell.take(), ElementsAre(COPY, "/tmp/xas_iptables.sh resetNone"));
     }
     EXPECT_THAT(log.lines(), IsEmpty());
-}
-
-TEST_F(FilterSetTest, AppliesWhatTheMessageHoldsOfATooLargeCount)
-{
-    XasIpFilterSetPayload payload = xasTestFilterSet("big", std::vector<XasTestRule>(65));
-    payload.num_rules = 1000;
-    EXPECT_EQ(set(payload), 0);
-    EXPECT_THAT(log.lines(),
-                ElementsAre(xasWarningLine("IP Filter set has 1000 rules, only 65 are taken\n")));
-    EXPECT_EQ(stubs.calls().size(), 67U);
 }
 
 TEST_F(FilterSetTest, SucceedsEvenWhenIptablesRefusesARule)

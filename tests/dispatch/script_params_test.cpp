@@ -268,15 +268,6 @@ TEST_F(EnabledLinkTest, IsUpForTheSecondPortWhenItsCodeIsNotZero)
     EXPECT_EQ(nextNotice(), "");
 }
 
-TEST_F(EnabledLinkTest, IsRefusedForAThirdPort)
-{
-    XasLogCapture log;
-    EXPECT_EQ(xasEnableNetPort(2), 1);
-    EXPECT_EQ(xasEnableNetPort(0), 0);
-    EXPECT_EQ(xasEnableNetPort(1), 0);
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Invalid network port 2 to enable\n")));
-}
-
 namespace {
 
 XasMessage natMessage(std::uint32_t word0)

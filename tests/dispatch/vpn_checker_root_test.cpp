@@ -2,7 +2,6 @@
 // of proposals the ciphers, hashes and groups.
 #include "dispatch/vpn.h"
 
-#include "support/files.h"
 #include "support/programs.h"
 #include "support/vpn.h"
 

@@ -61,8 +61,6 @@ class VpnTest : public testing::Test {
     XasReplyStatus reply;
 };
 
-using VpnDeathTest = VpnTest;
-
 /** A tunnel of the given method with nothing else. */
 XasVpnPayload vpnOf(std::uint32_t auth)
 {
@@ -74,19 +72,6 @@ XasVpnPayload vpnOf(std::uint32_t auth)
 const std::string PSK_LINE = "198.51.100.7 %any: PSK \"s3cret\"\n";
 
 } // namespace
-
-TEST_F(VpnDeathTest, AssertsItsArguments)
-{
-    const XasCfgFileList files;
-    XasMessage msg = XasMessageBuilder{XMSG_VPN};
-    XasMessage other = XasMessageBuilder{XMSG_DNS};
-    const XasVpnPayload vpn = xasTestVpn();
-    EXPECT_DEATH(xasUpdateVPNCfg(nullptr, &files, &reply), HasSubstr("`msg != ((void *)0)'"));
-    EXPECT_DEATH(xasUpdateVPNCfg(&other, &files, &reply), HasSubstr("`XMSG_VPN == msg->xH.msgtype'"));
-    EXPECT_DEATH(xasUpdateVPNCfg(&msg, nullptr, &reply), HasSubstr("`cfgFiles != ((void *)0)'"));
-    EXPECT_DEATH(xasEditIPsecCfgFile(nullptr, &vpn, &reply), HasSubstr("`cfgFileName != ((void *)0)'"));
-    EXPECT_DEATH(xasEditIPsecCfgFile("/x", nullptr, &reply), HasSubstr("`vpnCfg != ((void *)0)'"));
-}
 
 TEST_F(VpnTest, IsRefusedWithTheSecretsUntouchedWhenTheFileCannotBeOpened)
 {

@@ -1,7 +1,6 @@
 // A replacement that is cut short at any system call leaves the live path with the whole old or the whole new
 // content. A first run under strace counts the calls; then each one in turn fails, or is where SIGKILL
 // strikes.
-#include "support/files.h"
 #include "support/small_disk.h"
 
 #include <map>

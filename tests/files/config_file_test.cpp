@@ -156,27 +156,6 @@ TEST_F(CfgSave, LeavesTheLiveFileWhenTheNewOneCannotBeWrittenToItsEnd)
     EXPECT_FALSE(dir.has("live.old"));
 }
 
-TEST_F(CfgSave, InstallsTheNewFileAlsoWhenTheBackupCannotBeMadeAndReportsIt)
-{
-    dir.write("live", "old\n");
-    dir.write("live.old/inside", ""); // nothing can be renamed over a directory
-    EXPECT_EQ(replace("new\n"), 1);
-    EXPECT_THAT(log.lines(), ElementsAre(aboutLive("Error renaming old config file")));
-    EXPECT_EQ(dir.read("live"), "new\n");
-    EXPECT_THAT(dir.names(), ElementsAre("live", "live.old"));
-}
-
-TEST_F(CfgSave, LeavesTheLiveFileWhenTheNewOneCannotBePutInPlace)
-{
-    dir.write("live", "old\n");
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(replace("new\n"), 1);
-    EXPECT_THAT(log.lines(), ElementsAre(aboutLive("Error renaming new config file")));
-    EXPECT_EQ(dir.read("live"), "old\n");
-    EXPECT_EQ(dir.read("live.old"), "old\n");
-    EXPECT_EQ(dir.read("live.tmp"), "new\n");
-}
-
 TEST_F(CfgSave, ReportsBothFailuresWhenNothingCanBeRenamed)
 {
     dir.write("live", "old\n");
@@ -202,16 +181,6 @@ TEST_F(CfgSave, MakesNoBackupWhenThereWasNoLiveFile)
     EXPECT_EQ(dir.read("live"), "new\n");
     EXPECT_THAT(dir.names(), ElementsAre("live"));
     EXPECT_EQ(xasRestoreCfgFile(live().c_str()), 1);
-}
-
-TEST_F(CfgSave, KeepsTheOldContentAsTheBackup)
-{
-    dir.write("live", "old\n");
-    EXPECT_EQ(replace("new\n"), 0);
-    EXPECT_EQ(dir.read("live"), "new\n");
-    EXPECT_EQ(dir.read("live.old"), "old\n");
-    EXPECT_THAT(dir.names(), ElementsAre("live", "live.old"));
-    EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST_F(CfgSave, KeepsOnlyTheContentBeforeTheLastSave)

@@ -4,7 +4,6 @@
 #include "auth/local_users.h"
 #include "auth/user_ports.h"
 #include "support/faults.h"
-#include "support/files.h"
 #include "support/log.h"
 #include "support/reply.h"
 #include "support/stub.h"

@@ -1,5 +1,4 @@
 // The private root itself: what every other test of this program takes for granted.
-#include "support/files.h"
 #include "support/link.h"
 #include "support/log_socket.h"
 #include "support/root.h"
