@@ -1,7 +1,6 @@
 // The share that is offered: smb.conf and the SMB password file.
 #include "auth/cifs.h"
 
-#include "support/growth.h"
 #include "support/log.h"
 #include "support/reply.h"
 
@@ -172,14 +171,6 @@ TEST(SmbText, DoesNotChangeWhenItIsMadeTwice)
     EXPECT_EQ(xasSmbText(once, settings()), once);
 }
 
-TEST(SmbText, TakesTheSameTimeForALineOfAnyFile)
-{
-    const auto edit = [](std::string_view text) {
-        return xasSmbText(text, settings());
-    };
-    EXPECT_LT(xasGrowthPerLine(edit, "   workgroup = WORKGROUP\n"), XAS_CONSTANT_GROWTH);
-}
-
 TEST_F(SmbPassText, RefusesAPasswordThatLacksAPart)
 {
     const auto refusal = [](const char *lanman, const char *nt, const char *changed) {
@@ -241,15 +232,6 @@ TEST_F(SmbPassText, StaysAsItIsWhenTheShareIsOff)
     xasSetFieldText(cifs.nt_pwd, "");
     EXPECT_EQ(text("# c\ncifsuser:100:\nroot:0:"), "# c\ncifsuser:100:\nroot:0:");
     EXPECT_THAT(log.lines(), IsEmpty());
-}
-
-TEST_F(SmbPassText, TakesTextsThatFillTheirFieldUpToTheEndOfTheField)
-{
-    std::memset(cifs.lanman_pwd, 'L', sizeof cifs.lanman_pwd);
-    std::memset(cifs.nt_pwd, 'N', sizeof cifs.nt_pwd);
-    std::memset(cifs.lct_field, 'C', sizeof cifs.lct_field);
-    EXPECT_EQ(text(""), "cifsuser:100:" + std::string(33, 'L') + ":" + std::string(33, 'N') +
-                            ":[U          ]:" + std::string(17, 'C') + ":Cifs User\n");
 }
 
 TEST_F(SmbPassText, JoinsTheUserToALastLineWithoutLineFeed)

@@ -1,7 +1,6 @@
 // Remote directories: the list of their servers and their lines in the file-system table.
 #include "auth/nfs.h"
 
-#include "support/growth.h"
 #include "support/log.h"
 #include "support/reply.h"
 #include "wire/address.h"
@@ -178,12 +177,4 @@ TEST_F(NfsText, DoesNotChangeWhenItIsMadeTwice)
     const XasNfsShares shares = {share("s:/a", "/m/a"), share("s:/b", "/m/b", false), {}};
     const std::string once = text(LIFELIKE, shares);
     EXPECT_EQ(text(once, shares), once);
-}
-
-TEST_F(NfsText, TakesTheSameTimeForALineOfAnyFile)
-{
-    const auto edit = [&](std::string_view oldText) {
-        return text(oldText, {});
-    };
-    EXPECT_LT(xasGrowthPerLine(edit, "server:/somewhere /mnt/somewhere nfs ro 0 0\n"), XAS_CONSTANT_GROWTH);
 }

@@ -1,7 +1,6 @@
 // The SNMP agent's file.
 #include "auth/snmp.h"
 
-#include "support/growth.h"
 #include "support/hosts.h"
 #include "support/test.h"
 
@@ -210,27 +209,19 @@ TEST(SnmpText, NamesEachSecurityLevelAndTakesOthersForAuthentication)
     }
 }
 
-TEST(SnmpText, UsesShaForOneAndMd5ForEveryOtherAuthentication)
+TEST(SnmpText, UsesShaAndAesForOneMd5AndDesForEveryOtherNumber)
 {
-    for (const std::uint32_t auth : {0U, 1U, 2U, 3U, 0x101U, 0xFFFFFFFFU}) {
+    for (const std::uint32_t number : {0U, 1U, 2U, 3U, 0x101U, 0xFFFFFFFFU}) {
         XasSnmpPayload snmpCfg = keeping();
-        snmpCfg.v3auth = auth;
+        snmpCfg.v3auth = number;
         EXPECT_EQ(lineText("rouser x", snmpCfg), "rouser  monitor noauth\ncreateUser monitor " +
-                                                     std::string{auth == 1 ? "SHA" : "MD5"} +
-                                                     " monitorpass DES monitorphrase\n")
-            << auth;
-    }
-}
-
-TEST(SnmpText, UsesAesForOneAndDesForEveryOtherEncryption)
-{
-    for (const std::uint32_t encrypt : {0U, 1U, 2U, 3U, 0x101U, 0xFFFFFFFFU}) {
-        XasSnmpPayload snmpCfg = keeping();
-        snmpCfg.v3encrypt = encrypt;
+                                                     std::string{number == 1 ? "SHA" : "MD5"} +
+                                                     " monitorpass DES monitorphrase\n");
+        snmpCfg = keeping();
+        snmpCfg.v3encrypt = number;
         EXPECT_EQ(lineText("rwuser x", snmpCfg),
                   "rwuser  manager noauth\ncreateUser manager MD5 managerpass " +
-                      std::string{encrypt == 1 ? "AES" : "DES"} + " managerphrase\n")
-            << encrypt;
+                      std::string{number == 1 ? "AES" : "DES"} + " managerphrase\n");
     }
 }
 
@@ -261,35 +252,6 @@ TEST(SnmpText, QuotesEachPassPhraseThatHasABlankAndNoOther)
         EXPECT_EQ(lineText("rwuser", snmpCfg),
                   "rwuser  manager noauth\ncreateUser manager MD5 " + std::string{c.written} + "\n");
     }
-}
-
-TEST(SnmpText, ReadsTextsThatFillTheirFieldUpToTheEndOfTheField)
-{
-    XasSnmpPayload snmpCfg = settings();
-    const auto fill = [](XasSnmpText &text, char with) {
-        std::ranges::fill(text, with);
-    };
-    fill(snmpCfg.syslocation, 'a');
-    fill(snmpCfg.syscontact, 'b');
-    fill(snmpCfg.v3user, 'c');
-    fill(snmpCfg.v3pass, 'd');
-    fill(snmpCfg.v3phrase, 'e');
-    fill(snmpCfg.v3rwuser, 'f');
-    fill(snmpCfg.v3rwpass, 'g');
-    fill(snmpCfg.v3rwphrase, 'h');
-    fill(snmpCfg.ro_community, 'i');
-    fill(snmpCfg.rw_community, 'j');
-    fill(snmpCfg.trap_community, 'k');
-    EXPECT_EQ(xasSnmpText("syslocation\nsyscontact\nrouser\nrwuser\ntrapcommunity\n", snmpCfg),
-              "syslocation  aaaaaaaaaaaaaaaaaaaaa\n"
-              "syscontact  bbbbbbbbbbbbbbbbbbbbb\n"
-              "rouser  ccccccccccccccccccccc noauth\n"
-              "createUser ccccccccccccccccccccc MD5 ddddddddddddddddddddd DES eeeeeeeeeeeeeeeeeeeee\n"
-              "rwuser  fffffffffffffffffffff noauth\n"
-              "createUser fffffffffffffffffffff MD5 ggggggggggggggggggggg DES hhhhhhhhhhhhhhhhhhhhh\n"
-              "trapcommunity  kkkkkkkkkkkkkkkkkkkkk\n"
-              "rocommunity  iiiiiiiiiiiiiiiiiiiii\n"
-              "rwcommunity  jjjjjjjjjjjjjjjjjjjjj\n");
 }
 
 TEST_P(SnmpCommunities, AreRewrittenInModeZeroDroppedInModeOneAndKeptInEveryOther)
@@ -348,26 +310,6 @@ TEST(SnmpText, TakesAHostRecordOfZeroesForAnAddress)
     EXPECT_EQ(xasSnmpText("", snmpCfg), "trapsink 0.0.0.0\ntrap2sink 0.0.0.0\n");
 }
 
-TEST(SnmpText, ReadsATrapHostsNameThatFillsItsFieldUpToTheEndOfTheField)
-{
-    XasSnmpPayload snmpCfg = keeping();
-    const std::string name(68, 'n');
-    snmpCfg.trap_hosts[0] = xasNamedHost(name);
-    EXPECT_EQ(xasSnmpText("", snmpCfg), "trapsink " + name + "\ntrap2sink " + name + "\n");
-}
-
-TEST(SnmpText, AppendsTheCommunitiesBeforeTheTrapDestinations)
-{
-    XasSnmpPayload snmpCfg = settings();
-    snmpCfg.trap_hosts[0] = xasHostWithAddress("10.0.0.9");
-    EXPECT_EQ(xasSnmpText("rouser x\n", snmpCfg), "rouser  monitor noauth\n"
-                                                  "createUser monitor MD5 monitorpass DES monitorphrase\n"
-                                                  "rocommunity  reader\n"
-                                                  "rwcommunity  writer\n"
-                                                  "trapsink 10.0.0.9\n"
-                                                  "trap2sink 10.0.0.9\n");
-}
-
 TEST(SnmpText, EndsAReplacedLastLineButNotACopiedOne)
 {
     EXPECT_EQ(xasSnmpText("syscontact x", keeping()), "syscontact  noc@example.org\n");
@@ -399,12 +341,4 @@ TEST(SnmpText, DoesNotChangeWhenItIsMadeTwice)
     snmpCfg.trap_hosts[0] = xasNamedHost("traps.example.org");
     const std::string once = xasSnmpText(LIFELIKE, snmpCfg);
     EXPECT_EQ(xasSnmpText(once, snmpCfg), once);
-}
-
-TEST(SnmpText, TakesTheSameTimeForALineOfAnyFile)
-{
-    const auto edit = [](std::string_view text) {
-        return xasSnmpText(text, keeping());
-    };
-    EXPECT_LT(xasGrowthPerLine(edit, "rouser somebody auth\n"), XAS_CONSTANT_GROWTH);
 }

@@ -178,15 +178,6 @@ TEST_F(LocalUsers, APortFileKeepsItsMode)
     EXPECT_EQ(xasModeOf("/etc/zel/bob.conf"), 0640U);
 }
 
-TEST_F(LocalUsers, AddOfTheAdministratorNamesGroupAndComment)
-{
-    EXPECT_EQ(single(userOf("sysadmin", "", 200), 0), 0);
-    EXPECT_THAT(stubs.calls(), ElementsAre(ElementsAre("/bin/adduser", "-D", "-H", "-u", "200", "-G", "root",
-                                                       "-s", "/bin/cli", "-g", "System Administrator", "-h",
-                                                       "/", "-p", "", "sysadmin")));
-    EXPECT_EQ(portFile("sysadmin"), NO_PERMISSIONS);
-}
-
 TEST_F(LocalUsers, TextsWithShellCharactersReachTheToolAsSingleWords)
 {
     const std::vector<std::string> logins = {"$(touch${IFS}owned)",

@@ -4,7 +4,6 @@
 #include "support/apps.h"
 #include "support/faults.h"
 #include "support/files.h"
-#include "support/growth.h"
 #include "support/log.h"
 #include "support/message.h"
 #include "support/reply.h"
@@ -218,14 +217,6 @@ TEST(FirewallText, DoesNotChangeWhenItIsWrittenTwice)
 {
     const std::string once = text(LIFELIKE, OPEN);
     EXPECT_EQ(text(once, OPEN), once);
-}
-
-TEST(FirewallText, TakesTheSameTimeForALineOfAnyFile)
-{
-    const auto edit = [](std::string_view oldText) {
-        return text(oldText, OPEN);
-    };
-    EXPECT_LT(xasGrowthPerLine(edit, "TCP_PUBLIC_SERVICES=\"www\"\n"), XAS_CONSTANT_GROWTH);
 }
 
 // The editor.

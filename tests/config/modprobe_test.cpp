@@ -35,30 +35,22 @@ TEST(ModprobeText, OfAnUnknownModeEndsBehindTheAlias)
     }
 }
 
-TEST(ModprobeText, WithoutBondingHoldsAtMostTheIPv6Switch)
+TEST(ModprobeText, HoldsTheOptionsOfItsModeAndTheIPv6Switch)
 {
-    EXPECT_EQ(completeText(0, true), "");
-    EXPECT_EQ(completeText(0, false), "options ipv6 disable=1\n");
-}
-
-TEST(ModprobeText, HoldsTheOptionsOfActiveBackup)
-{
-    EXPECT_EQ(completeText(1, true), "alias netdev-bond0 bonding\n"
-                                     "options bond0 mode=active-backup primary=eth0 miimon=250 "
-                                     "use_carrier=1 downdelay=2500 updelay=2500\n");
-}
-
-TEST(ModprobeText, HoldsTheOptionsOfLinkAggregationAndTheIPv6Switch)
-{
-    EXPECT_EQ(completeText(2, false),
-              "alias netdev-bond0 bonding\n"
-              "options bond0 mode=802.3ad miimon=250 use_carrier=1 downdelay=2500 updelay=2500\n"
-              "options ipv6 disable=1\n");
-}
-
-TEST(ModprobeText, HoldsTheOptionsOfLoadBalancing)
-{
-    EXPECT_EQ(completeText(3, true),
-              "alias netdev-bond0 bonding\n"
-              "options bond0 mode=balance-tlb miimon=250 use_carrier=1 downdelay=2500 updelay=2500\n");
+    xasExpectTexts({
+        {"without bonding holds at most the IPv6 switch", completeText(0, true), ""},
+        {"without bonding holds at most the IPv6 switch", completeText(0, false),
+         "options ipv6 disable=1\n"},
+        {"holds the options of active backup", completeText(1, true),
+         "alias netdev-bond0 bonding\n"
+         "options bond0 mode=active-backup primary=eth0 miimon=250 "
+         "use_carrier=1 downdelay=2500 updelay=2500\n"},
+        {"holds the options of link aggregation and the IPv6 switch", completeText(2, false),
+         "alias netdev-bond0 bonding\n"
+         "options bond0 mode=802.3ad miimon=250 use_carrier=1 downdelay=2500 updelay=2500\n"
+         "options ipv6 disable=1\n"},
+        {"holds the options of load balancing", completeText(3, true),
+         "alias netdev-bond0 bonding\n"
+         "options bond0 mode=balance-tlb miimon=250 use_carrier=1 downdelay=2500 updelay=2500\n"},
+    });
 }

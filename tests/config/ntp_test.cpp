@@ -4,7 +4,6 @@
 #include "support/apps.h"
 #include "support/faults.h"
 #include "support/files.h"
-#include "support/growth.h"
 #include "support/hosts.h"
 #include "support/log.h"
 #include "support/message.h"
@@ -53,14 +52,6 @@ XasNtpPayload notPolling(std::uint32_t sync)
 const XasNtpPayload THREE = pollingThree(xasHostWithAddress("10.0.0.1"), xasNamedHost("ntp.example.org"),
                                          xasHostWithAddress("2001:db8::7b"));
 
-std::string lines(std::string_view line, std::size_t count)
-{
-    std::string text;
-    while (count-- > 0)
-        text += line;
-    return text;
-}
-
 /** The handler on a file pair of its own. */
 class NtpUpdate : public XasFilesTest {
   protected:
@@ -94,25 +85,18 @@ class NtpUpdate : public XasFilesTest {
 
 // The step file.
 
-TEST(NtpStepText, ListsTheThreeServersOneALine)
+TEST(NtpStepText, ListsThreeServers)
 {
-    EXPECT_EQ(xasNtpStepText(THREE), "10.0.0.1\nntp.example.org\n2001:db8::7b\n");
-}
-
-TEST(NtpStepText, ListsTheSingleServerWithTwoUnsetOnes)
-{
-    EXPECT_EQ(xasNtpStepText(pollingOne(xasNamedHost("one"))), "one\n0.0.0.0\n0.0.0.0\n");
-}
-
-TEST(NtpStepText, ShowsZeroRecordsAsAddressesAndEmptyNamesAsEmptyLines)
-{
-    EXPECT_EQ(xasNtpStepText(pollingThree({}, {}, xasNamedHost(""))), "0.0.0.0\n0.0.0.0\n\n");
-}
-
-TEST(NtpStepText, TakesANameThatFillsItsField)
-{
-    EXPECT_EQ(xasNtpStepText(pollingOne(xasNamedHost(std::string(68, 'n')))),
-              std::string(68, 'n') + "\n0.0.0.0\n0.0.0.0\n");
+    xasExpectTexts({
+        {"lists the three servers one a line", xasNtpStepText(THREE),
+         "10.0.0.1\nntp.example.org\n2001:db8::7b\n"},
+        {"lists the single server with two unset ones", xasNtpStepText(pollingOne(xasNamedHost("one"))),
+         "one\n0.0.0.0\n0.0.0.0\n"},
+        {"shows zero records as addresses and empty names as empty lines",
+         xasNtpStepText(pollingThree({}, {}, xasNamedHost(""))), "0.0.0.0\n0.0.0.0\n\n"},
+        {"takes a name that fills its field", xasNtpStepText(pollingOne(xasNamedHost(std::string(68, 'n')))),
+         std::string(68, 'n') + "\n0.0.0.0\n0.0.0.0\n"},
+    });
 }
 
 // The daemon's configuration.
@@ -169,16 +153,36 @@ TEST(NtpText, TheBroadcastClientReplacesAWholeFile)
               "servers 4\n");
 }
 
-TEST(NtpText, NeitherSyncCommentsOutServersAndTheBroadcastClient)
+TEST(NtpText, ChangesServersAndTheBroadcastClientAlone)
 {
-    EXPECT_EQ(xasNtpCfgText("server a\n#server b\nbroadcastclient\n#broadcastclient\n", notPolling(2)),
-              "#server a\n#server b\n#broadcastclient\n#broadcastclient\n");
-}
-
-TEST(NtpText, PollingOneServerWritesNoOther)
-{
-    EXPECT_EQ(xasNtpCfgText("server a\nserver b\nserver c\n", pollingOne(xasNamedHost("ntp.example.org"))),
-              "server ntp.example.org\n");
+    xasExpectTexts({
+        {"neither sync comments out servers and the broadcast client",
+         xasNtpCfgText("server a\n#server b\nbroadcastclient\n#broadcastclient\n", notPolling(2)),
+         "#server a\n#server b\n#broadcastclient\n#broadcastclient\n"},
+        {"polling one server writes no other",
+         xasNtpCfgText("server a\nserver b\nserver c\n", pollingOne(xasNamedHost("ntp.example.org"))),
+         "server ntp.example.org\n"},
+        {"always writes the first server", xasNtpCfgText("server a\n", pollingOne(XasHostAddr{})),
+         "server 0.0.0.0\n"},
+        {"always writes the first server", xasNtpCfgText("server a\n", pollingOne(xasNamedHost(""))),
+         "server \n"},
+        {"counts a commented server line as the first",
+         xasNtpCfgText("#server a\nfudge x\nserver b\n# server c\n", pollingOne(xasNamedHost("one"))),
+         "server one\nfudge x\n"},
+        {"takes another local clock for a server", xasNtpCfgText("server 127.127.1.1\n", notPolling(0)),
+         "#server 127.127.1.1\n"},
+        {"switches the broadcast client on with whatever stands behind it",
+         xasNtpCfgText("broadcastclient novolley\n # broadcastclient\n#\tbroadcastclient\n", notPolling(0)),
+         "broadcastclient\n # broadcastclient\nbroadcastclient\n"},
+        {"switches the broadcast client on with whatever stands behind it",
+         xasNtpCfgText(" broadcastclient novolley\n", notPolling(2)), "# broadcastclient novolley\n"},
+        {"appends nothing to a file without our lines", xasNtpCfgText("driftfile /d\n", THREE),
+         "driftfile /d\n"},
+        {"reads lines with carriage returns and keeps them in copied lines",
+         xasNtpCfgText("driftfile /d\r\nserver 127.127.1.0\r\nserver a\r\nbroadcastclient\r\n",
+                       notPolling(0)),
+         "driftfile /d\r\nserver 127.127.1.0\r\n#server a\r\nbroadcastclient\n"},
+    });
 }
 
 TEST(NtpText, LeavesOutSecondAndThirdServersWithAnEmptyNameButNotTheAddressOfZeroes)
@@ -190,29 +194,12 @@ TEST(NtpText, LeavesOutSecondAndThirdServersWithAnEmptyNameButNotTheAddressOfZer
               "server one\nserver 0.0.0.0\n");
 }
 
-TEST(NtpText, AlwaysWritesTheFirstServer)
-{
-    EXPECT_EQ(xasNtpCfgText("server a\n", pollingOne(XasHostAddr{})), "server 0.0.0.0\n");
-    EXPECT_EQ(xasNtpCfgText("server a\n", pollingOne(xasNamedHost(""))), "server \n");
-}
-
-TEST(NtpText, CountsACommentedServerLineAsTheFirst)
-{
-    EXPECT_EQ(xasNtpCfgText("#server a\nfudge x\nserver b\n# server c\n", pollingOne(xasNamedHost("one"))),
-              "server one\nfudge x\n");
-}
-
 TEST(NtpText, KeepsServerLinesOfTheLocalClockAndWithoutAServer)
 {
     constexpr std::string_view TEXT = "server 127.127.1.0\nserver 127.127.1.0 prefer\n#server 127.127.1.0\n"
                                       "server\n#server\nserver \t \n";
     EXPECT_EQ(xasNtpCfgText(TEXT, THREE), TEXT);
     EXPECT_EQ(xasNtpCfgText(TEXT, notPolling(0)), TEXT);
-}
-
-TEST(NtpText, TakesAnotherLocalClockForAServer)
-{
-    EXPECT_EQ(xasNtpCfgText("server 127.127.1.1\n", notPolling(0)), "#server 127.127.1.1\n");
 }
 
 TEST(NtpText, KeepsLinesWhoseFirstWordIsAnother)
@@ -223,32 +210,12 @@ TEST(NtpText, KeepsLinesWhoseFirstWordIsAnother)
     EXPECT_EQ(xasNtpCfgText(TEXT, notPolling(0)), TEXT);
 }
 
-TEST(NtpText, SwitchesTheBroadcastClientOnWithWhateverStandsBehindIt)
-{
-    EXPECT_EQ(
-        xasNtpCfgText("broadcastclient novolley\n # broadcastclient\n#\tbroadcastclient\n", notPolling(0)),
-        "broadcastclient\n # broadcastclient\nbroadcastclient\n");
-    EXPECT_EQ(xasNtpCfgText(" broadcastclient novolley\n", notPolling(2)), "# broadcastclient novolley\n");
-}
-
-TEST(NtpText, AppendsNothingToAFileWithoutOurLines)
-{
-    EXPECT_EQ(xasNtpCfgText("driftfile /d\n", THREE), "driftfile /d\n");
-}
-
 TEST(NtpText, EndsAReplacedLastLineButNotACopiedOne)
 {
     EXPECT_EQ(xasNtpCfgText("server a", pollingOne(xasNamedHost("one"))), "server one\n");
     EXPECT_EQ(xasNtpCfgText("broadcastclient", notPolling(0)), "broadcastclient\n");
     EXPECT_EQ(xasNtpCfgText("server a", notPolling(0)), "#server a");
     EXPECT_EQ(xasNtpCfgText("driftfile /d", THREE), "driftfile /d");
-}
-
-TEST(NtpText, ReadsLinesWithCarriageReturnsAndKeepsThemInCopiedLines)
-{
-    EXPECT_EQ(
-        xasNtpCfgText("driftfile /d\r\nserver 127.127.1.0\r\nserver a\r\nbroadcastclient\r\n", notPolling(0)),
-        "driftfile /d\r\nserver 127.127.1.0\r\n#server a\r\nbroadcastclient\n");
 }
 
 TEST(NtpText, TakesALongLineInPiecesOf511Bytes)
@@ -284,15 +251,6 @@ TEST(NtpText, LosesItsServerLinesForGoodWhenTheFirstServerIsTheLocalClockOrNone)
         EXPECT_EQ(once, "server " + std::string{name} + "\n");
         EXPECT_EQ(xasNtpCfgText(once, pollingOne(xasNamedHost("one"))), once);
     }
-}
-
-TEST(NtpText, TakesTheSameTimeForALineOfAnyFile)
-{
-    const auto edit = [](std::string_view text) {
-        return xasNtpCfgText(text, notPolling(0));
-    };
-    EXPECT_LT(xasGrowthPerLine(edit, "server ntp.example.org iburst\n"), XAS_CONSTANT_GROWTH);
-    EXPECT_EQ(edit(lines("server a\n", 100'000)), lines("#server a\n", 100'000));
 }
 
 // The editors.

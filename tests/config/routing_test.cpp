@@ -3,7 +3,6 @@
 
 #include "support/apps.h"
 #include "support/files.h"
-#include "support/growth.h"
 #include "support/log.h"
 #include "support/message.h"
 #include "support/reply.h"
@@ -222,14 +221,6 @@ TEST(ZebraText, JoinsTheFirstRouteToALastLineWithoutLineFeedAndThenKeepsIt)
     EXPECT_EQ(xasZebraText(twice, staticRoutes(true)), twice);
 }
 
-TEST(ZebraText, TakesTheSameTimeForALineOfAnyFile)
-{
-    const auto edit = [](std::string_view text) {
-        return xasZebraText(text, staticRoutes(true));
-    };
-    EXPECT_LT(xasGrowthPerLine(edit, "access-list 1 permit 10.0.0.0 0.255.255.255\n"), XAS_CONSTANT_GROWTH);
-}
-
 // The RIP daemon.
 
 TEST(RipdText, ReplacesTheSectionsOfAWholeFile)
@@ -339,15 +330,6 @@ TEST(RipdText, DoesNotChangeWhenItIsWrittenTwice)
         const std::string once = xasRipdText(LIFELIKE_RIPD, rip(enabled, 1));
         EXPECT_EQ(xasRipdText(once, rip(enabled, 1)), once);
     }
-}
-
-TEST(RipdText, TakesTheSameTimeForALineOfAnyFile)
-{
-    const auto edit = [](std::string_view text) {
-        return xasRipdText(text, rip(true));
-    };
-    EXPECT_LT(xasGrowthPerLine(edit, "access-list 1 permit 10.0.0.0 0.255.255.255\n"), XAS_CONSTANT_GROWTH);
-    EXPECT_LT(xasGrowthPerLine(edit, "router rip\n"), XAS_CONSTANT_GROWTH);
 }
 
 // The editors.

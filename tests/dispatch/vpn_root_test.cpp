@@ -201,16 +201,6 @@ TEST_F(VpnTest, LogsNothingWhenTheKeyCommandFails)
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
-TEST_F(VpnTest, LogsNothingWhenThereIsNoFileForTheKey)
-{
-    std::remove(CONF.c_str());
-    ASSERT_EQ(::mkdir(CONF.c_str(), 0755), 0); // the shell cannot append to it, and ends in a failure
-    EXPECT_EQ(updateFile("/etc/tunnel.conf", vpnOf(XAS_VPN_RSA)), 0);
-    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
-    EXPECT_THAT(log.lines(), IsEmpty());
-    ::rmdir(CONF.c_str());
-}
-
 TEST_F(VpnTest, AppendsTheKeyToTheSystemsFileWhicheverIsListed)
 {
     const std::string before = xasReadFile(CONF);

@@ -131,4 +131,12 @@ inline std::string xasPayloadBytes(const XasMessage &msg)
     return xasMessageBytes(msg, XAS_PAYLOAD_OFFSET);
 }
 
+/** The 32-bit word at `offset` of a record. */
+inline std::uint32_t xasMessageWord(const XasMessage &msg, std::size_t offset)
+{
+    std::uint32_t value = 0;
+    std::memcpy(&value, reinterpret_cast<const char *>(&msg) + offset, sizeof value);
+    return value;
+}
+
 #endif

@@ -38,4 +38,17 @@ using testing::StartsWith;
 using testing::UnorderedElementsAre;
 using namespace std::chrono_literals;
 
+/** A text that was made, the one that is due, and what the case shows. */
+struct XasTextCase {
+    const char *shows;
+    std::string found;
+    std::string expected;
+};
+
+inline void xasExpectTexts(const std::vector<XasTextCase> &cases)
+{
+    for (const XasTextCase &c : cases)
+        EXPECT_EQ(c.found, c.expected) << c.shows;
+}
+
 #endif
