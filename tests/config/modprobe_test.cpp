@@ -39,8 +39,7 @@ TEST(ModprobeText, HoldsTheOptionsOfItsModeAndTheIPv6Switch)
 {
     xasExpectTexts({
         {"without bonding holds at most the IPv6 switch", completeText(0, true), ""},
-        {"without bonding holds at most the IPv6 switch", completeText(0, false),
-         "options ipv6 disable=1\n"},
+        {"without bonding holds at most the IPv6 switch", completeText(0, false), "options ipv6 disable=1\n"},
         {"holds the options of active backup", completeText(1, true),
          "alias netdev-bond0 bonding\n"
          "options bond0 mode=active-backup primary=eth0 miimon=250 "
