@@ -1,12 +1,11 @@
 // Local users through the built daemon: the list in its second queue record, whole, failed and missing.
 #include "auth/user_message.h"
 #include "support/daemon.h"
+#include "support/users.h"
 
 #include <sys/msg.h>
 
 namespace {
-
-constexpr const char *LIST = "/etc/.lusers";
 
 std::string loginOf(unsigned number)
 {
@@ -52,7 +51,7 @@ class DaemonUsers : public testing::Test {
   protected:
     void start()
     {
-        xasWriteFile(LIST, "");
+        xasWriteFile(XAS_USER_LIST, "");
         daemon.emplace();
         daemon->start({{.name = "localuser"}});
         daemon->stubs.forget();
@@ -97,7 +96,7 @@ class DaemonUsers : public testing::Test {
             list += loginOf(number) + "\n";
         }
         EXPECT_EQ(daemon->stubs.lines(), commands);
-        EXPECT_EQ(xasReadFile(LIST), list);
+        EXPECT_EQ(xasReadFile(XAS_USER_LIST), list);
         EXPECT_THAT(xasReadFile("/etc/zel/" + loginOf(count) + ".conf"), StartsWith("ALLOW_LISTEN=0x"));
     }
 

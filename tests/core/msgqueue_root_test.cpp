@@ -2,10 +2,9 @@
 #include "core/msgqueue.h"
 
 #include "core/wait.h"
-#include "support/clock.h"
 #include "support/daemon.h"
 #include "support/faults.h"
-#include "support/log.h"
+#include "support/supervision.h"
 
 namespace {
 
@@ -140,21 +139,13 @@ TEST_F(Transport, GivesTheFirstRecordWhateverItsTypeIs)
 TEST_F(Transport, WaitsForARecordAndServesSignalsMeanwhile)
 {
     int alarms = 0;
-    xasInstallSignals({.terminate = [] {},
-                       .alarm = [&] { ++alarms; },
-                       .childExited =
-                           [](pid_t, int) {
-                           }});
+    xasServe([] {}, [&] { ++alarms; });
     clock.at(300ms, [] { ::raise(SIGALRM); });
     clock.at(700ms, [this] { queues.send(XasMessageBuilder{XMSG_SSH}.id(8)); });
     EXPECT_EQ(xasGetMessage(&msg, true), 0);
     EXPECT_EQ(msg.xH.id, 8U);
     EXPECT_EQ(alarms, 1);
-    xasInstallSignals({.terminate = [] {},
-                       .alarm = [] {},
-                       .childExited =
-                           [](pid_t, int) {
-                           }});
+    xasServe();
 }
 
 TEST_F(Transport, FailsToReceiveARecordOfAnotherSize)

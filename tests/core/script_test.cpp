@@ -2,8 +2,7 @@
 
 #include "core/wait.h"
 #include "support/faults.h"
-#include "support/log.h"
-#include "support/stub.h"
+#include "support/supervision.h"
 
 namespace {
 
@@ -95,11 +94,7 @@ TEST_F(Script, LetsSignalsBeServedWhileItRuns)
 {
     const std::string path = stubs.make(
         "run", 0, "kill -TERM $PPID\nwhile [ ! -e " + stubs.path("served") + " ]; do sleep 0.01; done");
-    xasInstallSignals({.terminate = [&] { xasWriteFile(stubs.path("served"), ""); },
-                       .alarm = [] {},
-                       .childExited =
-                           [](pid_t, int) {
-                           }});
+    xasServe([&] { xasWriteFile(stubs.path("served"), ""); });
     EXPECT_EQ(xasRunScript(path), 0);
     EXPECT_TRUE(xasExists(stubs.path("served")));
 }

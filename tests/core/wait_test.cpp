@@ -1,9 +1,8 @@
 #include "core/wait.h"
 
 #include "core/child.h"
-#include "support/clock.h"
 #include "support/faults.h"
-#include "support/log.h"
+#include "support/supervision.h"
 
 #include <map>
 
@@ -50,14 +49,7 @@ class Wait : public testing::Test {
         exits.clear();
     }
 
-    ~Wait() override
-    {
-        xasInstallSignals({.terminate = [] {},
-                           .alarm = [] {},
-                           .childExited =
-                               [](pid_t, int) {
-                               }});
-    }
+    ~Wait() override { xasServe(); }
 
     void serve(const std::string &what)
     {

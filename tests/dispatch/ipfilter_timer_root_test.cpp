@@ -4,12 +4,11 @@
 #include "core/msgqueue.h"
 #include "core/wait.h"
 #include "dispatch/ipfilter_enable.h"
-#include "support/clock.h"
 #include "support/daemon.h"
 #include "support/ipfilter.h"
-#include "support/log.h"
 #include "support/reply.h"
 #include "support/shell.h"
+#include "support/supervision.h"
 
 #include <sys/msg.h>
 
@@ -341,12 +340,8 @@ TEST_F(FilterTimerTest, WaitsForTheAnswerEvenWhenTheUpdateCannotBeSent)
 TEST_F(FilterTimerTest, ServesSignalsAndDeathsWhileNoAnswerComes)
 {
     std::vector<std::string> served;
-    xasInstallSignals({.terminate = [&] { served.emplace_back("terminate"); },
-                       .alarm = [&] { served.emplace_back("alarm"); },
-                       .childExited =
-                           [&](pid_t, int) {
-                               served.emplace_back("child");
-                           }});
+    xasServe([&] { served.emplace_back("terminate"); }, [&] { served.emplace_back("alarm"); },
+             [&](pid_t, int) { served.emplace_back("child"); });
     reachOneMinute();
     const auto begin = clock.now();
     clock.at(begin + 1s, [] { ::raise(SIGALRM); });

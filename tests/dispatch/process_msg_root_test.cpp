@@ -1,5 +1,5 @@
 // The dispatcher's steps in their order, and the acknowledgement. (Types with steps of their own:
-// xas_process_types_test.cpp and xas_process_eth_test.cpp.)
+// process_types_root_test.cpp and setting_steps_root_test.cpp.)
 #include "support/dispatcher_fixture.h"
 #include "support/faults.h"
 

@@ -1,29 +1,14 @@
 // Starting and stopping an application.
-#include "core/daemon.h"
-#include "core/wait.h"
 #include "dispatch/service.h"
-#include "support/apps.h"
-#include "support/clock.h"
-#include "support/log.h"
 #include "support/reply.h"
-#include "support/stub.h"
+#include "support/supervision.h"
 
 #include <climits>
 
 namespace {
 
-/** Signals are served as in the daemon; time passes only in waits. */
-class ServiceTest : public testing::Test {
+class ServiceTest : public XasServedTest {
   protected:
-    ServiceTest()
-    {
-        xasInstallSignals({
-            .terminate = [] {},
-            .alarm = [] {},
-            .childExited = [this](pid_t pid, int status) { xasReapChild(apps, pid, status); },
-        });
-    }
-
     ~ServiceTest() override
     {
         for (const pid_t pid : started)
@@ -49,11 +34,7 @@ class ServiceTest : public testing::Test {
     /** A daemon that runs until it is ended. */
     std::string endlessDaemon(std::string_view name) { return stubs.make(name, 0, "exec sleep 1000"); }
 
-    XasAppList apps;
     XasReplyStatus reply;
-    XasStubs stubs;
-    XasTestClock clock;
-    XasLogCapture log;
     std::vector<pid_t> started;
 };
 
