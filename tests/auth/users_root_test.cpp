@@ -171,19 +171,8 @@ TEST_F(LocalUsers, APortFileKeepsItsMode)
 
 TEST_F(LocalUsers, TextsWithShellCharactersReachTheToolAsSingleWords)
 {
-    const std::vector<std::string> logins = {"$(touch${IFS}owned)",
-                                             "a;touch",
-                                             "a'b",
-                                             "a\"b",
-                                             "`x`",
-                                             "a&b|c>d<e",
-                                             "a*?",
-                                             "~root",
-                                             "a\\b",
-                                             "#a",
-                                             "!!",
-                                             "\xc3\xa4"};
-    for (const std::string &login : logins) {
+    for (const std::string login : {"$(touch${IFS}owned)", "a;touch", "a'b", "a\"b", "`x`", "a&b|c>d<e",
+                                    "a*?", "~root", "a\\b", "#a", "!!", "\xc3\xa4"}) {
         stubs.forget();
         EXPECT_EQ(single(xasTestUser(login, "p' $(touch /tmp/owned) `id` \"\\\n;"), 3), 0) << login;
         EXPECT_THAT(stubs.calls(),

@@ -6,12 +6,6 @@ namespace {
 
 class DaemonEthernet : public XasEthAppliance {
   protected:
-    void startRouter()
-    {
-        daemon.ask(XasMessageBuilder{XMSG_ROUTING}.set("start", 1));
-        daemon.stubs.forget();
-    }
-
     /** Sends a message that is not answered, and waits until it was handled. */
     void tell(const XasMessage &msg)
     {

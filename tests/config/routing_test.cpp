@@ -2,6 +2,7 @@
 #include "config/routing.h"
 
 #include "support/apps.h"
+#include "support/eth.h"
 #include "support/files.h"
 #include "support/log.h"
 #include "support/message.h"
@@ -67,19 +68,16 @@ std::string sections(const std::string &versions)
            versions + "\n!\nrouter rip\n  network eth0\n  network eth1\n!\n";
 }
 
-XasIPv4 ipv4(const char *text)
-{
-    return {::inet_addr(text)};
-}
-
 XasRoutingPayload staticRoutes(bool enabled)
 {
     XasRoutingPayload routerCfg{};
     routerCfg.static_enabled = enabled ? 1 : 0;
     routerCfg.num_routes = 3;
-    routerCfg.routes[0] = {ipv4("10.1.0.0"), ipv4("255.255.0.0"), ipv4("192.168.10.1")};
-    routerCfg.routes[1] = {ipv4("10.2.0.0"), ipv4("255.255.255.0"), ipv4("192.168.10.2")};
-    routerCfg.routes[2] = {ipv4("10.3.4.5"), ipv4("255.255.255.255"), ipv4("192.168.10.3")};
+    routerCfg.routes[0] = {xasTestIPv4("10.1.0.0"), xasTestIPv4("255.255.0.0"), xasTestIPv4("192.168.10.1")};
+    routerCfg.routes[1] = {xasTestIPv4("10.2.0.0"), xasTestIPv4("255.255.255.0"),
+                           xasTestIPv4("192.168.10.2")};
+    routerCfg.routes[2] = {xasTestIPv4("10.3.4.5"), xasTestIPv4("255.255.255.255"),
+                           xasTestIPv4("192.168.10.3")};
     return routerCfg;
 }
 
@@ -174,7 +172,8 @@ TEST(ZebraText, RemovesTheRoutesWhenStaticRoutingIsOff)
 TEST(ZebraText, WritesAll64RoutesWhateverTheirCountSays)
 {
     XasRoutingPayload routerCfg = staticRoutes(true);
-    routerCfg.routes[63] = {ipv4("10.63.0.0"), ipv4("255.255.0.0"), ipv4("192.168.10.63")};
+    routerCfg.routes[63] = {xasTestIPv4("10.63.0.0"), xasTestIPv4("255.255.0.0"),
+                            xasTestIPv4("192.168.10.63")};
     for (const std::uint32_t count : {0U, 1U, 64U, 0xFFFFFFFFU}) {
         routerCfg.num_routes = count;
         const std::string text = xasZebraText("", routerCfg);

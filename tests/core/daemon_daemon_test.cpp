@@ -40,12 +40,6 @@ class DaemonSupervision : public testing::Test {
 
     std::string endless(std::string_view name) { return daemon.stubs.make(name, 0, "exec sleep 1000"); }
 
-    /** A program that SIGTERM does not end. */
-    std::string deaf(std::string_view name)
-    {
-        return daemon.stubs.make(name, 0, "trap '' TERM; while :; do sleep 1000; done");
-    }
-
     /** A server of this name starts, leaves its pid file and ends its first process; it is then stopped. */
     void followIntoBackground(const std::string &name)
     {

@@ -20,8 +20,6 @@ const std::string SHIPPED_PATH = "/usr/bin/xas_iptables.sh";
 const std::string WORKING_PATH = "/tmp/xas_iptables.sh";
 
 const std::string COPY = "/bin/cp -af /usr/bin/xas_iptables.sh /tmp/xas_iptables.sh > /dev/null 2>&1";
-const std::string DISABLE =
-    "XTABLES_LIBDIR=/libexec/xtables;export XTABLES_LIBDIR;/bin/iptables -I INPUT 1 -j ACCEPT";
 
 using Words = std::vector<std::string>;
 
@@ -181,11 +179,11 @@ TEST_F(FilterSetTest, IsRemovedWithAllJumpRulesMadeAnew)
 TEST_F(FilterSetTest, PutsTheAcceptAllRuleBackAfterARemovalWhenTheFilterIsStoredAsDisabled)
 {
     ASSERT_EQ(xasIPFilterEnable(false, &reply), 0);
-    EXPECT_THAT(shell.take(), ElementsAre(DISABLE));
+    EXPECT_THAT(shell.take(), ElementsAre(XAS_DISABLE_FILTER));
     log.take();
     store("XMSG_FIREWALL", xasTestFirewallMessage(0, 0));
     EXPECT_EQ(set("office", {}, XAS_FILTER_REMOVE), 0);
-    EXPECT_THAT(shell.take(), ElementsAre(COPY, "/tmp/xas_iptables.sh resetInput", DISABLE));
+    EXPECT_THAT(shell.take(), ElementsAre(COPY, "/tmp/xas_iptables.sh resetInput", XAS_DISABLE_FILTER));
     EXPECT_THAT(log.lines(), ElementsAre(xasInfoLine("IP Filter disabled.\n")));
     EXPECT_FALSE(xasIPFilterIsEnabled());
 }
@@ -390,7 +388,7 @@ TEST_F(FilterInitTest, SwitchesTheFilterAsStoredInTheEnd)
 {
     store("XMSG_FIREWALL", xasTestFirewallMessage(0, 0));
     EXPECT_EQ(init([this](const XasMessage &request) { answerNothing(request); }), 0);
-    EXPECT_THAT(shell.take(), ElementsAre(COPY, "/tmp/xas_iptables.sh resetAll", DISABLE));
+    EXPECT_THAT(shell.take(), ElementsAre(COPY, "/tmp/xas_iptables.sh resetAll", XAS_DISABLE_FILTER));
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasInfoLine("IP Filter disabled.\n"), xasInfoLine("IP Filter initialized.\n")));
 }

@@ -14,10 +14,6 @@
 
 namespace {
 
-const std::string DISABLE =
-    "XTABLES_LIBDIR=/libexec/xtables;export XTABLES_LIBDIR;/bin/iptables -I INPUT 1 -j ACCEPT";
-const std::string ENABLE =
-    "XTABLES_LIBDIR=/libexec/xtables;export XTABLES_LIBDIR;/bin/iptables -D INPUT -j ACCEPT";
 const std::string TIMER_FILE = "/tmp/.save/ipfilter-timer.txt";
 
 /** The clock's wall time begins at 1000 s. */
@@ -73,7 +69,7 @@ class FilterTimerTest : public testing::Test {
         EXPECT_THAT(log.take(), ElementsAreArray(lines));
         EXPECT_FALSE(xasIPFilterIsEnabled());
         EXPECT_FALSE(xasExists(TIMER_FILE));
-        EXPECT_THAT(shell.take(), ElementsAre(DISABLE));
+        EXPECT_THAT(shell.take(), ElementsAre(XAS_DISABLE_FILTER));
     }
 
     XasTestClock clock;
@@ -111,11 +107,11 @@ TEST_F(FilterTimerTest, StartsWithoutACommandWhenTheFilterIsEnabled)
 TEST_F(FilterTimerTest, EnablesTheFilterFirst)
 {
     ASSERT_EQ(set(0, 0), 0);
-    EXPECT_THAT(shell.take(), ElementsAre(DISABLE));
+    EXPECT_THAT(shell.take(), ElementsAre(XAS_DISABLE_FILTER));
     log.take();
     clock.pass(7s);
     EXPECT_EQ(set(0x80000000, 2), 0);
-    EXPECT_THAT(shell.take(), ElementsAre(ENABLE));
+    EXPECT_THAT(shell.take(), ElementsAre(XAS_ENABLE_FILTER));
     EXPECT_EQ(xasReadFile(TIMER_FILE), "2 1007\n");
     EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("IP Filter enabled.\n"),
                                         xasInfoLine("IP Filter Test Timer started for 2 minute(s).\n")));
@@ -154,7 +150,7 @@ TEST_F(FilterTimerTest, IsStoppedWhenTheFilterIsDisabled)
     EXPECT_EQ(set(0, 0), 0);
     EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("IP Filter Test Timer stopped.\n"),
                                         xasInfoLine("IP Filter disabled.\n")));
-    EXPECT_THAT(shell.take(), ElementsAre(DISABLE));
+    EXPECT_THAT(shell.take(), ElementsAre(XAS_DISABLE_FILTER));
     clock.pass(60s);
     EXPECT_EQ(xasIPFilterTimerTick(), 0);
     EXPECT_THAT(shell.take(), IsEmpty());
@@ -248,7 +244,7 @@ TEST_F(FilterTimerTest, DisablesTheFilterInItsLastSecondAndTellsXms)
     EXPECT_EQ(xasIPFilterTimerTick(), 0);
     EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("IP Filter Test Timer reached 2 minute(s).\n"),
                                         xasInfoLine("IP Filter disabled.\n")));
-    EXPECT_THAT(shell.take(), ElementsAre(DISABLE));
+    EXPECT_THAT(shell.take(), ElementsAre(XAS_DISABLE_FILTER));
     EXPECT_FALSE(xasExists(TIMER_FILE));
     ASSERT_TRUE(update);
     const XasMessage expected = XasMessageBuilder{XMSG_FIREWALL}.sender(4).id(xasNextMsgId() - 1);
