@@ -130,33 +130,6 @@ TEST(SnmpText, ReplacesAWholeFile)
                                               "trap2sink 2001:db8::30\n");
 }
 
-TEST(SnmpText, TakesAllCommunitiesOutOfAWholeFile)
-{
-    XasSnmpPayload snmpCfg = settings();
-    snmpCfg.community_mode = 1;
-    EXPECT_EQ(xasSnmpText(LIFELIKE, snmpCfg), "###########################################################\n"
-                                              "# snmpd.conf: the agent of the console server\n"
-                                              "agentAddress  udp:161,udp6:[::1]:161\n"
-                                              "\n"
-                                              "#  System Information\n"
-                                              "syslocation  Rack 4, row B\n"
-                                              "syscontact  noc@example.org\n"
-                                              "sysServices    72\n"
-                                              "#  Users\n"
-                                              "rouser  monitor noauth\n"
-                                              "createUser monitor MD5 monitorpass DES monitorphrase\n"
-                                              "rwuser  manager noauth\n"
-                                              "createUser manager MD5 managerpass DES managerphrase\n"
-                                              "#  Communities\n"
-                                              "#rocommunity secret 10.0.0.0/16\n"
-                                              "# rwcommunity secret 10.0.0.0/16\n"
-                                              "#  Traps\n"
-                                              "trapcommunity  alarms\n"
-                                              "informsink   localhost public\n"
-                                              "view   systemonly  included   .1.3.6.1.2.1.1\n"
-                                              "extend    test1   /bin/echo  Hello, world!\n");
-}
-
 TEST(SnmpText, KeepsLinesWhoseFirstWordIsNoneOfItsOwn)
 {
     for (const char *line :

@@ -127,32 +127,6 @@ TEST(NtpText, PollingThreeServersReplacesAWholeFile)
               "servers 4\n");
 }
 
-TEST(NtpText, TheBroadcastClientReplacesAWholeFile)
-{
-    EXPECT_EQ(xasNtpCfgText(LIFELIKE, notPolling(0)),
-              "# /etc/ntp.conf, configuration for ntpd; see ntp.conf(5) for help\n"
-              "\n"
-              "driftfile /var/lib/ntp/ntp.drift\n"
-              "leapfile /usr/share/zoneinfo/leap-seconds.list\n"
-              "\n"
-              "# Specify one or more NTP servers.\n"
-              "#server ntp.your-provider.example\n"
-              "pool 0.debian.pool.ntp.org iburst\n"
-              "\n"
-              "# the local clock, for when no server answers\n"
-              "server 127.127.1.0\n"
-              "fudge 127.127.1.0 stratum 10\n"
-              "#server 192.168.10.1 iburst\n"
-              "#  server\tntp2.example.net\tprefer\n"
-              "restrict -4 default kod notrap nomodify nopeer noquery limited\n"
-              "# If you want to listen to time broadcasts on your local subnet:\n"
-              "#disable auth\n"
-              "broadcastclient\n"
-              "disable auth\n"
-              "disable auth\n"
-              "servers 4\n");
-}
-
 TEST(NtpText, ChangesServersAndTheBroadcastClientAlone)
 {
     xasExpectTexts({

@@ -254,26 +254,6 @@ TEST(RipdText, ReplacesTheSectionsOfAWholeFile)
                                                         "!\n");
 }
 
-TEST(RipdText, RemovesTheSectionsOfAWholeFileWhenRipIsOff)
-{
-    EXPECT_EQ(xasRipdText(LIFELIKE_RIPD, rip(false)), "!\n"
-                                                      "! routing information protocol\n"
-                                                      "# saved by hand\n"
-                                                      "hostname console\n"
-                                                      "password zebra\n"
-                                                      "!\n"
-                                                      "interface lo\n"
-                                                      "!\n"
-                                                      "interface eth2\n"
-                                                      "  ip rip send version 2\n"
-                                                      "!\n"
-                                                      "access-list 1 permit 10.0.0.0 0.255.255.255\n"
-                                                      "!\n"
-                                                      "line vty\n"
-                                                      " exec-timeout 10 0\n"
-                                                      "!\n");
-}
-
 TEST(RipdText, NamesTheVersionsByTheirIndex)
 {
     EXPECT_EQ(xasRipdText("line vty\n", rip(true, 0)), sections("1") + "line vty\n");
