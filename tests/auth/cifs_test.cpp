@@ -1,16 +1,8 @@
 // The share that is offered: smb.conf and the SMB password file.
 #include "auth/cifs.h"
 
-#include "support/files.h"
-#include "support/growth.h"
 #include "support/log.h"
 #include "support/reply.h"
-
-#include <cstring>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -70,24 +62,7 @@ class SmbPassText : public testing::Test {
     XasReplyStatus reply;
 };
 
-class SambaFiles : public XasFilesTest {
-  protected:
-    int editPasswords() { return xasEditSMBPassCfgFile(path.c_str(), &cifs, &reply); }
-
-    XasCifsPayload cifs = settings();
-    std::string path = dir.path("file");
-    XasLogCapture log;
-    XasReplyStatus reply;
-};
-
-using SambaFilesDeathTest = SambaFiles;
-
 } // namespace
-
-TEST(SmbText, OfAnEmptyFileStaysEmpty)
-{
-    EXPECT_EQ(xasSmbText("", settings()), "");
-}
 
 TEST(SmbText, ReplacesAWholeFile)
 {
@@ -196,14 +171,6 @@ TEST(SmbText, DoesNotChangeWhenItIsMadeTwice)
     EXPECT_EQ(xasSmbText(once, settings()), once);
 }
 
-TEST(SmbText, TakesTheSameTimeForALineOfAnyFile)
-{
-    const auto edit = [](std::string_view text) {
-        return xasSmbText(text, settings());
-    };
-    EXPECT_LT(xasGrowthPerLine(edit, "   workgroup = WORKGROUP\n"), XAS_CONSTANT_GROWTH);
-}
-
 TEST_F(SmbPassText, RefusesAPasswordThatLacksAPart)
 {
     const auto refusal = [](const char *lanman, const char *nt, const char *changed) {
@@ -253,11 +220,6 @@ TEST_F(SmbPassText, ReplacesAWholeFile)
     EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
-TEST_F(SmbPassText, OfAnEmptyFileHasTheUser)
-{
-    EXPECT_EQ(text(""), ENTRY);
-}
-
 TEST_F(SmbPassText, DropsEveryLineThatBeginsWithTheFourLettersOfTheUser)
 {
     EXPECT_EQ(text("cifs\ncifs2:1\ncifsadmin:2\ncif:3\nCifs:4\n cifs:5\nxcifs:6\n"),
@@ -272,37 +234,7 @@ TEST_F(SmbPassText, StaysAsItIsWhenTheShareIsOff)
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
-TEST_F(SmbPassText, TakesTextsThatFillTheirFieldUpToTheEndOfTheField)
-{
-    std::memset(cifs.lanman_pwd, 'L', sizeof cifs.lanman_pwd);
-    std::memset(cifs.nt_pwd, 'N', sizeof cifs.nt_pwd);
-    std::memset(cifs.lct_field, 'C', sizeof cifs.lct_field);
-    EXPECT_EQ(text(""), "cifsuser:100:" + std::string(33, 'L') + ":" + std::string(33, 'N') +
-                            ":[U          ]:" + std::string(17, 'C') + ":Cifs User\n");
-}
-
 TEST_F(SmbPassText, JoinsTheUserToALastLineWithoutLineFeed)
 {
     EXPECT_EQ(text("root:0:X"), "root:0:X" + std::string{ENTRY});
-}
-
-TEST_F(SambaFilesDeathTest, NeedTheirPathAndTheirValues)
-{
-    EXPECT_DEATH(xasEditSMBCfgFile(nullptr, &cifs, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditSMBCfgFile("/tmp/none", nullptr, &reply), "cifs != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditSMBPassCfgFile(nullptr, &cifs, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditSMBPassCfgFile("/tmp/none", nullptr, &reply),
-                 "cfgSmbPassCfg != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(SambaFiles, ThePasswordFileStaysAsItIsWhenThePasswordIsRefused)
-{
-    xasWriteFile(path, "# c\ncifsuser:100:old\n", 0644);
-    xasSetFieldText(cifs.nt_pwd, "");
-    EXPECT_EQ(editPasswords(), 1);
-    EXPECT_EQ(xasReplyText(reply), "1 Invalid samba password");
-    EXPECT_EQ(dir.read("file"), "# c\ncifsuser:100:old\n");
-    EXPECT_EQ(dir.read("file.tmp"), "# c\n");
-    EXPECT_EQ(xasModeOf(path + ".tmp"), 0600U);
-    EXPECT_THAT(dir.names(), ElementsAre("file", "file.tmp"));
 }

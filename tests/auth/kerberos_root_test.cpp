@@ -1,9 +1,7 @@
 // The handler of Kerberos: what is its own beside what all settings share.
 #include "auth/kerberos.h"
 
-#include "support/hosts.h"
 #include "support/login_files.h"
-#include "support/reply.h"
 
 namespace {
 
@@ -27,6 +25,15 @@ class UpdateKerberos : public XasLoginFilesTest {
 };
 
 } // namespace
+
+TEST_F(UpdateKerberos, FailsForAHostsFileThatCannotBeEditedAndChangesTheOthers)
+{
+    std::filesystem::remove(dir.path("hosts"));
+    EXPECT_EQ(update(message()), 1);
+    expectReply(2, "Error opening /etc/hosts file");
+    EXPECT_EQ(dir.read("krb5"), "realm R\n");
+    expectDerivedFiles();
+}
 
 TEST_F(UpdateKerberos, NeedsNameAndAddressForAHostsLine)
 {

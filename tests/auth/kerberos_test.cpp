@@ -3,8 +3,6 @@
 
 #include "support/files.h"
 
-#include <gtest/gtest.h>
-
 namespace {
 
 XasKerberosPayload settings()
@@ -24,24 +22,7 @@ class KerberosFiles : public XasFilesTest {
     XasReplyStatus reply;
 };
 
-using KerberosFilesDeathTest = KerberosFiles;
-
 } // namespace
-
-TEST_F(KerberosFilesDeathTest, NeedTheirPathsAndValues)
-{
-    EXPECT_DEATH(xasEditKerberosCfgFile(nullptr, "/x", &cfgKerberos, &reply),
-                 "cfgTemplateFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditKerberosCfgFile("/x", nullptr, &cfgKerberos, &reply),
-                 "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditKerberosCfgFile("/x", "/x", nullptr, &reply), "cfgKerberos != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasAddLinetoHostsFile(nullptr, "a", "c", "a", &reply),
-                 "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasAddLinetoHostsFile("/x", nullptr, "c", "a", &reply), "address != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasAddLinetoHostsFile("/x", "a", nullptr, "a", &reply),
-                 "canonical_name != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasAddLinetoHostsFile("/x", "a", "c", nullptr, &reply), "alias != \\(\\(void \\*\\)0\\)");
-}
 
 TEST_F(KerberosFiles, HostsFileHasOneLineForTheNameHoweverOftenItIsSaved)
 {

@@ -5,10 +5,6 @@
 #include "support/hosts.h"
 #include "support/reply.h"
 
-#include <gmock/gmock.h>
-
-using testing::IsEmpty;
-
 namespace {
 
 XasLdapPayload settings()
@@ -35,20 +31,7 @@ class LdapFiles : public XasFilesTest {
     XasReplyStatus reply;
 };
 
-using LdapFilesDeathTest = LdapFiles;
-
 } // namespace
-
-TEST_F(LdapFilesDeathTest, NeedTheirPathsAndSettings)
-{
-    EXPECT_DEATH(xasEditOpenLdapCfgFile(nullptr, &cfgLDAP, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditOpenLdapCfgFile("/x", nullptr, &reply), "cfgLDAP != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditLdapCfgFileBC(nullptr, "/x", &cfgLDAP, &reply),
-                 "cfgTemplateFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditLdapCfgFileBC("/x", nullptr, &cfgLDAP, &reply),
-                 "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditLdapCfgFileBC("/x", "/x", nullptr, &reply), "cfgLDAP != \\(\\(void \\*\\)0\\)");
-}
 
 TEST_F(LdapFiles, ToolsFileHasItsHostAndBaseAtTheEnd)
 {
@@ -82,13 +65,6 @@ TEST(OpenLdapText, IsSwitchedOnByAnyNumberButZero)
     cfgLDAP.enabled = 0x80000000U;
     cfgLDAP.server = xasNamedHost("ldap1");
     EXPECT_EQ(xasOpenLdapText("", cfgLDAP), "HOST ldap1 \nBASE dc=example,dc=net \n");
-}
-
-TEST(OpenLdapText, JoinsTheHostToALastLineWithoutLineFeed)
-{
-    XasLdapPayload cfgLDAP = settings();
-    cfgLDAP.server = xasNamedHost("ldap1");
-    EXPECT_EQ(xasOpenLdapText("URI x", cfgLDAP), "URI xHOST ldap1 \nBASE dc=example,dc=net \n");
 }
 
 TEST(LdapTemplate, HasLinesWithoutSettingCommentedOut)

@@ -1,15 +1,8 @@
 // The TLS material of the directory client, at its fixed paths, through the handler of LDAP.
 #include "auth/ldap.h"
 
-#include "support/hosts.h"
 #include "support/login_files.h"
-#include "support/reply.h"
 #include "support/stub.h"
-
-#include <unistd.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 

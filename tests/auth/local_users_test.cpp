@@ -1,21 +1,8 @@
 // Which logins are accepted, and the account commands.
 #include "auth/local_users.h"
 
-#include <cstring>
-#include <gmock/gmock.h>
-
-namespace {
-
-XasUserRecord userOf(std::string_view login, std::string_view password, std::uint32_t uid)
-{
-    XasUserRecord user{};
-    login.copy(user.login, sizeof user.login);
-    password.copy(user.password, sizeof user.password);
-    user.uid = uid;
-    return user;
-}
-
-} // namespace
+#include "support/test.h"
+#include "support/users.h"
 
 TEST(Login, IsRefusedWhenItCouldBeAnOptionAPathOrSeveralWords)
 {
@@ -32,60 +19,45 @@ TEST(Login, IsAcceptedWithAnyOtherCharacters)
         EXPECT_TRUE(xasIsValidLogin(login)) << login;
 }
 
-TEST(AccountCommand, OfTheAdministratorNamesGroupAndCommentAndAlwaysAPassword)
+TEST(AccountCommand, HasTheWordsOfItsUserAndItsAction)
 {
-    EXPECT_EQ(xasAddUserCommand(userOf("sysadmin", "$1$ab$cd", 200)).str(),
-              "/bin/adduser -D -H -u 200 -G root -s /bin/cli -g \"System Administrator\" -h / -p '$1$ab$cd' "
-              "sysadmin");
-    EXPECT_EQ(xasAddUserCommand(userOf("sysadmin", "", 0)).str(),
-              "/bin/adduser -D -H -u 0 -G root -s /bin/cli -g \"System Administrator\" -h / -p '' sysadmin");
-}
-
-TEST(AccountCommand, OfAnotherUserHasAPasswordWhenThereIsOne)
-{
-    EXPECT_EQ(xasAddUserCommand(userOf("alice", "$1$ab$cd", 501)).str(),
-              "/bin/adduser -D -H -u 501 -s /bin/cli -h / -p '$1$ab$cd' alice");
-    EXPECT_EQ(xasAddUserCommand(userOf("alice", "", 501)).str(),
-              "/bin/adduser -D -H -u 501 -s /bin/cli -h / alice");
-}
-
-TEST(AccountCommand, OfAnEditedAdministratorLosesGroupAndComment)
-{
-    EXPECT_EQ(xasEditUserCommand(userOf("sysadmin", "x", 200)).str(),
-              "/bin/adduser -D -H -u 200 -s /bin/cli -h / -p 'x' sysadmin");
-    EXPECT_EQ(xasEditUserCommand(userOf("sysadmin", "", 200)).str(),
-              "/bin/adduser -D -H -u 200 -s /bin/cli -h / sysadmin");
-}
-
-TEST(AccountCommand, OfANewPasswordHasAnEmptyOneToo)
-{
-    EXPECT_EQ(xasPasswordUserCommand(userOf("alice", "", 501)).str(),
-              "/bin/adduser -D -H -u 501 -s /bin/cli -h / -p '' alice");
-}
-
-TEST(AccountCommand, PrintsTheUserIdAsASignedNumber)
-{
-    EXPECT_EQ(xasAddUserCommand(userOf("alice", "", 4294967295U)).str(),
-              "/bin/adduser -D -H -u -1 -s /bin/cli -h / alice");
-}
-
-TEST(AccountCommand, QuotesWhatTheShellWouldRead)
-{
-    EXPECT_EQ(xasAddUserCommand(userOf("a;reboot", "p'; reboot; '", 501)).str(),
-              "/bin/adduser -D -H -u 501 -s /bin/cli -h / -p 'p'\\''; reboot; '\\''' 'a;reboot'");
-    EXPECT_EQ(xasAddUserCommand(userOf("a'b", "$(x)`y`\\\"", 501)).str(),
-              "/bin/adduser -D -H -u 501 -s /bin/cli -h / -p '$(x)`y`\\\"' 'a'\\''b'");
+    xasExpectTexts({
+        {"of the administrator names group and comment and always a password",
+         xasAddUserCommand(xasTestUser("sysadmin", "$1$ab$cd", 200)).str(),
+         "/bin/adduser -D -H -u 200 -G root -s /bin/cli -g \"System Administrator\" -h / -p '$1$ab$cd' "
+         "sysadmin"},
+        {"of the administrator names group and comment and always a password",
+         xasAddUserCommand(xasTestUser("sysadmin", "", 0)).str(),
+         "/bin/adduser -D -H -u 0 -G root -s /bin/cli -g \"System Administrator\" -h / -p '' sysadmin"},
+        {"of another user has a password when there is one",
+         xasAddUserCommand(xasTestUser("alice", "$1$ab$cd", 501)).str(),
+         "/bin/adduser -D -H -u 501 -s /bin/cli -h / -p '$1$ab$cd' alice"},
+        {"of another user has a password when there is one",
+         xasAddUserCommand(xasTestUser("alice", "", 501)).str(),
+         "/bin/adduser -D -H -u 501 -s /bin/cli -h / alice"},
+        {"of an edited administrator loses group and comment",
+         xasEditUserCommand(xasTestUser("sysadmin", "x", 200)).str(),
+         "/bin/adduser -D -H -u 200 -s /bin/cli -h / -p 'x' sysadmin"},
+        {"of an edited administrator loses group and comment",
+         xasEditUserCommand(xasTestUser("sysadmin", "", 200)).str(),
+         "/bin/adduser -D -H -u 200 -s /bin/cli -h / sysadmin"},
+        {"of a new password has an empty one too",
+         xasPasswordUserCommand(xasTestUser("alice", "", 501)).str(),
+         "/bin/adduser -D -H -u 501 -s /bin/cli -h / -p '' alice"},
+        {"prints the user id as a signed number",
+         xasAddUserCommand(xasTestUser("alice", "", 4294967295U)).str(),
+         "/bin/adduser -D -H -u -1 -s /bin/cli -h / alice"},
+        {"quotes what the shell would read",
+         xasAddUserCommand(xasTestUser("a;reboot", "p'; reboot; '", 501)).str(),
+         "/bin/adduser -D -H -u 501 -s /bin/cli -h / -p 'p'\\''; reboot; '\\''' 'a;reboot'"},
+        {"quotes what the shell would read", xasAddUserCommand(xasTestUser("a'b", "$(x)`y`\\\"", 501)).str(),
+         "/bin/adduser -D -H -u 501 -s /bin/cli -h / -p '$(x)`y`\\\"' 'a'\\''b'"},
+    });
 }
 
 TEST(AccountCommand, ReadsFieldsWithoutEndUpToTheirWidth)
 {
-    const XasUserRecord user = userOf(std::string(33, 'l'), std::string(67, 'p'), 4294967295U);
+    const XasUserRecord user = xasTestUser(std::string(33, 'l'), std::string(67, 'p'), 4294967295U);
     EXPECT_EQ(xasAddUserCommand(user).str(), "/bin/adduser -D -H -u -1 -s /bin/cli -h / -p '" +
                                                  std::string(67, 'p') + "' " + std::string(33, 'l'));
-}
-
-TEST(AccountCommand, IsNotRunWhenQuotingMakesItLongerThan255Characters)
-{
-    EXPECT_EQ(
-        xasRunAccountCommand(xasPasswordUserCommand(userOf("a", std::string(66, '\''), 1))).waitStatus(), -1);
 }

@@ -7,12 +7,6 @@
 #include "support/hosts.h"
 #include "support/login_files.h"
 
-#include <sys/wait.h>
-#include <unistd.h>
-
-using testing::HasSubstr;
-using testing::Not;
-
 namespace {
 
 /** Runs a shell command; its output and errors, then its exit status on a line of its own. */

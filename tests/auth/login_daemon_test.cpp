@@ -1,10 +1,6 @@
 // The login methods through the built daemon: each message's acknowledgement, and the files that several of
 // them make together.
-#include "support/hosts.h"
 #include "support/message_files.h"
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -30,10 +26,6 @@ class DaemonLogin : public testing::Test {
                                    "server1_secret = $(SERVER_1_SECRET)\nencrypt = $(ENCRYPT)\n"
                                    "login = $(SERVICE)\n");
         files.write("radius", "# server:port secret timeout\nold 1 2\n");
-        files.write("yp", "old\n");
-        files.write("network", "NETWORKING=yes\nNISDOMAIN=old\n");
-        files.write("openldap", "# tools\nHOST old\n");
-        files.write("ldaptmpl", "host $(HOST)\n$(NO_BINDPW)bindpw $(BINDPW)\n");
     }
 
     ~DaemonLogin() override
@@ -48,9 +40,7 @@ class DaemonLogin : public testing::Test {
     void start()
     {
         daemon.start({application("authentication", {{"authentication", ORDER}}),
-                      application("ypbind", inFiles({"yp", "network"})),
-                      application("ldap", inFiles({"openldap", "ldap", "ldaptmpl"})),
-                      application("radius", inFiles({"radius"})),
+                      application("radius", {{"radius", files.path("radius")}}),
                       application("kerberos", {{"krb5tmpl", files.path("krb5tmpl")},
                                                {"krb5", "/etc/krb5.conf"},
                                                {"hosts", files.path("hosts")}}),
@@ -74,15 +64,6 @@ class DaemonLogin : public testing::Test {
 
   private:
     using CfgFiles = std::vector<std::pair<std::string, std::string>>;
-
-    /** The files of these TYPEs in the test's directory. */
-    [[nodiscard]] CfgFiles inFiles(const std::vector<std::string> &types) const
-    {
-        CfgFiles found;
-        for (const std::string &type : types)
-            found.emplace_back(type, files.path(type));
-        return found;
-    }
 
     static XasTestApp application(const std::string &name, CfgFiles cfgFiles)
     {
@@ -177,39 +158,4 @@ TEST_F(DaemonLogin, SeveralMessagesMakeOnePamFile)
     EXPECT_EQ(xasModeOf("/etc/tacplus.conf"), 0600U);
     EXPECT_EQ(xasModeOf(files.path("radius")), 0600U);
     EXPECT_FALSE(xasExists(std::string{PAM} + ".old"));
-}
-
-TEST_F(DaemonLogin, NisSetsTheDomainAndTakesItAwayAgain)
-{
-    start();
-    XasMessageBuilder message{XMSG_NIS};
-    message.set("enabled=1 domain=eng broadcast=1 master=nis0 slave1=none slave2=none slave3=none "
-                "slave4=none slave5=none");
-    EXPECT_EQ(outcome(message), XAS_APPLIED);
-    EXPECT_EQ(files.read("yp"),
-              "# /etc/yp.conf - ypbind configuration file\ndomain eng server nis0 \ndomain eng broadcast\n");
-    EXPECT_EQ(files.read("network"), "NETWORKING=yes\nNISDOMAIN=eng");
-    ASSERT_TRUE(daemon.stubs.await(1));
-    EXPECT_THAT(daemon.stubs.lines(), ElementsAre("/bin/domainname eng"));
-
-    EXPECT_EQ(outcome(message.set("domain", "")), XAS_APPLIED);
-    EXPECT_EQ(files.read("network"), "NETWORKING=yes\n");
-    EXPECT_THAT(logLines(), IsEmpty());
-}
-
-TEST_F(DaemonLogin, LdapFilesComeAndGoWithTheSetting)
-{
-    start();
-    XasMessageBuilder message{XMSG_LDAP};
-    message.set("enabled=1 server=dir1 server2=");
-    message.set("base=dc=x bind_passwd=pw port=389 encrypt=1");
-    EXPECT_EQ(outcome(message), XAS_APPLIED);
-    EXPECT_EQ(files.read("openldap"), "# tools\nHOST dir1 \nBASE dc=x \n");
-    EXPECT_EQ(files.read("ldap"), "host dir1 \nbindpw pw\n\nssl start_tls\n");
-    EXPECT_EQ(xasModeOf(files.path("ldap")), 0600U);
-
-    EXPECT_EQ(outcome(message.set("enabled", 0)), XAS_APPLIED);
-    EXPECT_EQ(files.read("openldap"), "# tools\n");
-    EXPECT_FALSE(files.has("ldap"));
-    EXPECT_THAT(logLines(), IsEmpty());
 }

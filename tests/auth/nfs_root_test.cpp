@@ -4,9 +4,6 @@
 #include "support/reply.h"
 #include "support/share_files.h"
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 const XasLogLine NO_HOST = xasWarningLine("Error extracting host from NFS remote path\n");
@@ -42,20 +39,6 @@ class UpdateNfs : public XasUpdateSharesTest {
 using DispatchNfs = XasDispatchSharesTest;
 
 } // namespace
-
-TEST_F(UpdateNfs, FailsWithoutOneOfItsFilesInTheListAndTouchesNothing)
-{
-    const auto msg = nfsMessage({{"nas:/a", "/a"}});
-    EXPECT_EQ(update(xasUpdateNFSCfg, msg, {}), 1);
-    EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error determining NFS servers file\n")));
-    EXPECT_EQ(update(xasUpdateNFSCfg, msg, {"fstab"}), 1);
-    EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error determining NFS servers file\n")));
-    EXPECT_EQ(update(xasUpdateNFSCfg, msg, {"nfsServers"}), 1);
-    EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error determining NFS fstab config file\n")));
-    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
-    expectUntouched();
-    EXPECT_FALSE(xasExists("/var/nfsmounts"));
-}
 
 TEST_F(UpdateNfs, FailsWhenAMountPointCannotBeMadeAndLeavesTheFiles)
 {

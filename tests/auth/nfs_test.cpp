@@ -1,16 +1,11 @@
 // Remote directories: the list of their servers and their lines in the file-system table.
 #include "auth/nfs.h"
 
-#include "support/growth.h"
 #include "support/log.h"
 #include "support/reply.h"
 #include "wire/address.h"
 
 #include <arpa/inet.h>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -158,14 +153,6 @@ TEST_F(NfsText, HasBlanksTabsAndBackslashesOfPathsAsTheMountTableWantsThem)
               "s:/my\\040files\\134x\t /m/a\\040b\\011c\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
 }
 
-TEST_F(NfsText, TakesNoNoteOfAnUnusedShareWithoutAPath)
-{
-    XasNfsShares shares = {share("", "/m/a"), share("s:/b", "/m/b"), {}};
-    shares[0].used = false;
-    EXPECT_EQ(text("", shares), "s:/b\t /m/b\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
-    EXPECT_THAT(log.lines(), IsEmpty());
-}
-
 TEST_F(NfsText, TakesLinesOf307CharactersWithTheirLineFeed)
 {
     const std::string text307 = text("", {shareOfLength(307, true), shareOfLength(307, false), {}});
@@ -191,24 +178,9 @@ TEST_F(NfsText, LeavesALineOf308CharactersOutAndGoesOn)
     EXPECT_EQ(xasReplyText(reply), "4 NFS entry exceeds memory limmits");
 }
 
-TEST_F(NfsText, TakesNoNoteOfAnOverLongShareBehindOneWithoutAPath)
-{
-    EXPECT_EQ(text("", {share("", "/m"), shareOfLength(308, true), share("s:/c", "/m/c")}), "");
-    EXPECT_THAT(log.lines(), ElementsAre(EMPTY_PATH));
-    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
-}
-
 TEST_F(NfsText, DoesNotChangeWhenItIsMadeTwice)
 {
     const XasNfsShares shares = {share("s:/a", "/m/a"), share("s:/b", "/m/b", false), {}};
     const std::string once = text(LIFELIKE, shares);
     EXPECT_EQ(text(once, shares), once);
-}
-
-TEST_F(NfsText, TakesTheSameTimeForALineOfAnyFile)
-{
-    const auto edit = [&](std::string_view oldText) {
-        return text(oldText, {});
-    };
-    EXPECT_LT(xasGrowthPerLine(edit, "server:/somewhere /mnt/somewhere nfs ro 0 0\n"), XAS_CONSTANT_GROWTH);
 }

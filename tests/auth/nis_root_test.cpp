@@ -5,11 +5,6 @@
 #include "support/log.h"
 #include "support/programs.h"
 
-#include <gmock/gmock.h>
-#include <unistd.h>
-
-using testing::HasSubstr;
-
 namespace {
 
 class NisProgram : public XasFilesTest {

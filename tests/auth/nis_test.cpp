@@ -6,9 +6,6 @@
 #include "support/hosts.h"
 #include "support/reply.h"
 
-#include <cerrno>
-#include <gtest/gtest.h>
-
 namespace {
 
 XasNisPayload settings(std::string_view domain)
@@ -27,28 +24,7 @@ class NisFiles : public XasFilesTest {
     XasReplyStatus reply;
 };
 
-using NisFilesDeathTest = NisFiles;
-
 } // namespace
-
-TEST_F(NisFilesDeathTest, NeedTheirPathsAndSettings)
-{
-    const XasNisPayload cfgNIS{};
-    EXPECT_DEATH(xasEditYpCfgFile(nullptr, &cfgNIS, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditYpCfgFile("/x", nullptr, &reply), "cfgNIS != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditNetworkCfgFile(nullptr, &cfgNIS, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditNetworkCfgFile("/x", nullptr, &reply), "cfgNIS != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(NisFiles, NetworkSettingsMustExistAndNoDomainIsThenSet)
-{
-    const std::string path = dir.path("network");
-    const XasNisPayload cfgNIS = settings("eng");
-    const XasFault noChild{"fork", EAGAIN};
-    EXPECT_EQ(xasEditNetworkCfgFile(path.c_str(), &cfgNIS, &reply), 1);
-    EXPECT_EQ(xasReplyText(reply), "2 Error opening sysconfig/network config file");
-    EXPECT_EQ(noChild.calls(), 0U);
-}
 
 TEST_F(NisFiles, NetworkSettingsStayWhenTheyCannotBeSavedButTheDomainIsSet)
 {

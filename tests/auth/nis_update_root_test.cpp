@@ -1,12 +1,8 @@
 // The handler of NIS: what is its own beside what all settings share.
 #include "auth/nis.h"
 
-#include "support/hosts.h"
 #include "support/login_files.h"
-#include "support/reply.h"
 #include "support/stub.h"
-
-using testing::IsEmpty;
 
 namespace {
 

@@ -1,9 +1,7 @@
 // The name-service switch: its sources and its lines.
 #include "auth/nsswitch.h"
 
-#include <algorithm>
-#include <gtest/gtest.h>
-#include <vector>
+#include "support/test.h"
 
 namespace {
 
@@ -19,12 +17,6 @@ XasAuthOrder orderOf(std::uint32_t local, std::uint32_t nis, std::uint32_t radiu
 }
 
 } // namespace
-
-TEST(NsswitchFileDeathTest, NeedsItsPath)
-{
-    XasReplyStatus reply;
-    EXPECT_DEATH(xasEditNsswitchCfgFile(nullptr, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-}
 
 TEST(NsswitchSources, AreTheLocalFilesWhenNothingElseIs)
 {

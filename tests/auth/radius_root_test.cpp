@@ -1,11 +1,7 @@
 // The handler of RADIUS: what is its own beside what all settings share.
 #include "auth/radius.h"
 
-#include "support/hosts.h"
 #include "support/login_files.h"
-#include "support/reply.h"
-
-using testing::IsEmpty;
 
 namespace {
 

@@ -2,8 +2,7 @@
 #include "auth/radius.h"
 
 #include "support/hosts.h"
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
 
@@ -24,14 +23,6 @@ XasRadiusPayload settings(const XasHostAddr &host1, const XasHostAddr &host2)
 }
 
 } // namespace
-
-TEST(RadiusFileDeathTest, NeedsItsPathAndSettings)
-{
-    const XasRadiusPayload cfgRadius{};
-    XasReplyStatus reply;
-    EXPECT_DEATH(xasEditRadiusCfgFile(nullptr, &cfgRadius, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditRadiusCfgFile("/x", nullptr, &reply), "cfgRadius != \\(\\(void \\*\\)0\\)");
-}
 
 TEST(RadiusText, KeepsOnlyCommentsWhenDisabled)
 {

@@ -1,12 +1,7 @@
 // SNMP, NFS and CIFS messages through the built daemon: files, acknowledgement and log; and a real agent that
 // it starts and stops.
-#include "support/hosts.h"
 #include "support/message_files.h"
 #include "support/snmp.h"
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace {
 
@@ -23,29 +18,6 @@ XasMessageBuilder snmpMessage(std::string_view community)
         .set("ro_community", community)
         .set("rw_community", "writer");
 }
-
-class DaemonSnmp : public XasMessageFilesTest {
-  protected:
-    DaemonSnmp() : XasMessageFilesTest{"snmp", {"snmp"}} { files.write("snmp", "syscontact me\n"); }
-};
-
-class DaemonNfs : public XasMessageFilesTest {
-  protected:
-    DaemonNfs() : XasMessageFilesTest{"nfs", {"nfsServers", "fstab"}}
-    {
-        std::filesystem::remove_all("/var/nfsmounts");
-        files.write("nfsServers", "old\n");
-        files.write("fstab", "proc /proc proc defaults 0 0\n");
-    }
-
-    static XasMessageBuilder message(std::string_view remote)
-    {
-        return XasMessageBuilder{XMSG_NFS}
-            .set("mount1.rem_dir", remote)
-            .set("mount1.local_dir", "/logs")
-            .set("mount1.mount", 1);
-    }
-};
 
 class DaemonCifs : public XasMessageFilesTest {
   protected:
@@ -90,51 +62,6 @@ class DaemonAgent : public XasFilesTest {
 
 } // namespace
 
-TEST_F(DaemonSnmp, RefusesAFileThatCannotBePutInPlace)
-{
-    files.putDirectory("snmp");
-    start();
-    EXPECT_EQ(outcome(snmpMessage("reader")), "0 3 Error saving new SNMP config file");
-    EXPECT_THAT(logLines(),
-                ElementsAre(renameNewFailed("snmp"), xasErrorLine("Error editing SNMP config file\n"),
-                            updateFailed("snmp")));
-}
-
-TEST_F(DaemonSnmp, WritesItsFileForNobodyElse)
-{
-    start();
-    EXPECT_EQ(outcome(snmpMessage("reader")), XAS_APPLIED);
-    EXPECT_EQ(files.read("snmp"), "syscontact  noc\nrocommunity  reader\nrwcommunity  writer\n");
-    EXPECT_EQ(xasModeOf(files.path("snmp")), 0600U);
-    EXPECT_THAT(logLines(), IsEmpty());
-}
-
-TEST_F(DaemonNfs, RefusesATableThatIsNotThereAndKeepsTheServers)
-{
-    files.remove("fstab");
-    start();
-    EXPECT_EQ(outcome(message("127.0.0.1:/logs")), "0 2 Error opening NFS config file");
-    EXPECT_THAT(logLines(),
-                ElementsAre(openFailed("fstab"), xasErrorLine("Error editing NFS fstab config file\n"),
-                            updateFailed("nfs")));
-    EXPECT_EQ(files.read("nfsServers"), "NFS_SERVERS=\"127.0.0.1\"\n");
-}
-
-TEST_F(DaemonNfs, GoesOnAtWorkAfterAShareWithoutARemoteDirectory)
-{
-    start();
-    const XasMessage msg =
-        message("").set("mount2.rem_dir=127.0.0.1:/home mount2.local_dir=/home mount2.mount=1");
-    EXPECT_EQ(outcome(msg), XAS_APPLIED);
-    EXPECT_THAT(logLines(), ElementsAre(xasWarningLine("Error extracting host from NFS remote path\n"),
-                                        xasWarningLine("Ignoring NFS mount with empty path\n")));
-    EXPECT_EQ(files.read("fstab"), "proc /proc proc defaults 0 0\n");
-    EXPECT_EQ(outcome(message("127.0.0.1:/logs")), XAS_APPLIED);
-    EXPECT_EQ(files.read("fstab"),
-              "proc /proc proc defaults 0 0\n"
-              "127.0.0.1:/logs\t /var/nfsmounts/logs\t nfs\t defaults,nodev,soft,intr,nolock,ro 0 0\n");
-}
-
 TEST_F(DaemonCifs, RefusesAPasswordThatLacksAPartAndRestoresSmbConf)
 {
     start();
@@ -145,15 +72,6 @@ TEST_F(DaemonCifs, RefusesAPasswordThatLacksAPartAndRestoresSmbConf)
                             xasErrorLine("Error editing smbpasswd file\n"), updateFailed("samba")));
     EXPECT_EQ(files.read("smb"), "workgroup = OLD\n");
     EXPECT_EQ(files.read("smbpasswd"), "# passwords\n");
-}
-
-TEST_F(DaemonCifs, WritesBothFiles)
-{
-    start();
-    EXPECT_EQ(outcome(message()), XAS_APPLIED);
-    EXPECT_THAT(logLines(), IsEmpty());
-    EXPECT_EQ(files.read("smb"), "   workgroup = ENG\n");
-    EXPECT_EQ(files.read("smbpasswd"), "# passwords\ncifsuser:100:LANMAN:NT:[U          ]:LCT-1:Cifs User\n");
 }
 
 TEST_F(DaemonAgent, AnswersWithItsLatestFileAndNoMoreOnceItIsSwitchedOff)

@@ -7,12 +7,6 @@
 #include "support/message.h"
 #include "support/programs.h"
 
-#include <filesystem>
-#include <gmock/gmock.h>
-
-using testing::HasSubstr;
-using testing::Not;
-
 namespace {
 
 constexpr const char *OLD_SHARE = "[logs]\n"

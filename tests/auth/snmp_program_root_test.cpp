@@ -6,19 +6,11 @@
 #include "support/hosts.h"
 #include "support/snmp.h"
 
-#include <array>
-#include <gmock/gmock.h>
 #include <netdb.h>
-#include <sstream>
 #include <sys/socket.h>
 #include <sys/time.h>
-#include <unistd.h>
 
 using testing::Combine;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 using testing::Values;
 
 namespace {

@@ -1,18 +1,9 @@
 // The SNMP agent's file.
 #include "auth/snmp.h"
 
-#include "support/faults.h"
-#include "support/files.h"
-#include "support/growth.h"
 #include "support/hosts.h"
-#include "support/log.h"
-#include "support/reply.h"
+#include "support/test.h"
 
-#include <array>
-#include <cerrno>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
 using testing::Values;
 
 namespace {
@@ -79,18 +70,6 @@ std::string lineText(const std::string &line, const XasSnmpPayload &snmpCfg = ke
     return xasSnmpText(line + "\n", snmpCfg);
 }
 
-class SnmpFile : public XasFilesTest {
-  protected:
-    int edit() { return xasEditSNMPCfgFile(path.c_str(), &snmpCfg, &reply); }
-
-    XasSnmpPayload snmpCfg = keeping();
-    std::string path = dir.path("snmpd.conf");
-    XasLogCapture log;
-    XasReplyStatus reply;
-};
-
-using SnmpFileDeathTest = SnmpFile;
-
 /** A keyword and what a line of it becomes in each community mode. */
 struct CommunityRow {
     const char *keyword;
@@ -100,11 +79,6 @@ struct CommunityRow {
 class SnmpCommunities : public testing::TestWithParam<CommunityRow> {};
 
 } // namespace
-
-TEST(SnmpText, OfAnEmptyFileHasTheTwoCommunities)
-{
-    EXPECT_EQ(xasSnmpText("", settings()), "rocommunity  reader\nrwcommunity  writer\n");
-}
 
 TEST(SnmpText, OfAnEmptyFileStaysEmptyInEveryOtherMode)
 {
@@ -156,33 +130,6 @@ TEST(SnmpText, ReplacesAWholeFile)
                                               "trap2sink 2001:db8::30\n");
 }
 
-TEST(SnmpText, TakesAllCommunitiesOutOfAWholeFile)
-{
-    XasSnmpPayload snmpCfg = settings();
-    snmpCfg.community_mode = 1;
-    EXPECT_EQ(xasSnmpText(LIFELIKE, snmpCfg), "###########################################################\n"
-                                              "# snmpd.conf: the agent of the console server\n"
-                                              "agentAddress  udp:161,udp6:[::1]:161\n"
-                                              "\n"
-                                              "#  System Information\n"
-                                              "syslocation  Rack 4, row B\n"
-                                              "syscontact  noc@example.org\n"
-                                              "sysServices    72\n"
-                                              "#  Users\n"
-                                              "rouser  monitor noauth\n"
-                                              "createUser monitor MD5 monitorpass DES monitorphrase\n"
-                                              "rwuser  manager noauth\n"
-                                              "createUser manager MD5 managerpass DES managerphrase\n"
-                                              "#  Communities\n"
-                                              "#rocommunity secret 10.0.0.0/16\n"
-                                              "# rwcommunity secret 10.0.0.0/16\n"
-                                              "#  Traps\n"
-                                              "trapcommunity  alarms\n"
-                                              "informsink   localhost public\n"
-                                              "view   systemonly  included   .1.3.6.1.2.1.1\n"
-                                              "extend    test1   /bin/echo  Hello, world!\n");
-}
-
 TEST(SnmpText, KeepsLinesWhoseFirstWordIsNoneOfItsOwn)
 {
     for (const char *line :
@@ -219,11 +166,6 @@ TEST(SnmpText, GivesEveryUserLineItsOwnNewCreateUserLineBehindIt)
         "rouser  monitor noauth\ncreateUser monitor MD5 monitorpass DES monitorphrase\n");
 }
 
-TEST(SnmpText, CreatesNoUserInAFileWithoutUserLines)
-{
-    EXPECT_EQ(xasSnmpText("createUser a MD5 b DES c\n", keeping()), "");
-}
-
 TEST(SnmpText, NamesEachSecurityLevelAndTakesOthersForAuthentication)
 {
     const std::array<std::pair<std::uint32_t, const char *>, 6> levels = {
@@ -240,27 +182,19 @@ TEST(SnmpText, NamesEachSecurityLevelAndTakesOthersForAuthentication)
     }
 }
 
-TEST(SnmpText, UsesShaForOneAndMd5ForEveryOtherAuthentication)
+TEST(SnmpText, UsesShaAndAesForOneMd5AndDesForEveryOtherNumber)
 {
-    for (const std::uint32_t auth : {0U, 1U, 2U, 3U, 0x101U, 0xFFFFFFFFU}) {
+    for (const std::uint32_t number : {0U, 1U, 2U, 3U, 0x101U, 0xFFFFFFFFU}) {
         XasSnmpPayload snmpCfg = keeping();
-        snmpCfg.v3auth = auth;
+        snmpCfg.v3auth = number;
         EXPECT_EQ(lineText("rouser x", snmpCfg), "rouser  monitor noauth\ncreateUser monitor " +
-                                                     std::string{auth == 1 ? "SHA" : "MD5"} +
-                                                     " monitorpass DES monitorphrase\n")
-            << auth;
-    }
-}
-
-TEST(SnmpText, UsesAesForOneAndDesForEveryOtherEncryption)
-{
-    for (const std::uint32_t encrypt : {0U, 1U, 2U, 3U, 0x101U, 0xFFFFFFFFU}) {
-        XasSnmpPayload snmpCfg = keeping();
-        snmpCfg.v3encrypt = encrypt;
+                                                     std::string{number == 1 ? "SHA" : "MD5"} +
+                                                     " monitorpass DES monitorphrase\n");
+        snmpCfg = keeping();
+        snmpCfg.v3encrypt = number;
         EXPECT_EQ(lineText("rwuser x", snmpCfg),
                   "rwuser  manager noauth\ncreateUser manager MD5 managerpass " +
-                      std::string{encrypt == 1 ? "AES" : "DES"} + " managerphrase\n")
-            << encrypt;
+                      std::string{number == 1 ? "AES" : "DES"} + " managerphrase\n");
     }
 }
 
@@ -293,43 +227,14 @@ TEST(SnmpText, QuotesEachPassPhraseThatHasABlankAndNoOther)
     }
 }
 
-TEST(SnmpText, ReadsTextsThatFillTheirFieldUpToTheEndOfTheField)
-{
-    XasSnmpPayload snmpCfg = settings();
-    const auto fill = [](XasSnmpText &text, char with) {
-        std::ranges::fill(text, with);
-    };
-    fill(snmpCfg.syslocation, 'a');
-    fill(snmpCfg.syscontact, 'b');
-    fill(snmpCfg.v3user, 'c');
-    fill(snmpCfg.v3pass, 'd');
-    fill(snmpCfg.v3phrase, 'e');
-    fill(snmpCfg.v3rwuser, 'f');
-    fill(snmpCfg.v3rwpass, 'g');
-    fill(snmpCfg.v3rwphrase, 'h');
-    fill(snmpCfg.ro_community, 'i');
-    fill(snmpCfg.rw_community, 'j');
-    fill(snmpCfg.trap_community, 'k');
-    EXPECT_EQ(xasSnmpText("syslocation\nsyscontact\nrouser\nrwuser\ntrapcommunity\n", snmpCfg),
-              "syslocation  aaaaaaaaaaaaaaaaaaaaa\n"
-              "syscontact  bbbbbbbbbbbbbbbbbbbbb\n"
-              "rouser  ccccccccccccccccccccc noauth\n"
-              "createUser ccccccccccccccccccccc MD5 ddddddddddddddddddddd DES eeeeeeeeeeeeeeeeeeeee\n"
-              "rwuser  fffffffffffffffffffff noauth\n"
-              "createUser fffffffffffffffffffff MD5 ggggggggggggggggggggg DES hhhhhhhhhhhhhhhhhhhhh\n"
-              "trapcommunity  kkkkkkkkkkkkkkkkkkkkk\n"
-              "rocommunity  iiiiiiiiiiiiiiiiiiiii\n"
-              "rwcommunity  jjjjjjjjjjjjjjjjjjjjj\n");
-}
-
 TEST_P(SnmpCommunities, AreRewrittenInModeZeroDroppedInModeOneAndKeptInEveryOther)
 {
     for (const char *rest : {"", " public", "\tpublic default", "  public  10.0.0.0/8 .1.3"}) {
         const std::string line = GetParam().keyword + std::string{rest};
         const std::string indented = " \t" + line;
         XasSnmpPayload snmpCfg = settings();
-        EXPECT_THAT(xasSnmpText(line + "\n", snmpCfg), testing::StartsWith(GetParam().written)) << line;
-        EXPECT_THAT(xasSnmpText(indented + "\n", snmpCfg), testing::StartsWith(GetParam().written)) << line;
+        EXPECT_THAT(xasSnmpText(line + "\n", snmpCfg), StartsWith(GetParam().written)) << line;
+        EXPECT_THAT(xasSnmpText(indented + "\n", snmpCfg), StartsWith(GetParam().written)) << line;
         snmpCfg.community_mode = 1;
         EXPECT_EQ(xasSnmpText(line + "\n", snmpCfg), "");
         EXPECT_EQ(xasSnmpText(indented + "\n", snmpCfg), "");
@@ -356,12 +261,6 @@ TEST(SnmpText, AddsTheCommunityThatNoLineHas)
     EXPECT_EQ(xasSnmpText("rwcommunity6 x\n", settings()), "rwcommunity  writer\nrocommunity  reader\n");
 }
 
-TEST(SnmpText, AddsNoCommunityWhenOneOfEachIsThere)
-{
-    EXPECT_EQ(xasSnmpText("rocommunity x\nrocommunity6 x\nrwcommunity6 y\nrwcommunity y\n", settings()),
-              "rocommunity  reader\nrocommunity6  reader\nrwcommunity  writer\nrwcommunity  writer\n");
-}
-
 TEST(SnmpText, DropsOldTrapDestinationsAndWritesThoseThatAreGiven)
 {
     constexpr const char *OLD = "trapsink a\n trap2sink b public\n\ttrapsink\nview all included .1\n";
@@ -382,26 +281,6 @@ TEST(SnmpText, TakesAHostRecordOfZeroesForAnAddress)
     XasSnmpPayload snmpCfg = keeping();
     snmpCfg.trap_hosts[1] = {};
     EXPECT_EQ(xasSnmpText("", snmpCfg), "trapsink 0.0.0.0\ntrap2sink 0.0.0.0\n");
-}
-
-TEST(SnmpText, ReadsATrapHostsNameThatFillsItsFieldUpToTheEndOfTheField)
-{
-    XasSnmpPayload snmpCfg = keeping();
-    const std::string name(68, 'n');
-    snmpCfg.trap_hosts[0] = xasNamedHost(name);
-    EXPECT_EQ(xasSnmpText("", snmpCfg), "trapsink " + name + "\ntrap2sink " + name + "\n");
-}
-
-TEST(SnmpText, AppendsTheCommunitiesBeforeTheTrapDestinations)
-{
-    XasSnmpPayload snmpCfg = settings();
-    snmpCfg.trap_hosts[0] = xasHostWithAddress("10.0.0.9");
-    EXPECT_EQ(xasSnmpText("rouser x\n", snmpCfg), "rouser  monitor noauth\n"
-                                                  "createUser monitor MD5 monitorpass DES monitorphrase\n"
-                                                  "rocommunity  reader\n"
-                                                  "rwcommunity  writer\n"
-                                                  "trapsink 10.0.0.9\n"
-                                                  "trap2sink 10.0.0.9\n");
 }
 
 TEST(SnmpText, EndsAReplacedLastLineButNotACopiedOne)
@@ -435,32 +314,4 @@ TEST(SnmpText, DoesNotChangeWhenItIsMadeTwice)
     snmpCfg.trap_hosts[0] = xasNamedHost("traps.example.org");
     const std::string once = xasSnmpText(LIFELIKE, snmpCfg);
     EXPECT_EQ(xasSnmpText(once, snmpCfg), once);
-}
-
-TEST(SnmpText, TakesTheSameTimeForALineOfAnyFile)
-{
-    const auto edit = [](std::string_view text) {
-        return xasSnmpText(text, keeping());
-    };
-    EXPECT_LT(xasGrowthPerLine(edit, "rouser somebody auth\n"), XAS_CONSTANT_GROWTH);
-}
-
-TEST_F(SnmpFileDeathTest, NeedsItsPathItsValuesAndAReply)
-{
-    EXPECT_DEATH(xasEditSNMPCfgFile(nullptr, &snmpCfg, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditSNMPCfgFile("/tmp/none", nullptr, &reply), "snmpCfg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditSNMPCfgFile("/tmp/none", &snmpCfg, nullptr), "replyReason != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(SnmpFile, StaysAsItIsButForItsModeWhenTheNewOneCannotBePutInPlace)
-{
-    dir.write("snmpd.conf", "syscontact me\n");
-    const XasFault fault{"rename", EIO, 1};
-    EXPECT_EQ(edit(), 1);
-    EXPECT_EQ(xasReplyText(reply), "3 Error saving new SNMP config file");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error renaming new config file \"" + path + "\"\n")));
-    EXPECT_EQ(dir.read("snmpd.conf"), "syscontact me\n");
-    EXPECT_EQ(xasModeOf(path), 0600U);
-    EXPECT_EQ(dir.read("snmpd.conf.tmp"), "syscontact  noc@example.org\n");
-    EXPECT_EQ(xasModeOf(path + ".tmp"), 0600U);
 }

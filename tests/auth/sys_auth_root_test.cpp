@@ -11,19 +11,8 @@
 namespace {
 
 using SysAuth = XasLoginFilesTest;
-using SysAuthDeathTest = XasLoginFilesTest;
 
 } // namespace
-
-TEST_F(SysAuthDeathTest, TheEditorsOfTheMethodsNeedTheirSettings)
-{
-    EXPECT_DEATH(xasEditSysAuthCfgFile(nullptr, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditNisSysAuthCfgFile("/x", nullptr), "cfgNIS != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditLdapSysAuthCfgFile("/x", nullptr), "cfgLDAP != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditRadiusSysAuthCfgFile("/x", nullptr), "cfgRadius != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditKerberosSysAuthCfgFile("/x", nullptr), "cfgKerberos != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditTacacsSysAuthCfgFile("/x", nullptr), "cfgTacacs != \\(\\(void \\*\\)0\\)");
-}
 
 TEST_F(SysAuth, EveryEditorRefreshesThePamFile)
 {

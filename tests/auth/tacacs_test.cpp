@@ -5,8 +5,6 @@
 #include "support/files.h"
 #include "support/hosts.h"
 
-#include <gtest/gtest.h>
-
 namespace {
 
 constexpr const char *TEMPLATE = "server1 = $(SERVER_1)\nserver2 = $(SERVER_2)\nserver3 = $(SERVER_3)\n"
@@ -31,18 +29,7 @@ class TacacsFile : public XasFilesTest {
     XasReplyStatus reply;
 };
 
-using TacacsFileDeathTest = TacacsFile;
-
 } // namespace
-
-TEST_F(TacacsFileDeathTest, NeedsItsPathsAndSettings)
-{
-    EXPECT_DEATH(xasEditTacacsCfgFile(nullptr, "/x", &cfgTacacs, &reply),
-                 "cfgTemplateFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditTacacsCfgFile("/x", nullptr, &cfgTacacs, &reply),
-                 "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditTacacsCfgFile("/x", "/x", nullptr, &reply), "cfgTacacs != \\(\\(void \\*\\)0\\)");
-}
 
 TEST_F(TacacsFile, IsWrittenWhenDisabledTooAndIsTheOwnersAlone)
 {

@@ -7,13 +7,6 @@
 #include "auth/sys_auth.h"
 #include "support/faults.h"
 #include "support/login_files.h"
-#include "support/reply.h"
-
-#include <cerrno>
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace {
 
@@ -113,14 +106,7 @@ TEST_F(UpdateAuth, WritesTheOrderAndWhatFollowsFromItAndFromTheSettingsOfOtherMe
 
 TEST_F(UpdateAuth, WritesTheOrderDirectlyAndReadsItBack)
 {
-    const XasAuthOrder written{.local = 1,
-                               .nis = 2,
-                               .ldap = 3,
-                               .radius = 4,
-                               .securid = 5,
-                               .kerberos = 6,
-                               .tacacs = 7,
-                               .firstResponding = 1};
+    const XasAuthOrder written{1, 2, 3, 4, 5, 6, 7, 1};
     EXPECT_EQ(xasWriteAuthenOrder(written), 0);
     EXPECT_EQ(xasReadFile(ORDER), "LOCAL=1\nNIS=2\nLDAP=3 \nRADIUS=4\nSECURID=5 \nKERBEROS=6 \nTACACS=7 \n");
     XasAuthOrder order{};

@@ -1,14 +1,7 @@
 // The text of a user's port permissions.
 #include "auth/user_ports.h"
 
-#include <cstring>
-#include <gmock/gmock.h>
-
-TEST(UserPortDeathTest, NeedsAUser)
-{
-    XasReplyStatus reply;
-    EXPECT_DEATH(xasLocalUserPortFiles(nullptr, &reply), "pxUser != \\(\\(void \\*\\)0\\)");
-}
+#include "support/test.h"
 
 TEST(UserPortText, HasTheMasksInHexadecimalAndTheSequencesInQuotes)
 {

@@ -1,21 +1,11 @@
 // Local users through the built daemon: the list in its second queue record, whole, failed and missing.
 #include "auth/user_message.h"
 #include "support/daemon.h"
+#include "support/users.h"
 
-#include <csignal>
-#include <gmock/gmock.h>
 #include <sys/msg.h>
-#include <sys/wait.h>
-
-using namespace std::chrono_literals;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
 
 namespace {
-
-constexpr const char *LIST = "/etc/.lusers";
 
 std::string loginOf(unsigned number)
 {
@@ -61,7 +51,7 @@ class DaemonUsers : public testing::Test {
   protected:
     void start()
     {
-        xasWriteFile(LIST, "");
+        xasWriteFile(XAS_USER_LIST, "");
         daemon.emplace();
         daemon->start({{.name = "localuser"}});
         daemon->stubs.forget();
@@ -106,26 +96,14 @@ class DaemonUsers : public testing::Test {
             list += loginOf(number) + "\n";
         }
         EXPECT_EQ(daemon->stubs.lines(), commands);
-        EXPECT_EQ(xasReadFile(LIST), list);
-        EXPECT_THAT(xasReadFile("/etc/zel/" + loginOf(count) + ".conf"),
-                    testing::StartsWith("ALLOW_LISTEN=0x"));
+        EXPECT_EQ(xasReadFile(XAS_USER_LIST), list);
+        EXPECT_THAT(xasReadFile("/etc/zel/" + loginOf(count) + ".conf"), StartsWith("ALLOW_LISTEN=0x"));
     }
 
     std::optional<XasTestDaemon> daemon;
 };
 
 } // namespace
-
-TEST_F(DaemonUsers, AreNotTouchedWhenTheirRecordHasAWrongSize)
-{
-    start();
-    daemon->queues->send(messageFor(2));
-    sendList(listOf(1));
-    ASSERT_TRUE(daemon->log.await("Expected 568 bytes from queue, got 344 bytes\n"));
-    expectNextAnswered();
-    EXPECT_THAT(daemon->stubs.calls(), IsEmpty());
-    EXPECT_EQ(xasReadFile(LIST), "");
-}
 
 TEST_F(DaemonUsers, AreNotTouchedWhenAnotherMessageComesInThePlaceOfTheirRecord)
 {
@@ -146,15 +124,6 @@ TEST_F(DaemonUsers, DoNotKeepTheDaemonFromEndingWhileTheirRecordIsMissing)
     EXPECT_TRUE(daemon->awaitEnd());
 }
 
-TEST_F(DaemonUsers, AreAllRemovedAndTheMessageFailsWhenItHasNone)
-{
-    start();
-    xasWriteFile(LIST, "root\n");
-    EXPECT_EQ(daemon->outcome(messageFor(0)), XAS_FAILED);
-    EXPECT_THAT(daemon->stubs.lines(), ElementsAre("/bin/deluser root"));
-    EXPECT_TRUE(daemon->log.await("sw/err-Error updating configuration for application: localuser\n"));
-}
-
 TEST_F(DaemonUsers, AreReadThoughTheMessageDoesNotIncludeThem)
 {
     start();
@@ -165,15 +134,6 @@ TEST_F(DaemonUsers, AreReadThoughTheMessageDoesNotIncludeThem)
     EXPECT_EQ(xasOutcomeIn(*answer), XAS_APPLIED);
     EXPECT_THAT(daemon->stubs.calls(), IsEmpty());
     expectNextAnswered();
-}
-
-TEST_F(DaemonUsers, AreMadeFromARecordOfOneUser)
-{
-    start();
-    EXPECT_TRUE(rebuild(1));
-    expectUsers(1);
-    EXPECT_EQ(xasReadFile("/etc/zel/user1.conf"), "ALLOW_LISTEN=0x1\nALLOW_DIRECT=0x0\nALLOW_CLEAR=0x0\n"
-                                                  "ESCAPE_SEQ=\"\"\nBREAK_SEQ=\"\"\n");
 }
 
 TEST_F(DaemonUsers, AreMadeFromTheLargestRecordOfAnOrdinaryQueue)

@@ -8,30 +8,12 @@
 #include "support/message.h"
 #include "support/reply.h"
 #include "support/stub.h"
-
-#include <cerrno>
-#include <filesystem>
-#include <gmock/gmock.h>
-#include <unistd.h>
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
+#include "support/users.h"
 
 namespace {
 
-constexpr const char *LIST = "/etc/.lusers";
 constexpr const char *NO_PERMISSIONS = "ALLOW_LISTEN=0x0\nALLOW_DIRECT=0x0\nALLOW_CLEAR=0x0\n"
                                        "ESCAPE_SEQ=\"\"\nBREAK_SEQ=\"\"\n";
-
-XasUserRecord userOf(std::string_view login, std::string_view password = {}, std::uint32_t uid = 501)
-{
-    XasUserRecord user{};
-    login.copy(user.login, sizeof user.login);
-    password.copy(user.password, sizeof user.password);
-    user.uid = uid;
-    return user;
-}
 
 class LocalUsers : public testing::Test {
   protected:
@@ -39,7 +21,7 @@ class LocalUsers : public testing::Test {
     {
         std::filesystem::remove_all("/etc/zel");
         std::filesystem::create_directories("/etc/zel");
-        xasWriteFile(LIST, "");
+        xasWriteFile(XAS_USER_LIST, "");
         stubs.put("/bin/adduser");
         stubs.put("/bin/deluser");
     }
@@ -87,20 +69,20 @@ TEST_F(LocalUsers, RefuseALoginThatIsNoneWhateverTheAction)
 {
     for (const std::string_view login : {"", "-r", "../../tmp/x", "a b", "a\nb", "\t", "a:b"}) {
         for (const std::uint32_t action : {0U, 1U, 2U, 3U, 5U})
-            EXPECT_EQ(single(userOf(login, "p"), action), 1) << login;
+            EXPECT_EQ(single(xasTestUser(login, "p"), action), 1) << login;
     }
-    EXPECT_THAT(log.lines(), testing::Each(xasErrorLine("Invalid user to add\n")));
+    EXPECT_THAT(log.lines(), Each(xasErrorLine("Invalid user to add\n")));
     EXPECT_EQ(log.lines().size(), 35U);
     EXPECT_THAT(stubs.calls(), IsEmpty());
-    EXPECT_EQ(xasReadFile(LIST), "");
+    EXPECT_EQ(xasReadFile(XAS_USER_LIST), "");
     EXPECT_TRUE(std::filesystem::is_empty("/etc/zel"));
 }
 
 TEST_F(LocalUsers, RefuseAnActionThatIsNone)
 {
-    EXPECT_EQ(single(userOf("alice"), 5), 1);
-    EXPECT_EQ(single(userOf("alice"), 4), 1);
-    EXPECT_EQ(single(userOf("alice"), 0xFFFFFFFFU), 1);
+    EXPECT_EQ(single(xasTestUser("alice"), 5), 1);
+    EXPECT_EQ(single(xasTestUser("alice"), 4), 1);
+    EXPECT_EQ(single(xasTestUser("alice"), 0xFFFFFFFFU), 1);
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Invalid user action 5\n"), xasErrorLine("Invalid user action 4\n"),
                             xasErrorLine("Invalid user action -1\n")));
@@ -109,35 +91,35 @@ TEST_F(LocalUsers, RefuseAnActionThatIsNone)
 
 TEST_F(LocalUsers, AddFailsSilentlyWhenTheListCannotBeOpened)
 {
-    std::filesystem::remove(LIST);
-    std::filesystem::create_directories(std::string{LIST} + "/inside");
-    EXPECT_EQ(single(userOf("alice"), 0), 1);
+    std::filesystem::remove(XAS_USER_LIST);
+    std::filesystem::create_directories(std::string{XAS_USER_LIST} + "/inside");
+    EXPECT_EQ(single(xasTestUser("alice"), 0), 1);
     EXPECT_THAT(log.lines(), IsEmpty());
     EXPECT_THAT(stubs.calls(), IsEmpty());
-    std::filesystem::remove_all(LIST);
+    std::filesystem::remove_all(XAS_USER_LIST);
 }
 
 TEST_F(LocalUsers, AddFailsWithTheWaitStatusAndTheLoginStaysListed)
 {
     stubs.put("/bin/adduser", 3);
-    EXPECT_EQ(single(userOf("alice", "", 501), 0), 1);
+    EXPECT_EQ(single(xasTestUser("alice", "", 501), 0), 1);
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("adduser command for alice, uid 501 failed with code 768\n")));
-    EXPECT_EQ(xasReadFile(LIST), "alice\n");
+    EXPECT_EQ(xasReadFile(XAS_USER_LIST), "alice\n");
     EXPECT_FALSE(xasExists("/etc/zel/alice.conf"));
 }
 
 TEST_F(LocalUsers, AddFailsWhenNoShellCanBeRun)
 {
     const XasFault fault{"fork", EAGAIN};
-    EXPECT_EQ(single(userOf("alice", "", 501), 0), 1);
+    EXPECT_EQ(single(xasTestUser("alice", "", 501), 0), 1);
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("adduser command for alice, uid 501 failed with code -1\n")));
 }
 
 TEST_F(LocalUsers, AddFailsWhenThePasswordsQuotesMakeTheCommandTooLong)
 {
-    EXPECT_EQ(single(userOf("alice", std::string(66, '\''), 501), 0), 1);
+    EXPECT_EQ(single(xasTestUser("alice", std::string(66, '\''), 501), 0), 1);
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("adduser command for alice, uid 501 failed with code -1\n")));
     EXPECT_THAT(stubs.calls(), IsEmpty());
@@ -146,7 +128,7 @@ TEST_F(LocalUsers, AddFailsWhenThePasswordsQuotesMakeTheCommandTooLong)
 TEST_F(LocalUsers, AddFailsWhenThePortFileCannotBeWritten)
 {
     std::filesystem::remove_all("/etc/zel");
-    EXPECT_EQ(single(userOf("alice"), 0), 1);
+    EXPECT_EQ(single(xasTestUser("alice"), 0), 1);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error opening config file \"/etc/zel/alice.conf\"\n"),
                                          xasErrorLine("Error setting port permissions for alice\n")));
     EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
@@ -156,22 +138,22 @@ TEST_F(LocalUsers, APortFileThatIsALinkIsNotFollowed)
 {
     xasWriteFile("/tmp/victim", "precious\n");
     ASSERT_EQ(::symlink("/tmp/victim", "/etc/zel/alice.conf"), 0);
-    const XasUserRecord user = userOf("alice");
+    const XasUserRecord user = xasTestUser("alice");
     EXPECT_EQ(xasLocalUserPortFiles(&user, &reply), 1);
     EXPECT_EQ(xasReadFile("/tmp/victim"), "precious\n");
 }
 
 TEST_F(LocalUsers, AddMakesTheAccountTheListEntryAndThePortFile)
 {
-    XasUserRecord user = userOf("alice", "$1$ab$cd");
+    XasUserRecord user = xasTestUser("alice", "$1$ab$cd");
     user.listen = ~0ULL;
     user.clear = 0x10;
     xasSetFieldText(user.escseq, "^Ec?");
     EXPECT_EQ(single(user, 0), 0);
-    EXPECT_EQ(single(userOf("bob", "", 502), 0), 0);
+    EXPECT_EQ(single(xasTestUser("bob", "", 502), 0), 0);
     EXPECT_THAT(stubs.lines(), ElementsAre("/bin/adduser -D -H -u 501 -s /bin/cli -h / -p $1$ab$cd alice",
                                            "/bin/adduser -D -H -u 502 -s /bin/cli -h / bob"));
-    EXPECT_EQ(xasReadFile(LIST), "alice\nbob\n");
+    EXPECT_EQ(xasReadFile(XAS_USER_LIST), "alice\nbob\n");
     EXPECT_EQ(portFile("alice"), "ALLOW_LISTEN=0xffffffffffffffff\nALLOW_DIRECT=0x0\nALLOW_CLEAR=0x10\n"
                                  "ESCAPE_SEQ=\"^Ec?\"\nBREAK_SEQ=\"\"\n");
     EXPECT_THAT(log.lines(), IsEmpty());
@@ -179,40 +161,20 @@ TEST_F(LocalUsers, AddMakesTheAccountTheListEntryAndThePortFile)
 
 TEST_F(LocalUsers, APortFileKeepsItsMode)
 {
-    EXPECT_EQ(single(userOf("bob"), 0), 0);
+    EXPECT_EQ(single(xasTestUser("bob"), 0), 0);
     EXPECT_EQ(xasModeOf("/etc/zel/bob.conf"), 0644U);
     xasWriteFile("/etc/zel/bob.conf", "old", 0640);
-    EXPECT_EQ(single(userOf("bob"), 1), 0);
+    EXPECT_EQ(single(xasTestUser("bob"), 1), 0);
     EXPECT_EQ(portFile("bob"), NO_PERMISSIONS);
     EXPECT_EQ(xasModeOf("/etc/zel/bob.conf"), 0640U);
 }
 
-TEST_F(LocalUsers, AddOfTheAdministratorNamesGroupAndComment)
-{
-    EXPECT_EQ(single(userOf("sysadmin", "", 200), 0), 0);
-    EXPECT_THAT(stubs.calls(), ElementsAre(ElementsAre("/bin/adduser", "-D", "-H", "-u", "200", "-G", "root",
-                                                       "-s", "/bin/cli", "-g", "System Administrator", "-h",
-                                                       "/", "-p", "", "sysadmin")));
-    EXPECT_EQ(portFile("sysadmin"), NO_PERMISSIONS);
-}
-
 TEST_F(LocalUsers, TextsWithShellCharactersReachTheToolAsSingleWords)
 {
-    const std::vector<std::string> logins = {"$(touch${IFS}owned)",
-                                             "a;touch",
-                                             "a'b",
-                                             "a\"b",
-                                             "`x`",
-                                             "a&b|c>d<e",
-                                             "a*?",
-                                             "~root",
-                                             "a\\b",
-                                             "#a",
-                                             "!!",
-                                             "\xc3\xa4"};
-    for (const std::string &login : logins) {
+    for (const std::string login : {"$(touch${IFS}owned)", "a;touch", "a'b", "a\"b", "`x`", "a&b|c>d<e",
+                                    "a*?", "~root", "a\\b", "#a", "!!", "\xc3\xa4"}) {
         stubs.forget();
-        EXPECT_EQ(single(userOf(login, "p' $(touch /tmp/owned) `id` \"\\;"), 3), 0) << login;
+        EXPECT_EQ(single(xasTestUser(login, "p' $(touch /tmp/owned) `id` \"\\;"), 3), 0) << login;
         EXPECT_THAT(stubs.calls(),
                     ElementsAre(ElementsAre("/bin/deluser", login),
                                 ElementsAre("/bin/adduser", "-D", "-H", "-u", "501", "-s", "/bin/cli", "-h",
@@ -224,22 +186,22 @@ TEST_F(LocalUsers, TextsWithShellCharactersReachTheToolAsSingleWords)
 
 TEST_F(LocalUsers, EditMakesTheAccountAnewWithoutTheAdministratorsForm)
 {
-    EXPECT_EQ(single(userOf("sysadmin", "p", 200), 1), 0);
-    EXPECT_EQ(single(userOf("bob"), 1), 0);
+    EXPECT_EQ(single(xasTestUser("sysadmin", "p", 200), 1), 0);
+    EXPECT_EQ(single(xasTestUser("bob"), 1), 0);
     EXPECT_THAT(stubs.lines(),
                 ElementsAre("/bin/deluser sysadmin",
                             "/bin/adduser -D -H -u 200 -s /bin/cli -h / -p p sysadmin", "/bin/deluser bob",
                             "/bin/adduser -D -H -u 501 -s /bin/cli -h / bob"));
-    EXPECT_EQ(xasReadFile(LIST), "");
+    EXPECT_EQ(xasReadFile(XAS_USER_LIST), "");
     EXPECT_EQ(portFile("bob"), NO_PERMISSIONS);
 }
 
 TEST_F(LocalUsers, EditGoesOnWhenTheAccountCannotBeRemovedAndFailsWhenItCannotBeMade)
 {
     stubs.put("/bin/deluser", 1);
-    EXPECT_EQ(single(userOf("bob"), 1), 0);
+    EXPECT_EQ(single(xasTestUser("bob"), 1), 0);
     stubs.put("/bin/adduser", 1);
-    EXPECT_EQ(single(userOf("eve"), 1), 1);
+    EXPECT_EQ(single(xasTestUser("eve"), 1), 1);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("adduser command failed\n")));
     EXPECT_FALSE(xasExists("/etc/zel/eve.conf"));
 }
@@ -247,7 +209,7 @@ TEST_F(LocalUsers, EditGoesOnWhenTheAccountCannotBeRemovedAndFailsWhenItCannotBe
 TEST_F(LocalUsers, EditTellsThatNoShellCanBeRun)
 {
     const XasFault fault{"fork", EAGAIN};
-    EXPECT_EQ(single(userOf("bob"), 1), 1);
+    EXPECT_EQ(single(xasTestUser("bob"), 1), 1);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("system call deluser failed \n"),
                                          xasErrorLine("adduser command failed\n")));
 }
@@ -255,70 +217,79 @@ TEST_F(LocalUsers, EditTellsThatNoShellCanBeRun)
 TEST_F(LocalUsers, EditFailsWhenThePortFileCannotBeWritten)
 {
     std::filesystem::remove_all("/etc/zel");
-    EXPECT_EQ(single(userOf("bob"), 1), 1);
+    EXPECT_EQ(single(xasTestUser("bob"), 1), 1);
     EXPECT_THAT(log.lines(), Contains(xasErrorLine("Error setting port permissions for bob\n")));
 }
 
 TEST_F(LocalUsers, PasswordMakesTheAccountAnewWithAnEmptyPasswordTooAndNoPortFile)
 {
-    EXPECT_EQ(single(userOf("bob"), 3), 0);
+    EXPECT_EQ(single(xasTestUser("bob"), 3), 0);
     EXPECT_THAT(stubs.calls(), ElementsAre(ElementsAre("/bin/deluser", "bob"),
                                            ElementsAre("/bin/adduser", "-D", "-H", "-u", "501", "-s",
                                                        "/bin/cli", "-h", "/", "-p", "", "bob")));
     EXPECT_FALSE(xasExists("/etc/zel/bob.conf"));
     stubs.put("/bin/adduser", 1);
-    EXPECT_EQ(single(userOf("bob"), 3), 1);
+    EXPECT_EQ(single(xasTestUser("bob"), 3), 1);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("adduser command failed\n")));
 }
 
 TEST_F(LocalUsers, DeleteFailsWithoutAList)
 {
-    std::remove(LIST);
-    EXPECT_EQ(single(userOf("bob"), 2), -1);
+    std::remove(XAS_USER_LIST);
+    EXPECT_EQ(single(xasTestUser("bob"), 2), -1);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error deleting user: bob\n")));
 }
 
 TEST_F(LocalUsers, DeleteFailsWhenTheNewListCannotBeMade)
 {
     giveAccounts({"bob"});
-    xasWriteFile(LIST, "bob\n");
+    xasWriteFile(XAS_USER_LIST, "bob\n");
     std::filesystem::create_directories("/etc/.lusers_tmp/inside");
-    EXPECT_EQ(single(userOf("bob"), 2), 1);
+    EXPECT_EQ(single(xasTestUser("bob"), 2), 1);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error deleting user: bob\n")));
     EXPECT_THAT(stubs.calls(), IsEmpty());
-    EXPECT_EQ(xasReadFile(LIST), "bob\n");
+    EXPECT_EQ(xasReadFile(XAS_USER_LIST), "bob\n");
     std::filesystem::remove_all("/etc/.lusers_tmp");
 }
 
 TEST_F(LocalUsers, DeleteRemovesTheAccountOfTheFirstEntryAndKeepsThePortFile)
 {
     giveAccounts({"alice", "bob", "eve"});
-    xasWriteFile(LIST, "alice\nbob\ngone\nbob\neve\n");
+    xasWriteFile(XAS_USER_LIST, "alice\nbob\ngone\nbob\neve\n");
     xasWriteFile("/etc/zel/bob.conf", "kept");
-    EXPECT_EQ(single(userOf("bob"), 2), 0);
+    EXPECT_EQ(single(xasTestUser("bob"), 2), 0);
     EXPECT_THAT(stubs.lines(), ElementsAre("/bin/deluser bob"));
-    EXPECT_EQ(xasReadFile(LIST), "alice\nbob\neve\n") << "one entry, and the one without account";
+    EXPECT_EQ(xasReadFile(XAS_USER_LIST), "alice\nbob\neve\n") << "one entry, and the one without account";
     EXPECT_EQ(portFile("bob"), "kept");
     EXPECT_FALSE(xasExists("/etc/.lusers_tmp"));
-    EXPECT_EQ(xasModeOf(LIST), 0644U);
+    EXPECT_EQ(xasModeOf(XAS_USER_LIST), 0644U);
+}
+
+TEST_F(LocalUsers, DeleteLeavesTheUsersWhoseLoginsBeginLikeTheOneThatGoes)
+{
+    giveAccounts({"bobby", "bob", "bo"});
+    xasWriteFile(XAS_USER_LIST, "bobby\nbob\nbo\n");
+    EXPECT_EQ(single(xasTestUser("bob"), 2), 0);
+    EXPECT_THAT(stubs.lines(), ElementsAre("/bin/deluser bob"));
+    EXPECT_EQ(xasReadFile(XAS_USER_LIST), "bobby\nbo\n");
 }
 
 TEST_F(LocalUsers, DeleteOfAUserThatIsNotListedRemovesNoAccount)
 {
     giveAccounts({"alice", "bob"});
-    xasWriteFile(LIST, "alice\n");
-    EXPECT_EQ(single(userOf("bob"), 2), 0);
-    EXPECT_EQ(single(userOf("root"), 2), 0);
+    xasWriteFile(XAS_USER_LIST, "alice\n");
+    EXPECT_EQ(single(xasTestUser("bob"), 2), 0);
+    EXPECT_EQ(single(xasTestUser("root"), 2), 0);
     EXPECT_THAT(stubs.calls(), IsEmpty());
-    EXPECT_EQ(xasReadFile(LIST), "alice\n");
+    EXPECT_EQ(xasReadFile(XAS_USER_LIST), "alice\n");
 }
 
 TEST_F(LocalUsers, DeleteTellsThatNoShellCanBeRun)
 {
     giveAccounts({"bob"});
-    xasWriteFile(LIST, "bob\n");
+    xasWriteFile(XAS_USER_LIST, "bob\n");
     const XasFault fault{"fork", EAGAIN};
-    EXPECT_EQ(single(userOf("bob"), 2), 0);
+    EXPECT_EQ(single(xasTestUser("bob"), 2), 0);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("system call deluser failed \n"),
                                          xasErrorLine("system call mv -f failed\n")));
 }
@@ -326,46 +297,46 @@ TEST_F(LocalUsers, DeleteTellsThatNoShellCanBeRun)
 TEST_F(LocalUsers, TheListLosesTheLastCharacterOfALineWhateverItIs)
 {
     giveAccounts({"alice", "alic"});
-    xasWriteFile(LIST, "alice\nalice");
+    xasWriteFile(XAS_USER_LIST, "alice\nalice");
     EXPECT_EQ(xasDeleteLocalUsers("nobody"), 0);
-    EXPECT_EQ(xasReadFile(LIST), "alice\nalic\n");
+    EXPECT_EQ(xasReadFile(XAS_USER_LIST), "alice\nalic\n");
 }
 
 TEST_F(LocalUsers, TheListIsReadInPiecesOf127Characters)
 {
     giveAccounts({"alice"});
-    xasWriteFile(LIST, std::string(127, 'x') + "alice\n");
+    xasWriteFile(XAS_USER_LIST, std::string(127, 'x') + "alice\n");
     EXPECT_EQ(xasDeleteLocalUsers("nobody"), 0);
-    EXPECT_EQ(xasReadFile(LIST), "alice\n");
+    EXPECT_EQ(xasReadFile(XAS_USER_LIST), "alice\n");
 }
 
 TEST_F(LocalUsers, ARebuildWithoutItsUsersChangesNothing)
 {
     giveAccounts({"alice"});
-    xasWriteFile(LIST, "alice\n");
+    xasWriteFile(XAS_USER_LIST, "alice\n");
     XasMessage msg = XasMessageBuilder{XMSG_LOCALUSERS}.set("enabled", 1).set("num_users", 3);
     EXPECT_EQ(xasUpdateLocalUsersCfg(&msg, &cfgFiles, &reply), 0);
     EXPECT_THAT(stubs.calls(), IsEmpty());
-    EXPECT_EQ(xasReadFile(LIST), "alice\n");
+    EXPECT_EQ(xasReadFile(XAS_USER_LIST), "alice\n");
 }
 
 TEST_F(LocalUsers, ARebuildWithoutRecordsRemovesAllAndFails)
 {
     giveAccounts({"alice", "bob"});
-    xasWriteFile(LIST, "alice\nbob\n");
+    xasWriteFile(XAS_USER_LIST, "alice\nbob\n");
     XasMessage msg = XasMessageBuilder{XMSG_LOCALUSERS}.set("users_included", 2);
     EXPECT_EQ(xasUpdateLocalUsersCfg(&msg, &cfgFiles, &reply), 1);
     EXPECT_THAT(stubs.lines(), ElementsAre("/bin/deluser alice", "/bin/deluser bob"));
-    EXPECT_EQ(xasReadFile(LIST), "");
+    EXPECT_EQ(xasReadFile(XAS_USER_LIST), "");
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST_F(LocalUsers, ARebuildRemovesListedAccountsThatExistAndMakesTheNewOnesInOrder)
 {
     giveAccounts({"alice", "bob", "other"});
-    xasWriteFile(LIST, "alice\ngone\nbob\n");
-    EXPECT_EQ(rebuild({userOf("sysadmin", "a", 200), userOf("bob", "", 502), userOf("eve", "e", 503),
-                       userOf("bob", "b", 502)}),
+    xasWriteFile(XAS_USER_LIST, "alice\ngone\nbob\n");
+    EXPECT_EQ(rebuild({xasTestUser("sysadmin", "a", 200), xasTestUser("bob", "", 502),
+                       xasTestUser("eve", "e", 503), xasTestUser("bob", "b", 502)}),
               0);
     EXPECT_THAT(stubs.lines(),
                 ElementsAre("/bin/deluser alice", "/bin/deluser bob",
@@ -374,7 +345,7 @@ TEST_F(LocalUsers, ARebuildRemovesListedAccountsThatExistAndMakesTheNewOnesInOrd
                             "/bin/adduser -D -H -u 502 -s /bin/cli -h / bob",
                             "/bin/adduser -D -H -u 503 -s /bin/cli -h / -p e eve",
                             "/bin/adduser -D -H -u 502 -s /bin/cli -h / -p b bob"));
-    EXPECT_EQ(xasReadFile(LIST), "sysadmin\nbob\neve\nbob\n");
+    EXPECT_EQ(xasReadFile(XAS_USER_LIST), "sysadmin\nbob\neve\nbob\n");
     for (const char *login : {"sysadmin", "bob", "eve"})
         EXPECT_EQ(portFile(login), NO_PERMISSIONS);
     EXPECT_THAT(log.lines(), IsEmpty());
@@ -383,19 +354,19 @@ TEST_F(LocalUsers, ARebuildRemovesListedAccountsThatExistAndMakesTheNewOnesInOrd
 TEST_F(LocalUsers, ARebuildDoesNotNoticeAFailedCommandButAShellThatCannotBeRun)
 {
     stubs.put("/bin/adduser", 1);
-    EXPECT_EQ(rebuild({userOf("alice")}), 0);
+    EXPECT_EQ(rebuild({xasTestUser("alice")}), 0);
     EXPECT_THAT(log.take(), IsEmpty());
     const XasFault fault{"fork", EAGAIN};
-    EXPECT_EQ(rebuild({userOf("alice")}), 0);
+    EXPECT_EQ(rebuild({xasTestUser("alice")}), 0);
     EXPECT_THAT(log.take(), Contains(xasErrorLine("adduser command failed\n")));
 }
 
 TEST_F(LocalUsers, ARebuildTellsThatNoShellCanBeRunWithoutABlankBeforeTheLineFeed)
 {
     giveAccounts({"alice", "bob"});
-    xasWriteFile(LIST, "alice\nbob\n");
+    xasWriteFile(XAS_USER_LIST, "alice\nbob\n");
     const XasFault fault{"fork", EAGAIN};
-    EXPECT_EQ(rebuild({userOf("eve")}), 0);
+    EXPECT_EQ(rebuild({xasTestUser("eve")}), 0);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("system call deluser failed\n"),
                                          xasErrorLine("system call deluser failed\n"),
                                          xasErrorLine("system call mv -f failed\n"),
@@ -404,18 +375,20 @@ TEST_F(LocalUsers, ARebuildTellsThatNoShellCanBeRunWithoutABlankBeforeTheLineFee
 
 TEST_F(LocalUsers, ARebuildWithoutAListMakesItsUsersAllTheSame)
 {
-    std::remove(LIST);
-    EXPECT_EQ(rebuild({userOf("alice")}), 0);
-    EXPECT_EQ(xasReadFile(LIST), "alice\n");
-    EXPECT_EQ(xasModeOf(LIST), 0644U);
+    std::remove(XAS_USER_LIST);
+    EXPECT_EQ(rebuild({xasTestUser("alice")}), 0);
+    EXPECT_EQ(xasReadFile(XAS_USER_LIST), "alice\n");
+    EXPECT_EQ(xasModeOf(XAS_USER_LIST), 0644U);
 }
 
 TEST_F(LocalUsers, ARebuildSkipsRefusedLoginsMakesTheOthersAndFails)
 {
-    EXPECT_EQ(rebuild({userOf("../passwd"), userOf("alice"), userOf("-D"), userOf(""), userOf("bob")}), 1);
+    EXPECT_EQ(rebuild({xasTestUser("../passwd"), xasTestUser("alice"), xasTestUser("-D"), xasTestUser(""),
+                       xasTestUser("bob")}),
+              1);
     EXPECT_THAT(stubs.lines(), ElementsAre("/bin/adduser -D -H -u 501 -s /bin/cli -h / alice",
                                            "/bin/adduser -D -H -u 501 -s /bin/cli -h / bob"));
-    EXPECT_EQ(xasReadFile(LIST), "alice\nbob\n");
+    EXPECT_EQ(xasReadFile(XAS_USER_LIST), "alice\nbob\n");
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Invalid user to add\n"), xasErrorLine("Invalid user to add\n"),
                             xasErrorLine("Invalid user to add\n")));
@@ -423,36 +396,37 @@ TEST_F(LocalUsers, ARebuildSkipsRefusedLoginsMakesTheOthersAndFails)
 
 TEST_F(LocalUsers, ARebuildSkipsUsersWhoseTextsWouldMakeLinesOrColumnsOfTheirOwn)
 {
-    XasUserRecord badEscape = userOf("c");
-    XasUserRecord badBreak = userOf("d");
-    XasUserRecord odd = userOf("e");
+    XasUserRecord badEscape = xasTestUser("c");
+    XasUserRecord badBreak = xasTestUser("d");
+    XasUserRecord odd = xasTestUser("e");
     std::strcpy(badEscape.escseq, "a\nb");
     std::strcpy(badBreak.brkseq, "\r");
     std::strcpy(odd.escseq, "\x1B\x01\"");
     std::strcpy(odd.menu, "\n");
-    EXPECT_EQ(rebuild({userOf("a", "x:0:0::/:/bin/sh"), userOf("b", "x\nroot2"), badEscape, badBreak, odd}),
+    EXPECT_EQ(rebuild({xasTestUser("a", "x:0:0::/:/bin/sh"), xasTestUser("b", "x\nroot2"), badEscape,
+                       badBreak, odd}),
               1);
     EXPECT_THAT(stubs.lines(), ElementsAre("/bin/adduser -D -H -u 501 -s /bin/cli -h / e"));
-    EXPECT_EQ(xasReadFile(LIST), "e\n");
+    EXPECT_EQ(xasReadFile(XAS_USER_LIST), "e\n");
     EXPECT_EQ(log.lines(), std::vector<XasLogLine>(4, xasErrorLine("Invalid user to add\n")));
 }
 
 TEST_F(LocalUsers, APasswordWithAColonIsRefusedWhereItWouldBeTaken)
 {
     for (const std::uint32_t action : {XAS_USER_ADD, XAS_USER_EDIT, XAS_USER_PASSWORD})
-        EXPECT_EQ(single(userOf("alice", "x:0"), action), 1);
+        EXPECT_EQ(single(xasTestUser("alice", "x:0"), action), 1);
     EXPECT_EQ(log.take(), std::vector<XasLogLine>(3, xasErrorLine("Invalid user to add\n")));
     EXPECT_THAT(stubs.calls(), IsEmpty());
-    EXPECT_EQ(single(userOf("alice", "x:0"), XAS_USER_DELETE), 0);
+    EXPECT_EQ(single(xasTestUser("alice", "x:0"), XAS_USER_DELETE), 0);
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST_F(LocalUsers, ARebuildHasTheResultOfItsLastPortFile)
 {
     std::filesystem::create_directories("/etc/zel/alice.conf/inside");
-    EXPECT_EQ(rebuild({userOf("alice"), userOf("bob")}), 0);
+    EXPECT_EQ(rebuild({xasTestUser("alice"), xasTestUser("bob")}), 0);
     EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error opening config file \"/etc/zel/alice.conf\"\n")));
-    EXPECT_EQ(rebuild({userOf("bob"), userOf("alice")}), 1);
+    EXPECT_EQ(rebuild({xasTestUser("bob"), xasTestUser("alice")}), 1);
 }
 
 TEST_F(LocalUsers, TheListMessageChangesNothing)

@@ -1,8 +1,6 @@
 // A DNS message through the built daemon: whole files, and a failure.
 #include "support/message_files.h"
 
-using testing::ElementsAre;
-
 namespace {
 
 const std::string SERVERS = "192.0.2.250\n";
@@ -37,18 +35,7 @@ TEST_F(DaemonDns, WritesBothFilesAndTellsTheLoggerAndTheAgent)
     EXPECT_EQ(files.read("dnsprec.old"), PRECEDENCE);
     EXPECT_EQ(files.names().size(), 4U) << "nothing else is left";
     EXPECT_THAT(commands(), ElementsAre("/bin/killall -SIGHUP syslogd", "/bin/killall -SIGHUP snmpd"));
-    EXPECT_THAT(logLines(), testing::IsEmpty());
-}
-
-TEST_F(DaemonDns, SkipsServersThatAreNotSet)
-{
-    start();
-    EXPECT_EQ(outcome(dnsMessage().set("dns2", "192.0.2.53")), XAS_APPLIED);
-    EXPECT_EQ(files.read("resolv"), "192.0.2.53\n");
-    EXPECT_EQ(files.read("dnsprec"), "IPV4_PRECEDENCE=no");
-    EXPECT_EQ(outcome(dnsMessage().set("prefer_ipv4", 0x80000000)), XAS_APPLIED);
-    EXPECT_EQ(files.read("resolv"), "");
-    EXPECT_EQ(files.read("dnsprec"), "IPV4_PRECEDENCE=yes");
+    EXPECT_THAT(logLines(), IsEmpty());
 }
 
 TEST_F(DaemonDns, FailsWithoutTheServersFileInTheList)

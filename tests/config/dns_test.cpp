@@ -1,7 +1,8 @@
 #include "config/dns.h"
 
+#include "support/test.h"
+
 #include <arpa/inet.h>
-#include <gtest/gtest.h>
 
 namespace {
 

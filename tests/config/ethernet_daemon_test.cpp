@@ -2,20 +2,10 @@
 // notifications.
 #include "support/eth_appliance.h"
 
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 class DaemonEthernet : public XasEthAppliance {
   protected:
-    void startRouter()
-    {
-        daemon.ask(XasMessageBuilder{XMSG_ROUTING}.set("start", 1));
-        daemon.stubs.forget();
-    }
-
     /** Sends a message that is not answered, and waits until it was handled. */
     void tell(const XasMessage &msg)
     {
@@ -45,29 +35,6 @@ TEST_F(DaemonEthernet, StartsTheNetworkAgainThoughAFileFails)
                     xasErrorLine("Error updating configuration for application: eth\n"), running("eth")));
 }
 
-TEST_F(DaemonEthernet, TakesNoNoticeOfTheBondingOfAMessageThatFailed)
-{
-    start();
-    eth.bonding = 1;
-    eth.ports[0].source = 3;
-    EXPECT_EQ(apply(), "0 1 Invalid address source");
-    EXPECT_THAT(calls(), ElementsAre("eth start 1 5 2"));
-    eth.bonding = 0;
-    eth.ports[0].source = XAS_SOURCE_STATIC;
-    EXPECT_EQ(apply(), XAS_APPLIED);
-    EXPECT_THAT(calls(), ElementsAre("eth stop 1 5 0", "eth start 1 5 0"));
-}
-
-TEST_F(DaemonEthernet, RefusesALinkModeWithoutACodeBeforeAnythingIsStopped)
-{
-    start();
-    EXPECT_EQ(apply(), XAS_APPLIED);
-    calls();
-    eth.ports[1].mode = 7;
-    EXPECT_EQ(apply(), "0 0 ");
-    EXPECT_THAT(calls(), IsEmpty());
-}
-
 TEST_F(DaemonEthernet, WritesTheFilesAndStartsTheNetworkWithItsParameters)
 {
     start();
@@ -84,17 +51,6 @@ TEST_F(DaemonEthernet, WritesTheFilesAndStartsTheNetworkWithItsParameters)
     EXPECT_EQ(files.read("altgateway"), "DGD_GATEWAY=192.168.1.2\n");
     EXPECT_THAT(daemon.log.lines(),
                 ElementsAre(xasInfoLine("Initializing application server\n"), running("eth")));
-}
-
-TEST_F(DaemonEthernet, AsksWithTheWebFrontEndsHostName)
-{
-    xasWriteFile("/www/xml/network.xml", "<HOSTNAME>console1</HOSTNAME>\n");
-    start();
-    eth.ports[1].source = XAS_SOURCE_DHCP;
-    EXPECT_EQ(apply(), XAS_APPLIED);
-    EXPECT_THAT(files.read("eth1"), testing::HasSubstr("\nBOOTPROTO=dhcp\n"));
-    EXPECT_THAT(files.read("eth1"), testing::HasSubstr("\nDHCP_HOSTNAME=console1\n"));
-    EXPECT_THAT(files.read("eth0"), testing::HasSubstr("\nDHCP_HOSTNAME=\n"));
 }
 
 TEST_F(DaemonEthernet, SwitchesBondingOnAndOffAgain)
@@ -120,36 +76,6 @@ TEST_F(DaemonEthernet, SwitchesBondingOnAndOffAgain)
     EXPECT_EQ(files.read("modprobe"), "");
     EXPECT_EQ(apply(), XAS_APPLIED);
     EXPECT_THAT(calls(), ElementsAre("eth stop 0 5 0", "eth start 0 5 0"));
-}
-
-TEST_F(DaemonEthernet, LeavesBothPortsAloneWhenNeitherIsInUse)
-{
-    start();
-    eth.ports[0].marker = 0;
-    eth.ports[1].marker = 0;
-    EXPECT_EQ(apply(), XAS_APPLIED);
-    EXPECT_EQ(apply(), XAS_APPLIED);
-    EXPECT_THAT(calls(), ElementsAre("eth start 0 0 0", "eth stop 0 0 0", "eth start 0 0 0"));
-}
-
-TEST_F(DaemonEthernet, RestartsARouterThatRuns)
-{
-    start();
-    startRouter();
-    EXPECT_EQ(apply(), XAS_APPLIED);
-    EXPECT_THAT(calls(), ElementsAre("eth start 1 5 0", "router stop", "router start"));
-}
-
-TEST_F(DaemonEthernet, TellsTheNatScriptOfAnAddressAndWhetherTheRouterRuns)
-{
-    start();
-    tell(XasMessageBuilder{XMSG_NAT_NOTIFY}.set("add=1 address=10.1.2.3"));
-    EXPECT_THAT(calls(), ElementsAre("nat add 0 10.1.2.3"));
-    startRouter();
-    tell(XasMessageBuilder{XMSG_NAT_NOTIFY}.set("add=0 address=192.168.100.200"));
-    EXPECT_THAT(calls(), ElementsAre("nat del 1 192.168.100.200"));
-    tell(XasMessageBuilder{XMSG_NAT_NOTIFY}.set("add=7 address=1.2.3.4"));
-    EXPECT_THAT(calls(), ElementsAre("nat add 1 1.2.3.4"));
 }
 
 TEST_F(DaemonEthernet, TellsTheLinkScriptOfAChangeAndWritesItsFile)

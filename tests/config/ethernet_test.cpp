@@ -9,13 +9,6 @@
 #include "support/message.h"
 #include "support/reply.h"
 
-#include <array>
-#include <cerrno>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 /** The TYPEs in the order of editing. */
@@ -38,9 +31,16 @@ class EthUpdate : public XasFilesTest {
     EthUpdate()
     {
         eth.bonding = 1;
+        for (const std::string &type : TYPES)
+            described.emplace_back(type, dir.path(type));
+        restoreFiles();
+    }
+
+    void restoreFiles() const
+    {
         for (const std::string &type : TYPES) {
             dir.write(type, oldText(type));
-            described.emplace_back(type, dir.path(type));
+            std::filesystem::remove(dir.path(type + ".old"));
         }
     }
 
@@ -151,29 +151,21 @@ TEST_F(EthUpdate, HasDeletedTheBondWithoutBondingAndCannotRollItBack)
 
 TEST_F(EthUpdate, RollsBackOnlyFilledPortsWhenTheNetworkFileFails)
 {
+    struct Filling {
+        std::uint32_t first, second;
+        std::vector<std::string> newFiles;
+    };
+    const Filling fillings[] = {{0, 0x80000000U, {"eth0", "altgateway"}},
+                                {0x100, 0, {"eth1", "altgateway"}},
+                                {0, 0, {"eth0", "eth1", "altgateway"}}};
     block("network");
-    eth.ports[0].marker = 0;
-    eth.ports[1].marker = 0x80000000U;
-    EXPECT_EQ(update(), 1);
-    EXPECT_THAT(newFiles(), ElementsAre("eth0", "altgateway"));
-}
-
-TEST_F(EthUpdate, RollsBackOnlyTheFirstPortWhenTheSecondIsNotFilled)
-{
-    block("network");
-    eth.ports[0].marker = 0x100;
-    eth.ports[1].marker = 0;
-    EXPECT_EQ(update(), 1);
-    EXPECT_THAT(newFiles(), ElementsAre("eth1", "altgateway"));
-}
-
-TEST_F(EthUpdate, RollsBackNoPortWhenNeitherIsFilled)
-{
-    block("network");
-    eth.ports[0].marker = 0;
-    eth.ports[1].marker = 0;
-    EXPECT_EQ(update(), 1);
-    EXPECT_THAT(newFiles(), ElementsAre("eth0", "eth1", "altgateway"));
+    for (const Filling &filling : fillings) {
+        restoreFiles();
+        eth.ports[0].marker = filling.first;
+        eth.ports[1].marker = filling.second;
+        EXPECT_EQ(update(), 1);
+        EXPECT_EQ(newFiles(), filling.newFiles);
+    }
 }
 
 TEST_F(EthUpdate, FailsForTheNetworkFileAlsoWithoutAnAlternateGateway)
@@ -196,29 +188,6 @@ TEST_F(EthUpdate, ReportsTheLastOfTwoFailures)
                     xasErrorLine("Error renaming new config file \"" + dir.path("altgateway") + "\"\n"),
                     xasErrorLine("Error editing network config file\n")));
     EXPECT_THAT(newFiles(), IsEmpty());
-}
-
-TEST_F(EthUpdate, WritesEveryFileWithoutBonding)
-{
-    eth.bonding = 0;
-    eth.ipv6_enabled = 0;
-    eth.ports[1].enabled = 0;
-    EXPECT_EQ(update(), 0);
-    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
-    EXPECT_THAT(log.lines(), IsEmpty());
-    EXPECT_EQ(dir.read("gatewayprec"), "DHCP_GW_PRECEDENCE=2\n");
-    EXPECT_EQ(dir.read("kernel"), "# parameters\nnet.ipv4.ip_forward = 1\n");
-    EXPECT_EQ(dir.read("modprobe"), "options ipv6 disable=1\n");
-    EXPECT_FALSE(dir.has("bond0"));
-    EXPECT_EQ(dir.read("eth0"), "DEVICE=eth0\nTYPE=Ethernet\nBOOTPROTO=static\nIPADDR=192.168.1.10\n"
-                                "NETMASK=255.255.255.0\nNETWORK=192.168.1.0\nBROADCAST=192.168.1.255\n"
-                                "IPV6INIT=yes\nIPV6ADDR=\nDHCP_HOSTNAME=\nONBOOT=yes\nMTU=1500\n");
-    EXPECT_EQ(dir.read("eth1"), "DEVICE=eth1\nTYPE=Ethernet\nBOOTPROTO=static\nIPADDR=172.16.37.5\n"
-                                "NETMASK=255.255.240.0\nNETWORK=172.16.32.0\nBROADCAST=172.16.47.255\n"
-                                "IPV6INIT=yes\nIPV6ADDR=\nDHCP_HOSTNAME=\nONBOOT=no\nMTU=9000\n");
-    EXPECT_EQ(dir.read("network"),
-              "NETWORKING=yes\nNETWORKING_IPV6=no\nHOSTNAME=console\nGATEWAY=192.168.1.1\n");
-    EXPECT_EQ(dir.read("altgateway"), "DGD_GATEWAY=192.168.1.2\nDGD_PING_DELAY=10\n");
 }
 
 TEST_F(EthUpdate, MakesBothPortsSlavesInEveryBondingMode)

@@ -3,8 +3,6 @@
 
 #include "support/programs.h"
 
-#include <gmock/gmock.h>
-
 namespace {
 
 class FirewallShell : public XasFilesTest {

@@ -2,8 +2,8 @@
 #include "config/gateway.h"
 
 #include "support/eth.h"
+#include "support/test.h"
 
-#include <gtest/gtest.h>
 #include <initializer_list>
 
 namespace {
@@ -38,11 +38,6 @@ TEST(GatewayPrecedence, NamesItsPort)
 {
     EXPECT_EQ(xasGWPrecText(preferring(1)), "DHCP_GW_PRECEDENCE=1\n");
     EXPECT_EQ(xasGWPrecText(preferring(2)), "DHCP_GW_PRECEDENCE=2\n");
-}
-
-TEST(AlternateGateway, OfAnEmptyFileStaysEmpty)
-{
-    EXPECT_EQ(xasAltGWText("", values()), "");
 }
 
 TEST(AlternateGateway, AddsNoMissingKeyAndKeepsEverythingElse)

@@ -1,6 +1,6 @@
 #include "config/hostname.h"
 
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
 
@@ -20,27 +20,21 @@ XasHostnamePayload named(std::string_view fullName)
 
 } // namespace
 
-TEST(FullHostname, IsTheNameAloneWithoutADomain)
+TEST(FullHostname, IsTheNameAndBehindADotTheDomain)
 {
-    EXPECT_EQ(xasFullHostname(payloadOf("console1", "")), "console1");
-    EXPECT_EQ(xasFullHostname(payloadOf("a.b", "")), "a.b");
-}
-
-TEST(FullHostname, IsTheNameADotAndTheDomain)
-{
-    EXPECT_EQ(xasFullHostname(payloadOf("console1", "example.org")), "console1.example.org");
-    EXPECT_EQ(xasFullHostname(payloadOf("", "example.org")), ".example.org");
-}
-
-TEST(FullHostname, EndsTheNameWithItsField)
-{
-    EXPECT_EQ(xasFullHostname(payloadOf(std::string(65, 'h'), "d")), std::string(65, 'h') + ".d");
-}
-
-TEST(FullHostname, IsKeptWithin255Characters)
-{
-    EXPECT_EQ(xasFullHostname(payloadOf("h", std::string(253, 'd'))), "h." + std::string(253, 'd'));
-    EXPECT_EQ(xasFullHostname(payloadOf("h", std::string(2000, 'd'))), "h." + std::string(253, 'd'));
+    xasExpectTexts({
+        {"is the name alone without a domain", xasFullHostname(payloadOf("console1", "")), "console1"},
+        {"is the name alone without a domain", xasFullHostname(payloadOf("a.b", "")), "a.b"},
+        {"is the name a dot and the domain", xasFullHostname(payloadOf("console1", "example.org")),
+         "console1.example.org"},
+        {"is the name a dot and the domain", xasFullHostname(payloadOf("", "example.org")), ".example.org"},
+        {"ends the name with its field", xasFullHostname(payloadOf(std::string(65, 'h'), "d")),
+         std::string(65, 'h') + ".d"},
+        {"is kept within255 characters", xasFullHostname(payloadOf("h", std::string(253, 'd'))),
+         "h." + std::string(253, 'd')},
+        {"is kept within255 characters", xasFullHostname(payloadOf("h", std::string(2000, 'd'))),
+         "h." + std::string(253, 'd')},
+    });
 }
 
 TEST(HostsText, BeginsWithTheLoopbackLineAlsoForAnEmptyFile)

@@ -2,57 +2,16 @@
 #include "config/interface_file.h"
 
 #include "support/eth.h"
-#include "support/files.h"
 #include "support/log.h"
 #include "support/reply.h"
 
-#include <gmock/gmock.h>
 #include <regex>
-#include <sstream>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
-constexpr const char *STATIC_ETH0 = "DEVICE=eth0\n"
-                                    "TYPE=Ethernet\n"
-                                    "BOOTPROTO=static\n"
-                                    "IPADDR=192.168.1.10\n"
-                                    "NETMASK=255.255.255.0\n"
-                                    "NETWORK=192.168.1.0\n"
-                                    "BROADCAST=192.168.1.255\n"
-                                    "IPV6INIT=yes\n"
-                                    "IPV6ADDR=\n"
-                                    "DHCP_HOSTNAME=\n"
-                                    "ONBOOT=yes\n"
-                                    "MTU=1500\n";
-
-class EthernetFile : public XasFilesTest {
-  protected:
-    int edit(std::string_view device = "eth0", bool isSlave = false, std::uint32_t bonding = 0)
-    {
-        const XasEthInterface interface {
-            port, device, isSlave, bonding
-        };
-        return xasEditEthCfgFile(path.c_str(), &interface, &reply);
-    }
-
-    int enable(bool enabled) { return xasEditEthEnableCfgFile(path.c_str(), &enabled, &reply); }
-
-    void expectReply(std::uint32_t rcode, std::string_view reason) const
-    {
-        EXPECT_EQ(reply.rcode, rcode);
-        EXPECT_EQ(reply.rstr, reason);
-    }
-
-    std::string path = dir.path("ifcfg");
-    XasEthPort port = xasTestEth().ports[0];
-    XasLogCapture log;
-    XasReplyStatus reply;
-};
-
-using EthernetFileDeathTest = EthernetFile;
+constexpr const char *STATIC_ETH0 = "DEVICE=eth0\nTYPE=Ethernet\nBOOTPROTO=static\nIPADDR=192.168.1.10\n"
+                                    "NETMASK=255.255.255.0\nNETWORK=192.168.1.0\nBROADCAST=192.168.1.255\n"
+                                    "IPV6INIT=yes\nIPV6ADDR=\nDHCP_HOSTNAME=\nONBOOT=yes\nMTU=1500\n";
 
 /** The text of an interface whose settings are all valid. */
 std::string completeText(const XasEthPort &port, std::string_view device = "eth0", bool isSlave = false,
@@ -74,44 +33,6 @@ std::string lineOf(const std::string &text, const std::string &key)
 
 } // namespace
 
-TEST_F(EthernetFile, IsLeftAloneWhenTheAddressSourceIsUnknown)
-{
-    dir.write("ifcfg", "old\n");
-    for (const std::uint32_t source : {3U, 0xFFFFFFFFU}) {
-        port.source = source;
-        reply = {};
-        EXPECT_EQ(edit(), 1);
-        EXPECT_EQ(xasReplyText(reply), "1 Invalid address source");
-        EXPECT_THAT(log.take(), IsEmpty());
-        EXPECT_EQ(dir.read("ifcfg"), "old\n");
-        EXPECT_EQ(dir.read("ifcfg.tmp"), "DEVICE=eth0\nTYPE=Ethernet\n");
-        EXPECT_FALSE(dir.has("ifcfg.old"));
-    }
-}
-
-TEST_F(EthernetFile, OfBondingIsLeftAloneWhenTheModeHasNoOptions)
-{
-    dir.write("ifcfg", "old\n");
-    for (const std::uint32_t bonding : {0U, 4U, 0xFFFFFFFFU}) {
-        EXPECT_EQ(edit("bond0", false, bonding), 1);
-        EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
-        EXPECT_THAT(log.take(), ElementsAre(xasErrorLine("Error getting Ethernet bonding options string\n")));
-        EXPECT_EQ(dir.read("ifcfg"), "old\n");
-        EXPECT_EQ(dir.read("ifcfg.tmp"), "DEVICE=bond0\n"
-                                         "TYPE=Bonding\n"
-                                         "BOOTPROTO=static\n"
-                                         "IPADDR=192.168.1.10\n"
-                                         "NETMASK=255.255.255.0\n"
-                                         "NETWORK=192.168.1.0\n"
-                                         "BROADCAST=192.168.1.255\n"
-                                         "IPV6INIT=yes\n"
-                                         "IPV6ADDR=\n"
-                                         "DHCP_HOSTNAME=\n"
-                                         "ONBOOT=yes\n"
-                                         "MTU=1500\n");
-    }
-}
-
 TEST(EthernetText, EndsBehindTheTypeWhenTheAddressSourceIsUnknown)
 {
     XasEthPort port = xasTestEth().ports[0];
@@ -123,17 +44,28 @@ TEST(EthernetText, EndsBehindTheTypeWhenTheAddressSourceIsUnknown)
     EXPECT_EQ(xasReplyText(reply), "1 Invalid address source");
 }
 
+TEST(EthernetText, OfBondingEndsInFrontOfItsOptionsWhenTheModeHasNone)
+{
+    for (const std::uint32_t bonding : {0U, 4U, 0xFFFFFFFFU}) {
+        XasLogCapture log;
+        XasReplyStatus reply;
+        const XasNewText text = xasEthCfgText({xasTestEth().ports[0], "bond0", false, bonding}, "", &reply);
+        EXPECT_FALSE(text.complete);
+        EXPECT_EQ(lineOf(text.text, "MTU"), "MTU=1500\n");
+        EXPECT_EQ(lineOf(text.text, "BONDING_OPTS"), "");
+        EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
+        EXPECT_THAT(log.lines(),
+                    ElementsAre(xasErrorLine("Error getting Ethernet bonding options string\n")));
+    }
+}
+
 TEST(EthernetText, OfASlaveHasNothingOfItsOwn)
 {
     XasEthPort port = xasTestEth().ports[1];
     port.enabled = 0;
     port.source = 99;
-    EXPECT_EQ(completeText(port, "eth1", true, 1, "console"), "DEVICE=eth1\n"
-                                                              "TYPE=Ethernet\n"
-                                                              "MASTER=bond0\n"
-                                                              "SLAVE=yes\n"
-                                                              "BOOTPROTO=none\n"
-                                                              "ONBOOT=yes\n");
+    EXPECT_EQ(completeText(port, "eth1", true, 1, "console"), "DEVICE=eth1\nTYPE=Ethernet\nMASTER=bond0\n"
+                                                              "SLAVE=yes\nBOOTPROTO=none\nONBOOT=yes\n");
 }
 
 TEST(EthernetText, OfAStaticPort)
@@ -147,17 +79,10 @@ TEST(EthernetText, OfAStaticPortInALargerNetworkWithIPv6AndWithoutStartAtBoot)
     port.enabled = 0;
     xasTestIPv6("2001:db8:0:1::5", port.ipv6);
     port.maskv6 = 64;
-    EXPECT_EQ(completeText(port, "eth1"), "DEVICE=eth1\n"
-                                          "TYPE=Ethernet\n"
-                                          "BOOTPROTO=static\n"
-                                          "IPADDR=172.16.37.5\n"
-                                          "NETMASK=255.255.240.0\n"
-                                          "NETWORK=172.16.32.0\n"
-                                          "BROADCAST=172.16.47.255\n"
-                                          "IPV6INIT=yes\n"
-                                          "IPV6ADDR=2001:db8:0:1::5/64\n"
-                                          "DHCP_HOSTNAME=\n"
-                                          "ONBOOT=no\n"
+    EXPECT_EQ(completeText(port, "eth1"), "DEVICE=eth1\nTYPE=Ethernet\nBOOTPROTO=static\nIPADDR=172.16.37.5\n"
+                                          "NETMASK=255.255.240.0\nNETWORK=172.16.32.0\n"
+                                          "BROADCAST=172.16.47.255\nIPV6INIT=yes\n"
+                                          "IPV6ADDR=2001:db8:0:1::5/64\nDHCP_HOSTNAME=\nONBOOT=no\n"
                                           "MTU=9000\n");
 }
 
@@ -165,18 +90,9 @@ TEST(EthernetText, OfABootpPortWithoutAddresses)
 {
     XasEthPort port{};
     port.source = XAS_SOURCE_BOOTP;
-    EXPECT_EQ(completeText(port), "DEVICE=eth0\n"
-                                  "TYPE=Ethernet\n"
-                                  "BOOTPROTO=bootp\n"
-                                  "IPADDR=0.0.0.0\n"
-                                  "NETMASK=0.0.0.0\n"
-                                  "NETWORK=0.0.0.0\n"
-                                  "BROADCAST=255.255.255.255\n"
-                                  "IPV6INIT=yes\n"
-                                  "IPV6ADDR=\n"
-                                  "DHCP_HOSTNAME=\n"
-                                  "ONBOOT=no\n"
-                                  "MTU=0\n");
+    EXPECT_EQ(completeText(port), "DEVICE=eth0\nTYPE=Ethernet\nBOOTPROTO=bootp\nIPADDR=0.0.0.0\n"
+                                  "NETMASK=0.0.0.0\nNETWORK=0.0.0.0\nBROADCAST=255.255.255.255\n"
+                                  "IPV6INIT=yes\nIPV6ADDR=\nDHCP_HOSTNAME=\nONBOOT=no\nMTU=0\n");
 }
 
 TEST(EthernetText, OfADhcpPortHoldsTheNameToAskWith)
@@ -185,35 +101,20 @@ TEST(EthernetText, OfADhcpPortHoldsTheNameToAskWith)
     port.enabled = 7;
     port.source = XAS_SOURCE_DHCP;
     port.mtu = 1400;
-    EXPECT_EQ(completeText(port, "eth0", false, 0, "console1"), "DEVICE=eth0\n"
-                                                                "TYPE=Ethernet\n"
-                                                                "BOOTPROTO=dhcp\n"
-                                                                "IPADDR=0.0.0.0\n"
-                                                                "NETMASK=0.0.0.0\n"
-                                                                "NETWORK=0.0.0.0\n"
-                                                                "BROADCAST=255.255.255.255\n"
-                                                                "IPV6INIT=yes\n"
-                                                                "IPV6ADDR=\n"
-                                                                "DHCP_HOSTNAME=console1\n"
-                                                                "ONBOOT=yes\n"
+    EXPECT_EQ(completeText(port, "eth0", false, 0, "console1"), "DEVICE=eth0\nTYPE=Ethernet\nBOOTPROTO=dhcp\n"
+                                                                "IPADDR=0.0.0.0\nNETMASK=0.0.0.0\n"
+                                                                "NETWORK=0.0.0.0\nBROADCAST=255.255.255.255\n"
+                                                                "IPV6INIT=yes\nIPV6ADDR=\n"
+                                                                "DHCP_HOSTNAME=console1\nONBOOT=yes\n"
                                                                 "MTU=1400\n");
 }
 
 TEST(EthernetText, OfBondingInActiveBackupEndsWithItsOptionsInQuotes)
 {
     EXPECT_EQ(completeText(xasTestEth().ports[0], "bond0", false, 1),
-              "DEVICE=bond0\n"
-              "TYPE=Bonding\n"
-              "BOOTPROTO=static\n"
-              "IPADDR=192.168.1.10\n"
-              "NETMASK=255.255.255.0\n"
-              "NETWORK=192.168.1.0\n"
-              "BROADCAST=192.168.1.255\n"
-              "IPV6INIT=yes\n"
-              "IPV6ADDR=\n"
-              "DHCP_HOSTNAME=\n"
-              "ONBOOT=yes\n"
-              "MTU=1500\n"
+              "DEVICE=bond0\nTYPE=Bonding\nBOOTPROTO=static\nIPADDR=192.168.1.10\nNETMASK=255.255.255.0\n"
+              "NETWORK=192.168.1.0\nBROADCAST=192.168.1.255\nIPV6INIT=yes\nIPV6ADDR=\nDHCP_HOSTNAME=\n"
+              "ONBOOT=yes\nMTU=1500\n"
               "BONDING_OPTS=\"mode=active-backup primary=eth0 miimon=250 use_carrier=1 downdelay=2500 "
               "updelay=2500\"\n");
 }
@@ -271,11 +172,6 @@ TEST(EthernetText, OfRandomBytesHoldsNothingButAssignments)
         for (std::string line; std::getline(lines, line);)
             ASSERT_TRUE(std::regex_match(line, assignment)) << line;
     }
-}
-
-TEST(EthernetEnableText, OfAnEmptyFileStaysEmpty)
-{
-    EXPECT_EQ(xasEthEnableText("", true), "");
 }
 
 TEST(EthernetEnableText, AddsNoLineAndKeepsCommentsAndOtherKeys)

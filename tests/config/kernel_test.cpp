@@ -1,7 +1,7 @@
 // Kernel parameters in the file that sysctl reads.
 #include "config/kernel.h"
 
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
 
@@ -15,18 +15,6 @@ const XasEthPayload VALUES = [] {
 }();
 
 } // namespace
-
-TEST(KernelFileDeathTest, NeedsItsPathAndItsValues)
-{
-    XasReplyStatus reply;
-    EXPECT_DEATH(xasEditKernelCfgFile(nullptr, &VALUES, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditKernelCfgFile("/tmp/none", nullptr, &reply), "kernCfg != \\(\\(void \\*\\)0\\)");
-}
-
-TEST(KernelText, OfAnEmptyFileStaysEmpty)
-{
-    EXPECT_EQ(xasKernelCfgText("", VALUES), "");
-}
 
 TEST(KernelText, KeepsCommentsBlankLinesAndOtherParameters)
 {

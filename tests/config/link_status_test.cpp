@@ -7,11 +7,6 @@
 #include "support/message.h"
 #include "support/reply.h"
 
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 XasMessage notice(std::uint32_t code, std::string_view text)

@@ -3,12 +3,6 @@
 
 #include "support/programs.h"
 
-#include <filesystem>
-#include <gmock/gmock.h>
-
-using testing::HasSubstr;
-using testing::Not;
-
 namespace {
 
 constexpr const char *OLD_TEXT = "# one old generation of each log\n"

@@ -1,9 +1,7 @@
 // The sizes in the log rotation's configuration and in its shell fragment.
 #include "config/logrotate.h"
 
-#include "support/growth.h"
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
 
@@ -50,11 +48,6 @@ XasSyslogPayload sizes(std::uint16_t nutSize = 30, std::uint16_t logSize = 64)
 
 } // namespace
 
-TEST(LogrotateText, OfAnEmptyFileStaysEmpty)
-{
-    EXPECT_EQ(xasLogrotateText("", sizes()), "");
-}
-
 TEST(LogrotateText, ReplacesAWholeFile)
 {
     EXPECT_EQ(xasLogrotateText(LIFELIKE, sizes()), "# rotate when a log is too large; see \"man logrotate\"\n"
@@ -89,16 +82,34 @@ TEST(LogrotateText, ReplacesAWholeFile)
                                                    "}\n");
 }
 
-TEST(LogrotateText, ReplacesWhateverStandsBehindAToken)
+TEST(LogrotateText, ChangesTheSizesWhereverTheirTokensStand)
 {
-    EXPECT_EQ(xasLogrotateText("size 100k\n$logbytes -gt 1\ntail -c 1\n", sizes()),
-              "size 64k\n$logbytes -gt 65536 ] ; then\ntail -c 32768 $1 > /www/$1.log\n");
-}
-
-TEST(LogrotateText, KeepsHalfOfAnOddSizeToTheByte)
-{
-    EXPECT_EQ(xasLogrotateText("tail -c \n", sizes(0, 33)), "tail -c 16896 $1 > /www/$1.log\n");
-    EXPECT_EQ(xasLogrotateText("tail -c \n", sizes(0, 1)), "tail -c 512 $1 > /www/$1.log\n");
+    xasExpectTexts({
+        {"replaces whatever stands behind a token",
+         xasLogrotateText("size 100k\n$logbytes -gt 1\ntail -c 1\n", sizes()),
+         "size 64k\n$logbytes -gt 65536 ] ; then\ntail -c 32768 $1 > /www/$1.log\n"},
+        {"keeps half of an odd size to the byte", xasLogrotateText("tail -c \n", sizes(0, 33)),
+         "tail -c 16896 $1 > /www/$1.log\n"},
+        {"keeps half of an odd size to the byte", xasLogrotateText("tail -c \n", sizes(0, 1)),
+         "tail -c 512 $1 > /www/$1.log\n"},
+        {"finds a token anywhere in a line comments and longer words included",
+         xasLogrotateText("# the size of each\nmaxsize 1M\nminsize 1k size 2k\n", sizes()),
+         "# the size 64k\nmaxsize 64k\nminsize 64k\n"},
+        {"lets the first rule win in a line with several tokens",
+         xasLogrotateText("tail -c 1 # $logbytes -gt 2\n", sizes()),
+         "tail -c 1 # $logbytes -gt 65536 ] ; then\n"},
+        {"lets the first rule win in a line with several tokens",
+         xasLogrotateText("tail -c 1 # size 2\n", sizes()), "tail -c 1 # size 64k\n"},
+        {"changes the size behind any line with the nut log unless another rule takes that line",
+         xasLogrotateText("size 1\n# /var/log/nuts\nsize 1\n/var/log/messages {\nsize 1\n", sizes()),
+         "size 64k\n# /var/log/nuts\nsize 30k\n/var/log/messages {\nsize 30k\n"},
+        {"changes the size behind any line with the nut log unless another rule takes that line",
+         xasLogrotateText("# size of /var/log/nut\nsize 1\n", sizes()), "# size 64k\nsize 64k\n"},
+        {"ends a replaced last line but not a copied one", xasLogrotateText("size 1", sizes()), "size 64k\n"},
+        {"ends a replaced last line but not a copied one", xasLogrotateText("rotate 1", sizes()), "rotate 1"},
+        {"loses the carriage returns of replaced lines only",
+         xasLogrotateText("rotate 1\r\nsize 1\r\n", sizes()), "rotate 1\r\nsize 64k\n"},
+    });
 }
 
 TEST(LogrotateText, TakesTheSmallestAndTheLargestSize)
@@ -110,42 +121,11 @@ TEST(LogrotateText, TakesTheSmallestAndTheLargestSize)
               "size 65535k\n$logbytes -gt 67107840 ] ; then\ntail -c 33553920 $1 > /www/$1.log\n");
 }
 
-TEST(LogrotateText, FindsATokenAnywhereInALineCommentsAndLongerWordsIncluded)
-{
-    EXPECT_EQ(xasLogrotateText("# the size of each\nmaxsize 1M\nminsize 1k size 2k\n", sizes()),
-              "# the size 64k\nmaxsize 64k\nminsize 64k\n");
-}
-
 TEST(LogrotateText, KeepsLinesWithHalfAToken)
 {
     constexpr std::string_view TEXT =
         "size\nsize\t100k\nsize=100k\n$logbytes -gt\n$logbytes -lt 1\ntail -n 1\n";
     EXPECT_EQ(xasLogrotateText(TEXT, sizes()), TEXT);
-}
-
-TEST(LogrotateText, LetsTheFirstRuleWinInALineWithSeveralTokens)
-{
-    EXPECT_EQ(xasLogrotateText("tail -c 1 # $logbytes -gt 2\n", sizes()),
-              "tail -c 1 # $logbytes -gt 65536 ] ; then\n");
-    EXPECT_EQ(xasLogrotateText("tail -c 1 # size 2\n", sizes()), "tail -c 1 # size 64k\n");
-}
-
-TEST(LogrotateText, ChangesTheSizeBehindAnyLineWithTheNutLogUnlessAnotherRuleTakesThatLine)
-{
-    EXPECT_EQ(xasLogrotateText("size 1\n# /var/log/nuts\nsize 1\n/var/log/messages {\nsize 1\n", sizes()),
-              "size 64k\n# /var/log/nuts\nsize 30k\n/var/log/messages {\nsize 30k\n");
-    EXPECT_EQ(xasLogrotateText("# size of /var/log/nut\nsize 1\n", sizes()), "# size 64k\nsize 64k\n");
-}
-
-TEST(LogrotateText, EndsAReplacedLastLineButNotACopiedOne)
-{
-    EXPECT_EQ(xasLogrotateText("size 1", sizes()), "size 64k\n");
-    EXPECT_EQ(xasLogrotateText("rotate 1", sizes()), "rotate 1");
-}
-
-TEST(LogrotateText, LosesTheCarriageReturnsOfReplacedLinesOnly)
-{
-    EXPECT_EQ(xasLogrotateText("rotate 1\r\nsize 1\r\n", sizes()), "rotate 1\r\nsize 64k\n");
 }
 
 TEST(LogrotateText, TakesALongLineInPiecesOf511Bytes)
@@ -165,22 +145,4 @@ TEST(LogrotateText, DoesNotChangeWhenItIsWrittenTwice)
 {
     const std::string once = xasLogrotateText(LIFELIKE, sizes());
     EXPECT_EQ(xasLogrotateText(once, sizes()), once);
-}
-
-TEST(LogrotateText, TakesTheSameTimeForALineOfAnyFile)
-{
-    const auto edit = [](std::string_view text) {
-        return xasLogrotateText(text, sizes());
-    };
-    EXPECT_LT(xasGrowthPerLine(edit, "            tail -c 51200 $1 > /www/$1.log\n"), XAS_CONSTANT_GROWTH);
-}
-
-TEST(LogrotateFileDeathTest, NeedsItsPathAndItsValues)
-{
-    const XasSyslogPayload sysLogInfo{};
-    XasReplyStatus reply;
-    EXPECT_DEATH(xasEditLogrotateCfgFile(nullptr, &sysLogInfo, &reply),
-                 "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditLogrotateCfgFile("/tmp/none", nullptr, &reply),
-                 "sysLogInfo != \\(\\(void \\*\\)0\\)");
 }

@@ -1,13 +1,7 @@
 // Module options: the bonding driver and IPv6.
 #include "config/modprobe.h"
 
-#include "support/files.h"
 #include "support/log.h"
-#include "support/reply.h"
-
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
 
 namespace {
 
@@ -19,21 +13,6 @@ XasEthPayload settings(std::uint32_t bonding, bool ipv6Enabled)
     return eth;
 }
 
-class ModprobeFile : public XasFilesTest {
-  protected:
-    std::string path = dir.path("network.conf");
-    XasLogCapture log;
-    XasReplyStatus reply;
-
-    int edit(const char *file, std::uint32_t bonding, bool ipv6Enabled)
-    {
-        const XasEthPayload eth = settings(bonding, ipv6Enabled);
-        return xasEditModProbeCfgFile(file, &eth, &reply);
-    }
-};
-
-using ModprobeFileDeathTest = ModprobeFile;
-
 /** The text of a mode that has options. */
 std::string completeText(std::uint32_t bonding, bool ipv6Enabled)
 {
@@ -43,23 +22,6 @@ std::string completeText(std::uint32_t bonding, bool ipv6Enabled)
 }
 
 } // namespace
-
-TEST_F(ModprobeFileDeathTest, NeedsItsPath)
-{
-    EXPECT_DEATH(edit(nullptr, 0, true), "cfgFileName != \\(\\(void \\*\\)0\\)");
-}
-
-TEST_F(ModprobeFile, IsLeftAloneWhenTheBondingModeIsUnknown)
-{
-    dir.write("network.conf", "options ipv6 disable=1\n");
-    EXPECT_EQ(edit(path.c_str(), 4, false), 1);
-    EXPECT_EQ(reply.rcode, 0U);
-    EXPECT_EQ(reply.rstr, "");
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error getting Ethernet bonding options string\n")));
-    EXPECT_EQ(dir.read("network.conf"), "options ipv6 disable=1\n");
-    EXPECT_EQ(dir.read("network.conf.tmp"), "alias netdev-bond0 bonding\n");
-    EXPECT_FALSE(dir.has("network.conf.old"));
-}
 
 TEST(ModprobeText, OfAnUnknownModeEndsBehindTheAlias)
 {
@@ -73,30 +35,21 @@ TEST(ModprobeText, OfAnUnknownModeEndsBehindTheAlias)
     }
 }
 
-TEST(ModprobeText, WithoutBondingHoldsAtMostTheIPv6Switch)
+TEST(ModprobeText, HoldsTheOptionsOfItsModeAndTheIPv6Switch)
 {
-    EXPECT_EQ(completeText(0, true), "");
-    EXPECT_EQ(completeText(0, false), "options ipv6 disable=1\n");
-}
-
-TEST(ModprobeText, HoldsTheOptionsOfActiveBackup)
-{
-    EXPECT_EQ(completeText(1, true), "alias netdev-bond0 bonding\n"
-                                     "options bond0 mode=active-backup primary=eth0 miimon=250 "
-                                     "use_carrier=1 downdelay=2500 updelay=2500\n");
-}
-
-TEST(ModprobeText, HoldsTheOptionsOfLinkAggregationAndTheIPv6Switch)
-{
-    EXPECT_EQ(completeText(2, false),
-              "alias netdev-bond0 bonding\n"
-              "options bond0 mode=802.3ad miimon=250 use_carrier=1 downdelay=2500 updelay=2500\n"
-              "options ipv6 disable=1\n");
-}
-
-TEST(ModprobeText, HoldsTheOptionsOfLoadBalancing)
-{
-    EXPECT_EQ(completeText(3, true),
-              "alias netdev-bond0 bonding\n"
-              "options bond0 mode=balance-tlb miimon=250 use_carrier=1 downdelay=2500 updelay=2500\n");
+    xasExpectTexts({
+        {"without bonding holds at most the IPv6 switch", completeText(0, true), ""},
+        {"without bonding holds at most the IPv6 switch", completeText(0, false), "options ipv6 disable=1\n"},
+        {"holds the options of active backup", completeText(1, true),
+         "alias netdev-bond0 bonding\n"
+         "options bond0 mode=active-backup primary=eth0 miimon=250 "
+         "use_carrier=1 downdelay=2500 updelay=2500\n"},
+        {"holds the options of link aggregation and the IPv6 switch", completeText(2, false),
+         "alias netdev-bond0 bonding\n"
+         "options bond0 mode=802.3ad miimon=250 use_carrier=1 downdelay=2500 updelay=2500\n"
+         "options ipv6 disable=1\n"},
+        {"holds the options of load balancing", completeText(3, true),
+         "alias netdev-bond0 bonding\n"
+         "options bond0 mode=balance-tlb miimon=250 use_carrier=1 downdelay=2500 updelay=2500\n"},
+    });
 }

@@ -5,38 +5,21 @@
 #include "config/modprobe.h"
 #include "config/network_file.h"
 #include "support/eth.h"
-#include "support/files.h"
-#include "support/log.h"
+#include "support/programs.h"
 #include "wire/address.h"
 
-#include <array>
-#include <cstdlib>
-#include <gmock/gmock.h>
-#include <sys/wait.h>
-
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 namespace {
-
-struct Result {
-    int exitStatus;
-    std::string output; /**< standard error included */
-};
 
 class NetworkConsumers : public XasFilesTest {
   protected:
     /** Runs a shell command in an empty directory of its own. */
-    Result run(const std::string &command)
+    XasProgramResult run(const std::string &command)
     {
-        const std::string line =
-            "cd '" + workplace.path() + "' && { " + command + "; } >'" + dir.path("output") + "' 2>&1";
-        const int status = std::system(line.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, dir.read("output")};
+        return xasRunShell("cd '" + workplace.path() + "' && { " + command + "; }");
     }
 
     /** Sources `path` with nothing to execute, then prints the values of `keys`, one a line. */
-    Result source(const std::string &path, const std::vector<std::string> &keys)
+    XasProgramResult source(const std::string &path, const std::vector<std::string> &keys)
     {
         std::string script = "PATH=/none; set -eu; . " + path;
         for (const std::string &key : keys)
@@ -70,7 +53,7 @@ TEST_F(NetworkConsumers, SysctlSetsTheKernelParameters)
                       "  net.ipv4.tcp_keepalive_probes= 1\nnet.ipv4.tcp_keepalive_intvl =1");
     XasReplyStatus reply;
     ASSERT_EQ(xasEditKernelCfgFile(file.c_str(), &eth, &reply), 0);
-    const Result result = run("sysctl -p " + file);
+    const XasProgramResult result = run("sysctl -p " + file);
     EXPECT_EQ(result.exitStatus, 0) << result.output;
     EXPECT_EQ(xasReadFile("/proc/sys/net/ipv4/ip_forward"), "1\n");
     EXPECT_EQ(xasReadFile("/proc/sys/net/ipv4/tcp_keepalive_time"), "7300\n");
@@ -90,14 +73,14 @@ TEST_F(NetworkConsumers, ModprobeReadsTheModuleOptions)
         XasEthPayload eth{};
         eth.bonding = mode;
         ASSERT_EQ(xasEditModProbeCfgFile(options.c_str(), &eth, &reply), 0);
-        const Result result = run("modprobe --showconfig -C " + options);
+        const XasProgramResult result = run("modprobe --showconfig -C " + options);
         EXPECT_EQ(result.exitStatus, 0);
         // The program takes "-" and "_" in names of modules for the same.
         EXPECT_THAT(result.output, HasSubstr("alias netdev_bond0 bonding\n"));
         EXPECT_THAT(result.output, HasSubstr("options bond0 " + std::string{MODES[mode - 1]} +
                                              " miimon=250 use_carrier=1 downdelay=2500 updelay=2500\n"));
         EXPECT_THAT(result.output, HasSubstr("options ipv6 disable=1\n"));
-        EXPECT_THAT(result.output, testing::Not(HasSubstr("ignoring")));
+        EXPECT_THAT(result.output, Not(HasSubstr("ignoring")));
     }
 }
 
@@ -107,7 +90,7 @@ TEST_F(NetworkConsumers, TheShellReadsAPortBack)
     xasTestIPv6("2001:db8::5", port.ipv6);
     port.maskv6 = 64;
     editPort(port, "eth1", false, 0);
-    const Result result =
+    const XasProgramResult result =
         source(file, {"DEVICE", "TYPE", "BOOTPROTO", "IPADDR", "NETMASK", "NETWORK", "BROADCAST", "IPV6INIT",
                       "IPV6ADDR", "DHCP_HOSTNAME", "ONBOOT", "MTU"});
     EXPECT_EQ(result.exitStatus, 0);
@@ -167,9 +150,9 @@ TEST_F(NetworkConsumers, TheShellRunsNothingOfAPortRecordOfRandomBytes)
         XasEthPort port = xasTestRandomPort(random);
         port.source = random() % 2 == 0 ? XAS_SOURCE_STATIC : XAS_SOURCE_BOOTP;
         editPort(port, random() % 2 == 0 ? "bond0" : "eth0", random() % 4 == 0, 1);
-        const Result result = source(file, {"BOOTPROTO"});
+        const XasProgramResult result = source(file, {"BOOTPROTO"});
         ASSERT_EQ(result.exitStatus, 0) << xasReadFile(file);
-        ASSERT_THAT(result.output, testing::AnyOf("static\n", "bootp\n", "none\n")) << xasReadFile(file);
+        ASSERT_THAT(result.output, AnyOf("static\n", "bootp\n", "none\n")) << xasReadFile(file);
         ASSERT_THAT(workplace.names(), IsEmpty());
     }
 }
@@ -187,7 +170,7 @@ TEST_F(NetworkConsumers, TheShellRunsNothingOfAHostNameOfRandomBytes)
             name += random() % 2 == 0 ? SPECIAL[random() % SPECIAL.size()] : static_cast<char>(random());
         xasWriteFile("/www/xml/network.xml", "<HOSTNAME>" + name + "</HOSTNAME>\n");
         editPort(port, "eth0", false, 0);
-        const Result result = source(file, {"BOOTPROTO"});
+        const XasProgramResult result = source(file, {"BOOTPROTO"});
         ASSERT_EQ(result.exitStatus, 0) << xasReadFile(file);
         ASSERT_EQ(result.output, "dhcp\n") << xasReadFile(file);
         ASSERT_THAT(workplace.names(), IsEmpty());
@@ -200,5 +183,5 @@ TEST_F(NetworkConsumers, TheShellWouldTellIfAFileHeldACommand)
     EXPECT_NE(source(file, {}).exitStatus, 0);
     dir.write("file", "DHCP_HOSTNAME=a >trace\n");
     source(file, {});
-    EXPECT_THAT(workplace.names(), testing::ElementsAre("trace"));
+    EXPECT_THAT(workplace.names(), ElementsAre("trace"));
 }

@@ -2,9 +2,8 @@
 #include "config/network_file.h"
 
 #include "support/eth.h"
+#include "support/test.h"
 #include "wire/address.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -36,14 +35,6 @@ constexpr std::string_view WHOLE_FILE = "# global\n"
 
 } // namespace
 
-TEST(NetworkFileDeathTest, NeedsItsPathAndItsValues)
-{
-    XasReplyStatus reply;
-    const XasNetInfo netInfo;
-    EXPECT_DEATH(xasEditNetCfgFile(nullptr, &netInfo, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditNetCfgFile("/tmp/none", nullptr, &reply), "netInfo != \\(\\(void \\*\\)0\\)");
-}
-
 TEST(NetworkText, StaysAsItIsWithNothingToSet)
 {
     XasNetInfo netInfo = gateways("10.0.0.1", "2001:db8::1");
@@ -52,11 +43,28 @@ TEST(NetworkText, StaysAsItIsWithNothingToSet)
     EXPECT_EQ(xasNetCfgText(WHOLE_FILE, netInfo), WHOLE_FILE);
 }
 
-TEST(NetworkText, GetsNoHostNameThatItDidNotHave)
+TEST(NetworkText, ChangesNothingButWhatIsSet)
 {
-    EXPECT_EQ(xasNetCfgText("", hostname("console1")), "");
-    EXPECT_EQ(xasNetCfgText("#HOSTNAME=x\nHOSTNAME =x\n", hostname("console1")),
-              "#HOSTNAME=x\nHOSTNAME =x\n");
+    xasExpectTexts({
+        {"gets no host name that it did not have", xasNetCfgText("", hostname("console1")), ""},
+        {"gets no host name that it did not have",
+         xasNetCfgText("#HOSTNAME=x\nHOSTNAME =x\n", hostname("console1")), "#HOSTNAME=x\nHOSTNAME =x\n"},
+        {"loses the gateways that are none", xasNetCfgText(WHOLE_FILE, gateways(nullptr)),
+         "# global\n"
+         "NETWORKING=yes\n"
+         "NETWORKING_IPV6=no\n"
+         "HOSTNAME=old.example.net\n"
+         "FORWARD_IPV4=no\n"},
+        {"gets only the missing one of two gateways at its end",
+         xasNetCfgText("IPV6_GATEWAY=fe80::1\nX=1\n", gateways("10.0.0.1", "2001:db8::1")),
+         "IPV6_GATEWAY=2001:db8::1\nX=1\nGATEWAY=10.0.0.1\n"},
+        {"takes an all zero i pv4 gateway for one", xasNetCfgText("GATEWAY=1.2.3.4\n", gateways("0.0.0.0")),
+         "GATEWAY=0.0.0.0\n"},
+        {"joins what is appended to a last line without line feed",
+         xasNetCfgText("X=1", gateways("10.0.0.1")), "X=1GATEWAY=10.0.0.1\n"},
+        {"writes a last line without line feed anew with one",
+         xasNetCfgText("X=1\nGATEWAY=1.2.3.4", gateways("10.0.0.1")), "X=1\nGATEWAY=10.0.0.1\n"},
+    });
 }
 
 TEST(NetworkText, ChangesNothingButTheHostName)
@@ -68,15 +76,6 @@ TEST(NetworkText, ChangesNothingButTheHostName)
                                                                            "GATEWAY=1.2.3.4\n"
                                                                            "IPV6_GATEWAY=fe80::1\n"
                                                                            "FORWARD_IPV4=no\n");
-}
-
-TEST(NetworkText, LosesTheGatewaysThatAreNone)
-{
-    EXPECT_EQ(xasNetCfgText(WHOLE_FILE, gateways(nullptr)), "# global\n"
-                                                            "NETWORKING=yes\n"
-                                                            "NETWORKING_IPV6=no\n"
-                                                            "HOSTNAME=old.example.net\n"
-                                                            "FORWARD_IPV4=no\n");
 }
 
 TEST(NetworkText, GetsBothGatewaysWhereTheyStoodAndTheIPv6Switch)
@@ -101,32 +100,11 @@ TEST(NetworkText, GetsTheGatewaysAtItsEndWhereItHadNone)
     EXPECT_EQ(xasNetCfgText("", gateways(nullptr)), "");
 }
 
-TEST(NetworkText, GetsOnlyTheMissingOneOfTwoGatewaysAtItsEnd)
-{
-    EXPECT_EQ(xasNetCfgText("IPV6_GATEWAY=fe80::1\nX=1\n", gateways("10.0.0.1", "2001:db8::1")),
-              "IPV6_GATEWAY=2001:db8::1\nX=1\nGATEWAY=10.0.0.1\n");
-}
-
-TEST(NetworkText, TakesAnAllZeroIPv4GatewayForOne)
-{
-    EXPECT_EQ(xasNetCfgText("GATEWAY=1.2.3.4\n", gateways("0.0.0.0")), "GATEWAY=0.0.0.0\n");
-}
-
 TEST(NetworkText, GetsNoIPv6SwitchThatItDidNotHave)
 {
     XasNetInfo netInfo = gateways(nullptr);
     netInfo.ipv6Enabled = 1;
     EXPECT_EQ(xasNetCfgText("NETWORKING=yes\n", netInfo), "NETWORKING=yes\n");
-}
-
-TEST(NetworkText, JoinsWhatIsAppendedToALastLineWithoutLineFeed)
-{
-    EXPECT_EQ(xasNetCfgText("X=1", gateways("10.0.0.1")), "X=1GATEWAY=10.0.0.1\n");
-}
-
-TEST(NetworkText, WritesALastLineWithoutLineFeedAnewWithOne)
-{
-    EXPECT_EQ(xasNetCfgText("X=1\nGATEWAY=1.2.3.4", gateways("10.0.0.1")), "X=1\nGATEWAY=10.0.0.1\n");
 }
 
 TEST(NetworkText, KeepsOverlongLinesAndOtherSystemsLineEnds)

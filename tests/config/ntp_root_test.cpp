@@ -4,12 +4,6 @@
 #include "support/hosts.h"
 #include "support/programs.h"
 
-#include <gmock/gmock.h>
-#include <sstream>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 constexpr const char *OLD_TEXT = "# configuration for ntpd; see ntp.conf(5) for help\n"

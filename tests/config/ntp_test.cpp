@@ -4,19 +4,10 @@
 #include "support/apps.h"
 #include "support/faults.h"
 #include "support/files.h"
-#include "support/growth.h"
 #include "support/hosts.h"
 #include "support/log.h"
 #include "support/message.h"
 #include "support/reply.h"
-
-#include <cerrno>
-#include <filesystem>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::UnorderedElementsAre;
 
 namespace {
 
@@ -61,14 +52,6 @@ XasNtpPayload notPolling(std::uint32_t sync)
 const XasNtpPayload THREE = pollingThree(xasHostWithAddress("10.0.0.1"), xasNamedHost("ntp.example.org"),
                                          xasHostWithAddress("2001:db8::7b"));
 
-std::string lines(std::string_view line, std::size_t count)
-{
-    std::string text;
-    while (count-- > 0)
-        text += line;
-    return text;
-}
-
 /** The handler on a file pair of its own. */
 class NtpUpdate : public XasFilesTest {
   protected:
@@ -98,39 +81,25 @@ class NtpUpdate : public XasFilesTest {
     }
 };
 
-using NtpFilesDeathTest = NtpUpdate;
-
 } // namespace
 
 // The step file.
 
-TEST(NtpStepText, ListsTheThreeServersOneALine)
+TEST(NtpStepText, ListsThreeServers)
 {
-    EXPECT_EQ(xasNtpStepText(THREE), "10.0.0.1\nntp.example.org\n2001:db8::7b\n");
-}
-
-TEST(NtpStepText, ListsTheSingleServerWithTwoUnsetOnes)
-{
-    EXPECT_EQ(xasNtpStepText(pollingOne(xasNamedHost("one"))), "one\n0.0.0.0\n0.0.0.0\n");
-}
-
-TEST(NtpStepText, ShowsZeroRecordsAsAddressesAndEmptyNamesAsEmptyLines)
-{
-    EXPECT_EQ(xasNtpStepText(pollingThree({}, {}, xasNamedHost(""))), "0.0.0.0\n0.0.0.0\n\n");
-}
-
-TEST(NtpStepText, TakesANameThatFillsItsField)
-{
-    EXPECT_EQ(xasNtpStepText(pollingOne(xasNamedHost(std::string(68, 'n')))),
-              std::string(68, 'n') + "\n0.0.0.0\n0.0.0.0\n");
+    xasExpectTexts({
+        {"lists the three servers one a line", xasNtpStepText(THREE),
+         "10.0.0.1\nntp.example.org\n2001:db8::7b\n"},
+        {"lists the single server with two unset ones", xasNtpStepText(pollingOne(xasNamedHost("one"))),
+         "one\n0.0.0.0\n0.0.0.0\n"},
+        {"shows zero records as addresses and empty names as empty lines",
+         xasNtpStepText(pollingThree({}, {}, xasNamedHost(""))), "0.0.0.0\n0.0.0.0\n\n"},
+        {"takes a name that fills its field", xasNtpStepText(pollingOne(xasNamedHost(std::string(68, 'n')))),
+         std::string(68, 'n') + "\n0.0.0.0\n0.0.0.0\n"},
+    });
 }
 
 // The daemon's configuration.
-
-TEST(NtpText, OfAnEmptyFileStaysEmpty)
-{
-    EXPECT_EQ(xasNtpCfgText("", THREE), "");
-}
 
 TEST(NtpText, PollingThreeServersReplacesAWholeFile)
 {
@@ -158,42 +127,36 @@ TEST(NtpText, PollingThreeServersReplacesAWholeFile)
               "servers 4\n");
 }
 
-TEST(NtpText, TheBroadcastClientReplacesAWholeFile)
+TEST(NtpText, ChangesServersAndTheBroadcastClientAlone)
 {
-    EXPECT_EQ(xasNtpCfgText(LIFELIKE, notPolling(0)),
-              "# /etc/ntp.conf, configuration for ntpd; see ntp.conf(5) for help\n"
-              "\n"
-              "driftfile /var/lib/ntp/ntp.drift\n"
-              "leapfile /usr/share/zoneinfo/leap-seconds.list\n"
-              "\n"
-              "# Specify one or more NTP servers.\n"
-              "#server ntp.your-provider.example\n"
-              "pool 0.debian.pool.ntp.org iburst\n"
-              "\n"
-              "# the local clock, for when no server answers\n"
-              "server 127.127.1.0\n"
-              "fudge 127.127.1.0 stratum 10\n"
-              "#server 192.168.10.1 iburst\n"
-              "#  server\tntp2.example.net\tprefer\n"
-              "restrict -4 default kod notrap nomodify nopeer noquery limited\n"
-              "# If you want to listen to time broadcasts on your local subnet:\n"
-              "#disable auth\n"
-              "broadcastclient\n"
-              "disable auth\n"
-              "disable auth\n"
-              "servers 4\n");
-}
-
-TEST(NtpText, NeitherSyncCommentsOutServersAndTheBroadcastClient)
-{
-    EXPECT_EQ(xasNtpCfgText("server a\n#server b\nbroadcastclient\n#broadcastclient\n", notPolling(2)),
-              "#server a\n#server b\n#broadcastclient\n#broadcastclient\n");
-}
-
-TEST(NtpText, PollingOneServerWritesNoOther)
-{
-    EXPECT_EQ(xasNtpCfgText("server a\nserver b\nserver c\n", pollingOne(xasNamedHost("ntp.example.org"))),
-              "server ntp.example.org\n");
+    xasExpectTexts({
+        {"neither sync comments out servers and the broadcast client",
+         xasNtpCfgText("server a\n#server b\nbroadcastclient\n#broadcastclient\n", notPolling(2)),
+         "#server a\n#server b\n#broadcastclient\n#broadcastclient\n"},
+        {"polling one server writes no other",
+         xasNtpCfgText("server a\nserver b\nserver c\n", pollingOne(xasNamedHost("ntp.example.org"))),
+         "server ntp.example.org\n"},
+        {"always writes the first server", xasNtpCfgText("server a\n", pollingOne(XasHostAddr{})),
+         "server 0.0.0.0\n"},
+        {"always writes the first server", xasNtpCfgText("server a\n", pollingOne(xasNamedHost(""))),
+         "server \n"},
+        {"counts a commented server line as the first",
+         xasNtpCfgText("#server a\nfudge x\nserver b\n# server c\n", pollingOne(xasNamedHost("one"))),
+         "server one\nfudge x\n"},
+        {"takes another local clock for a server", xasNtpCfgText("server 127.127.1.1\n", notPolling(0)),
+         "#server 127.127.1.1\n"},
+        {"switches the broadcast client on with whatever stands behind it",
+         xasNtpCfgText("broadcastclient novolley\n # broadcastclient\n#\tbroadcastclient\n", notPolling(0)),
+         "broadcastclient\n # broadcastclient\nbroadcastclient\n"},
+        {"switches the broadcast client on with whatever stands behind it",
+         xasNtpCfgText(" broadcastclient novolley\n", notPolling(2)), "# broadcastclient novolley\n"},
+        {"appends nothing to a file without our lines", xasNtpCfgText("driftfile /d\n", THREE),
+         "driftfile /d\n"},
+        {"reads lines with carriage returns and keeps them in copied lines",
+         xasNtpCfgText("driftfile /d\r\nserver 127.127.1.0\r\nserver a\r\nbroadcastclient\r\n",
+                       notPolling(0)),
+         "driftfile /d\r\nserver 127.127.1.0\r\n#server a\r\nbroadcastclient\n"},
+    });
 }
 
 TEST(NtpText, LeavesOutSecondAndThirdServersWithAnEmptyNameButNotTheAddressOfZeroes)
@@ -205,29 +168,12 @@ TEST(NtpText, LeavesOutSecondAndThirdServersWithAnEmptyNameButNotTheAddressOfZer
               "server one\nserver 0.0.0.0\n");
 }
 
-TEST(NtpText, AlwaysWritesTheFirstServer)
-{
-    EXPECT_EQ(xasNtpCfgText("server a\n", pollingOne(XasHostAddr{})), "server 0.0.0.0\n");
-    EXPECT_EQ(xasNtpCfgText("server a\n", pollingOne(xasNamedHost(""))), "server \n");
-}
-
-TEST(NtpText, CountsACommentedServerLineAsTheFirst)
-{
-    EXPECT_EQ(xasNtpCfgText("#server a\nfudge x\nserver b\n# server c\n", pollingOne(xasNamedHost("one"))),
-              "server one\nfudge x\n");
-}
-
 TEST(NtpText, KeepsServerLinesOfTheLocalClockAndWithoutAServer)
 {
     constexpr std::string_view TEXT = "server 127.127.1.0\nserver 127.127.1.0 prefer\n#server 127.127.1.0\n"
                                       "server\n#server\nserver \t \n";
     EXPECT_EQ(xasNtpCfgText(TEXT, THREE), TEXT);
     EXPECT_EQ(xasNtpCfgText(TEXT, notPolling(0)), TEXT);
-}
-
-TEST(NtpText, TakesAnotherLocalClockForAServer)
-{
-    EXPECT_EQ(xasNtpCfgText("server 127.127.1.1\n", notPolling(0)), "#server 127.127.1.1\n");
 }
 
 TEST(NtpText, KeepsLinesWhoseFirstWordIsAnother)
@@ -238,32 +184,12 @@ TEST(NtpText, KeepsLinesWhoseFirstWordIsAnother)
     EXPECT_EQ(xasNtpCfgText(TEXT, notPolling(0)), TEXT);
 }
 
-TEST(NtpText, SwitchesTheBroadcastClientOnWithWhateverStandsBehindIt)
-{
-    EXPECT_EQ(
-        xasNtpCfgText("broadcastclient novolley\n # broadcastclient\n#\tbroadcastclient\n", notPolling(0)),
-        "broadcastclient\n # broadcastclient\nbroadcastclient\n");
-    EXPECT_EQ(xasNtpCfgText(" broadcastclient novolley\n", notPolling(2)), "# broadcastclient novolley\n");
-}
-
-TEST(NtpText, AppendsNothingToAFileWithoutOurLines)
-{
-    EXPECT_EQ(xasNtpCfgText("driftfile /d\n", THREE), "driftfile /d\n");
-}
-
 TEST(NtpText, EndsAReplacedLastLineButNotACopiedOne)
 {
     EXPECT_EQ(xasNtpCfgText("server a", pollingOne(xasNamedHost("one"))), "server one\n");
     EXPECT_EQ(xasNtpCfgText("broadcastclient", notPolling(0)), "broadcastclient\n");
     EXPECT_EQ(xasNtpCfgText("server a", notPolling(0)), "#server a");
     EXPECT_EQ(xasNtpCfgText("driftfile /d", THREE), "driftfile /d");
-}
-
-TEST(NtpText, ReadsLinesWithCarriageReturnsAndKeepsThemInCopiedLines)
-{
-    EXPECT_EQ(
-        xasNtpCfgText("driftfile /d\r\nserver 127.127.1.0\r\nserver a\r\nbroadcastclient\r\n", notPolling(0)),
-        "driftfile /d\r\nserver 127.127.1.0\r\n#server a\r\nbroadcastclient\n");
 }
 
 TEST(NtpText, TakesALongLineInPiecesOf511Bytes)
@@ -301,24 +227,7 @@ TEST(NtpText, LosesItsServerLinesForGoodWhenTheFirstServerIsTheLocalClockOrNone)
     }
 }
 
-TEST(NtpText, TakesTheSameTimeForALineOfAnyFile)
-{
-    const auto edit = [](std::string_view text) {
-        return xasNtpCfgText(text, notPolling(0));
-    };
-    EXPECT_LT(xasGrowthPerLine(edit, "server ntp.example.org iburst\n"), XAS_CONSTANT_GROWTH);
-    EXPECT_EQ(edit(lines("server a\n", 100'000)), lines("#server a\n", 100'000));
-}
-
 // The editors.
-
-TEST_F(NtpFilesDeathTest, NeedTheirPathsAndValues)
-{
-    EXPECT_DEATH(xasEditNTPStepFile(nullptr, &THREE, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditNTPStepFile("/tmp/none", nullptr, &reply), "ntpServer != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditNTPCfgFile(nullptr, &THREE, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditNTPCfgFile("/tmp/none", nullptr, &reply), "ntpInfo != \\(\\(void \\*\\)0\\)");
-}
 
 // The handler.
 
@@ -379,14 +288,6 @@ TEST_F(NtpUpdate, EmptiesTheStepFileKeepingItsContentAndModeWhenNothingIsPolled)
         EXPECT_THAT(dir.names(),
                     UnorderedElementsAre("ntp.conf", "ntp.conf.old", "step-tickers", "step-tickers.old"));
     }
-}
-
-TEST_F(NtpUpdate, ReplacesAnEarlierBackupWhenItEmptiesTheStepFile)
-{
-    dir.write("step-tickers.old", "older.example.net\n");
-    message.set("sync", 0);
-    EXPECT_EQ(update(), 0);
-    EXPECT_EQ(dir.read("step-tickers.old"), "old.example.net\n");
 }
 
 TEST_F(NtpUpdate, EmptiesTheStepFileWhateverStandsAtItsTemporary)
@@ -452,14 +353,4 @@ TEST_F(NtpUpdate, LeavesADirectoryWhereTheStepFileShouldBeAlone)
                 ElementsAre(notRenamed, xasErrorLine("Error opening file \"" + steps + "\"\n"), notRenamed));
     EXPECT_EQ(dir.read("step-tickers/inside"), "text");
     EXPECT_THAT(dir.names(), ElementsAre("ntp.conf", "step-tickers"));
-}
-
-TEST_F(NtpUpdate, AppliedTwiceChangesNoByteTheSecondTime)
-{
-    EXPECT_EQ(update(), 0);
-    const std::string stepsOnce = dir.read("step-tickers");
-    const std::string ntpOnce = dir.read("ntp.conf");
-    EXPECT_EQ(update(), 0);
-    EXPECT_EQ(dir.read("step-tickers"), stepsOnce);
-    EXPECT_EQ(dir.read("ntp.conf"), ntpOnce);
 }

@@ -5,10 +5,6 @@
 #include "support/programs.h"
 
 #include <arpa/inet.h>
-#include <gmock/gmock.h>
-
-using testing::HasSubstr;
-using testing::Not;
 
 namespace {
 

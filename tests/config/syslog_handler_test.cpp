@@ -3,15 +3,9 @@
 
 #include "support/apps.h"
 #include "support/files.h"
-#include "support/hosts.h"
 #include "support/log.h"
 #include "support/message.h"
 #include "support/reply.h"
-
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 

@@ -5,14 +5,8 @@
 #include "support/programs.h"
 #include "support/stub.h"
 
-#include <algorithm>
-#include <gmock/gmock.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
-#include <unistd.h>
-
-using testing::HasSubstr;
-using testing::Not;
 
 namespace {
 

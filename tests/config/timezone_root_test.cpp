@@ -5,8 +5,6 @@
 #include "support/message.h"
 #include "support/programs.h"
 
-#include <gmock/gmock.h>
-
 namespace {
 
 std::string localTime()

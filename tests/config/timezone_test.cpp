@@ -8,14 +8,7 @@
 #include "support/message.h"
 #include "support/reply.h"
 
-#include <cerrno>
-#include <filesystem>
-#include <gmock/gmock.h>
-
 namespace fs = std::filesystem;
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -82,14 +75,6 @@ TEST_F(TimezoneUpdate, LeavesTheOldLinkForANameThatFillsTheRecord)
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("failure getting information about file " + base + "/" +
                                                       longName + "\n")));
     EXPECT_EQ(fs::read_symlink(link), utc);
-}
-
-TEST_F(TimezoneUpdate, PointsTheLinkAtTheSamePlaceTheSecondTime)
-{
-    EXPECT_EQ(update("Europe/Berlin"), 0);
-    EXPECT_EQ(update("Europe/Berlin"), 0);
-    EXPECT_EQ(fs::read_symlink(link), berlin);
-    EXPECT_THAT(log.lines(), IsEmpty());
 }
 
 TEST_F(TimezoneUpdate, PointsTheLinkAtTheDirectoryForAnEmptyName)

@@ -6,13 +6,6 @@
 #include "support/log.h"
 #include "support/reply.h"
 
-#include <gmock/gmock.h>
-#include <unistd.h>
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 namespace {
 
 constexpr const char *SETTINGS = "/www/xml/network.xml";

@@ -3,10 +3,6 @@
 #include "support/apps.h"
 #include "support/log.h"
 
-#include <gmock/gmock.h>
-
-using testing::IsEmpty;
-
 TEST(FindApp, FindsNoneInAnEmptyListNorForAnotherName)
 {
     XasAppList none;

@@ -1,6 +1,6 @@
 #include "core/assert.h"
 
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 TEST(AssertDeathTest, EndsTheProcessWithTheConditionsText)
 {

@@ -1,14 +1,9 @@
 #include "core/child.h"
 
 #include "support/faults.h"
+#include "support/test.h"
 
-#include <cerrno>
-#include <csignal>
 #include <fcntl.h>
-#include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 

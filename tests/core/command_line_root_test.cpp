@@ -2,11 +2,6 @@
 #include "core/command_line.h"
 #include "support/files.h"
 
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 TEST(NtpCommandLine, IsUnchangedWhenThereAreStepTickers)
 {
     xasWriteFile("/etc/ntp/step-tickers", "0.pool\n");

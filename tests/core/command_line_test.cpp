@@ -1,9 +1,6 @@
 #include "core/command_line.h"
 
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
+#include "support/test.h"
 
 namespace {
 

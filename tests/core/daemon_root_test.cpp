@@ -3,12 +3,6 @@
 
 #include "support/supervision.h"
 
-#include <gmock/gmock.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 class FileServer : public XasSupervisionTest {

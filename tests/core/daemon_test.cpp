@@ -5,15 +5,6 @@
 #include "support/faults.h"
 #include "support/supervision.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <gmock/gmock.h>
-
-using namespace std::chrono_literals;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 using StartDaemon = XasSupervisionTest;
@@ -283,11 +274,6 @@ TEST_F(ReapChild, DoesNotStartADaemonAgainThatIsBeingStopped)
     EXPECT_THAT(log.lines(), ElementsAre(xasInfoLine(xasEndedText(pid, "WIFSIGNALED"))));
 }
 
-TEST(StopDaemonDeathTest, NeedsADaemon)
-{
-    EXPECT_DEATH(xasStopDaemon(nullptr), "daemon != \\(\\(void \\*\\)0\\)");
-}
-
 TEST_F(StopDaemon, FailsForAPidThatIsNotPositive)
 {
     XasDaemon &daemon = superviseOneThatStays();
@@ -410,22 +396,6 @@ TEST_F(StopDaemon, IsNotUndoneByTheReaper)
     xasWait(10s);
     EXPECT_EQ(daemon.pid, -1);
     EXPECT_THAT(stubs.calls(), IsEmpty());
-}
-
-TEST_F(ReapChild, NeverTakesAScriptsStatusWhateverDiesAtTheSameMoment)
-{
-    XasDaemon &daemon = supervise("app", "/bin/sleep 1000");
-    for (int round = 0; round < 1000; ++round) {
-        daemon.stopping = 1; // so that it is not started again
-        const pid_t pid = start();
-        ASSERT_GT(pid, 0);
-        ::kill(pid, SIGKILL);
-        ASSERT_EQ(xasRunScript(round % 2 == 0 ? "/bin/true" : "/bin/false"), round % 2) << round;
-        xasAwaitExit(pid);
-        xasWait(0ms);
-        ASSERT_EQ(daemon.pid, -1) << round;
-        ASSERT_EQ(daemon.running, 0) << round;
-    }
 }
 
 TEST_F(StopDaemon, MeetsNoDaemonWhoseDeathIsCollectedAndNotServed)

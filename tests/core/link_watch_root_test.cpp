@@ -8,14 +8,6 @@
 #include "support/log.h"
 #include "support/message.h"
 
-#include <cerrno>
-#include <cstdlib>
-#include <gmock/gmock.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 class LinkWatch : public XasFilesTest {

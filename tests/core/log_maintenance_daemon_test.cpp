@@ -2,12 +2,6 @@
 #include "support/daemon.h"
 #include "support/settled_log.h"
 
-#include <csignal>
-#include <gmock/gmock.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-
 namespace {
 
 const std::string COPY = "/bin/cp -f /var/log/debug /var/log/devports /var/log/diag /var/log/general "

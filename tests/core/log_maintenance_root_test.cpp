@@ -5,19 +5,7 @@
 #include "support/log.h"
 #include "support/stub.h"
 
-#include <gmock/gmock.h>
-#include <unistd.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
-
-const std::string COPY = "/bin/cp -f /var/log/debug /var/log/devports /var/log/diag /var/log/general "
-                         "/var/log/messages /var/log/network /var/log/secure /var/log/services /var/log/sw "
-                         "/var/log/syslog /www/savelogs/";
-const std::string ROTATE = "/usr/sbin/logrotate -v /etc/logrotate.conf";
-const std::string REOPEN = "/bin/killall -SIGHUP syslogd";
 
 class LogMaintenance : public testing::Test {
   protected:
@@ -51,45 +39,12 @@ class LogMaintenance : public testing::Test {
 
 } // namespace
 
-TEST_F(LogMaintenance, OnlyCopiesTheLogsAtTheFirstElevenTicks)
-{
-    tick(11);
-    EXPECT_THAT(stubs.lines(), testing::AllOf(testing::SizeIs(11), testing::Each(COPY)));
-    EXPECT_THAT(log.lines(), IsEmpty());
-}
-
 TEST_F(LogMaintenance, ArmsTheNextAlarm)
 {
     tick(1);
     const unsigned left = ::alarm(0);
     EXPECT_GT(left, 290U);
     EXPECT_LE(left, 300U);
-}
-
-TEST_F(LogMaintenance, RotatesTheLogsAtEveryTwelfthTick)
-{
-    almostAnHour();
-    tick(1);
-    EXPECT_THAT(stubs.lines(), ElementsAre(COPY, ROTATE, REOPEN));
-    EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("Running /usr/sbin/logrotate\n")));
-    EXPECT_FALSE(xasExists("/tmp/logrotate.txt"));
-    almostAnHour();
-    tick(1);
-    EXPECT_THAT(stubs.lines(), ElementsAre(COPY, ROTATE, REOPEN));
-}
-
-TEST_F(LogMaintenance, LogsTheErrorLinesOfAFailedRotation)
-{
-    stubs.put("/usr/sbin/logrotate", 1,
-              "echo 'reading config'\necho 'error: one: two'\necho ' error: not at the beginning'\n"
-              "echo 'error: last' >&2");
-    almostAnHour();
-    tick(1);
-    EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("Running /usr/sbin/logrotate\n"),
-                                        xasErrorLine("error calling script /usr/sbin/logrotate\n"),
-                                        xasErrorLine("one: two\n"), xasErrorLine("last\n")));
-    EXPECT_FALSE(xasExists("/tmp/logrotate.txt"));
-    EXPECT_THAT(stubs.lines(), ElementsAre(COPY, ROTATE, REOPEN));
 }
 
 TEST_F(LogMaintenance, ReadsTheOutputInPiecesOf255Characters)
@@ -101,24 +56,6 @@ TEST_F(LogMaintenance, ReadsTheOutputInPiecesOf255Characters)
     EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("Running /usr/sbin/logrotate\n"),
                                         xasErrorLine("error calling script /usr/sbin/logrotate\n"),
                                         xasErrorLine(std::string(248, 'x')), xasErrorLine("y\n")));
-}
-
-TEST_F(LogMaintenance, LogsNoErrorLineWhenTheOutputIsGone)
-{
-    stubs.put("/usr/sbin/logrotate", 1, "rm /tmp/logrotate.txt");
-    almostAnHour();
-    tick(1);
-    EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("Running /usr/sbin/logrotate\n"),
-                                        xasErrorLine("error calling script /usr/sbin/logrotate\n")));
-}
-
-TEST_F(LogMaintenance, KeepsTheOutputWhileTheMarkerIsThere)
-{
-    xasWriteFile("/tmp/logrotate_debug", "");
-    stubs.put("/usr/sbin/logrotate", 0, "echo output");
-    almostAnHour();
-    tick(1);
-    EXPECT_EQ(xasReadFile("/tmp/logrotate.txt"), "output\n");
 }
 
 TEST_F(LogMaintenance, BeginsTheRestartBudgetOfEveryDaemonAnewOnlyOnceAnHour)

@@ -2,10 +2,6 @@
 
 #include "support/log.h"
 
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-
 TEST(Log, HasNoTagForFacilitiesOutsideItsTable)
 {
     EXPECT_EQ(xasFacilityTag(LOG_LOCAL2), "");

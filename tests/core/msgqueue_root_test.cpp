@@ -2,20 +2,12 @@
 #include "core/msgqueue.h"
 
 #include "core/wait.h"
-#include "support/clock.h"
 #include "support/daemon.h"
 #include "support/faults.h"
-#include "support/log.h"
+#include "support/supervision.h"
 
-#include <cerrno>
-#include <csignal>
 #include <fstream>
-#include <gmock/gmock.h>
 #include <sys/msg.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -80,14 +72,6 @@ TEST(MessageIds, BeginAtTenAndCountUp)
     EXPECT_EQ(xasNextMsgId(), 10U);
     EXPECT_EQ(xasNextMsgId(), 11U);
     EXPECT_EQ(xasNextMsgId(), 12U);
-}
-
-TEST(TransportDeathTest, NeedsItsMessage)
-{
-    XasUserList users;
-    EXPECT_DEATH(xasSendMessage(nullptr), "msg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasGetMessage(nullptr, false), "msg != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasReceiveMessage(nullptr, users, {}), "msg != \\(\\(void \\*\\)0\\)");
 }
 
 TEST_F(Transport, ReportsARecordThatCannotBeSent)
@@ -158,21 +142,13 @@ TEST_F(Transport, GivesTheFirstRecordWhateverItsTypeIs)
 TEST_F(Transport, WaitsForARecordAndServesSignalsMeanwhile)
 {
     int alarms = 0;
-    xasInstallSignals({.terminate = [] {},
-                       .alarm = [&] { ++alarms; },
-                       .childExited =
-                           [](pid_t, int) {
-                           }});
+    xasServe([] {}, [&] { ++alarms; });
     clock.at(300ms, [] { ::raise(SIGALRM); });
     clock.at(700ms, [this] { queues.send(XasMessageBuilder{XMSG_SSH}.id(8)); });
     EXPECT_EQ(xasGetMessage(&msg, true), 0);
     EXPECT_EQ(msg.xH.id, 8U);
     EXPECT_EQ(alarms, 1);
-    xasInstallSignals({.terminate = [] {},
-                       .alarm = [] {},
-                       .childExited =
-                           [](pid_t, int) {
-                           }});
+    xasServe();
 }
 
 TEST_F(Transport, FailsToReceiveARecordOfAnotherSize)

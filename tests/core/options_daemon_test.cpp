@@ -1,10 +1,6 @@
 // The built daemon's command line and exit statuses.
 #include "support/daemon.h"
 
-#include <gmock/gmock.h>
-
-using testing::EndsWith;
-
 namespace {
 
 std::string usage()
@@ -39,13 +35,6 @@ TEST(DaemonCommandLine, FailsWhenTheDefaultListIsNotThere)
 TEST(DaemonCommandLine, NamesTheErrorNumberOfAnUnreadableList)
 {
     expectEnd({"-c", "/etc/passwd/list"}, 255, "", "/etc/passwd/list access error(20)\n");
-}
-
-TEST(DaemonCommandLine, FailsWhenTheListCannotBeRead)
-{
-    const XasLogSocket log;
-    expectEnd({"-c", "/etc"}, 255, "", "Error allocating application list\n");
-    EXPECT_TRUE(log.await("sw/err-Error reading XML document\n"));
 }
 
 TEST(DaemonCommandLine, SaysUnknownOptionAndGoesOn)

@@ -2,15 +2,7 @@
 
 #include "core/wait.h"
 #include "support/faults.h"
-#include "support/log.h"
-#include "support/stub.h"
-
-#include <cerrno>
-#include <csignal>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
+#include "support/supervision.h"
 
 namespace {
 
@@ -57,8 +49,7 @@ TEST_F(Script, FailsWhenItCannotBeWaitedFor)
     const std::string path = stubs.make("run");
     const XasFault fault{"waitpid", ECHILD};
     EXPECT_EQ(xasRunScript(path), -1);
-    EXPECT_THAT(log.lines(),
-                testing::Contains(xasErrorLine("error waiting for script " + path + " to finish\n")));
+    EXPECT_THAT(log.lines(), Contains(xasErrorLine("error waiting for script " + path + " to finish\n")));
 }
 
 TEST_F(Script, GivesStatus255WhenItCannotBeExecuted)
@@ -103,11 +94,7 @@ TEST_F(Script, LetsSignalsBeServedWhileItRuns)
 {
     const std::string path = stubs.make(
         "run", 0, "kill -TERM $PPID\nwhile [ ! -e " + stubs.path("served") + " ]; do sleep 0.01; done");
-    xasInstallSignals({.terminate = [&] { xasWriteFile(stubs.path("served"), ""); },
-                       .alarm = [] {},
-                       .childExited =
-                           [](pid_t, int) {
-                           }});
+    xasServe([&] { xasWriteFile(stubs.path("served"), ""); });
     EXPECT_EQ(xasRunScript(path), 0);
     EXPECT_TRUE(xasExists(stubs.path("served")));
 }

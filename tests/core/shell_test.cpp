@@ -3,11 +3,6 @@
 #include "support/faults.h"
 #include "support/files.h"
 
-#include <cerrno>
-#include <csignal>
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-
 namespace {
 
 /** What the shell makes of one word appended by `append`. */
@@ -27,30 +22,30 @@ std::string readBack(const XasTestDir &dir, Append append)
 TEST(ShellCommand, LetsNoTextOfAMessageBeReadAsShellSyntax)
 {
     const XasTestDir dir;
-    for (const char *text : {"; touch /tmp/pwned",
-                             "$(id)",
-                             "`id`",
-                             "a'b",
-                             "'",
-                             "\\",
-                             "a\nb",
-                             "a b",
-                             "*",
-                             "~",
-                             "&&",
-                             "|",
-                             "<",
-                             ">",
-                             "\"",
-                             "#",
-                             "!",
-                             "$HOME",
-                             "-n",
-                             "",
-                             "'; id; '",
-                             "\t"}) {
-        EXPECT_EQ(readBack(dir, [&](auto &command) { command.word(text); }), "[" + std::string{text} + "]");
-        EXPECT_EQ(readBack(dir, [&](auto &command) { command.quoted(text); }), "[" + std::string{text} + "]");
+    for (const std::string text : {"; touch /tmp/pwned",
+                                   "$(id)",
+                                   "`id`",
+                                   "a'b",
+                                   "'",
+                                   "\\",
+                                   "a\nb",
+                                   "a b",
+                                   "*",
+                                   "~",
+                                   "&&",
+                                   "|",
+                                   "<",
+                                   ">",
+                                   "\"",
+                                   "#",
+                                   "!",
+                                   "$HOME",
+                                   "-n",
+                                   "",
+                                   "'; id; '",
+                                   "\t"}) {
+        EXPECT_EQ(readBack(dir, [&](auto &command) { command.word(text); }), "[" + text + "]");
+        EXPECT_EQ(readBack(dir, [&](auto &command) { command.quoted(text); }), "[" + text + "]");
     }
 }
 

@@ -2,17 +2,7 @@
 #include "support/daemon.h"
 #include "support/settled_log.h"
 
-#include <csignal>
-#include <cstdlib>
 #include <fcntl.h>
-#include <gmock/gmock.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
 
 namespace {
 

@@ -1,21 +1,6 @@
 // The built daemon from the command line to its first message.
 #include "support/daemon.h"
 
-#include <csignal>
-#include <gmock/gmock.h>
-#include <sys/wait.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-
-TEST(DaemonStart, FailsWhenTheApplicationListIsNotThere)
-{
-    const XasRunResult result = xasRunDaemonProgram({"-f", "-c", "/missing/list.xml"});
-    EXPECT_EQ(result.exitStatus, 255);
-    EXPECT_EQ(result.errors, "/missing/list.xml access error(2)\n");
-    EXPECT_EQ(result.output, "");
-}
-
 TEST(DaemonStart, FailsWhenTheApplicationListCannotBeParsed)
 {
     const XasLogSocket log;
@@ -41,16 +26,4 @@ TEST(DaemonStart, AnswersAnUnknownMessageTypeWithAFailure)
     EXPECT_EQ(daemon.log.arrived().front().ident, "xasd");
     EXPECT_EQ(daemon.log.arrived().front().line.priority, LOG_INFO | LOG_LOCAL6)
         << "the facility that the log was opened with";
-}
-
-TEST(DaemonEnd, KillsTheWholeProcessGroupOnSigterm)
-{
-    XasTestDaemon daemon;
-    daemon.start({});
-    daemon.signal(SIGTERM);
-    const auto status = daemon.awaitEnd();
-    ASSERT_TRUE(status);
-    EXPECT_TRUE(WIFSIGNALED(*status));
-    EXPECT_EQ(WTERMSIG(*status), SIGKILL);
-    EXPECT_TRUE(daemon.log.await("sw/info-sig Terminated - kill all processes\n"));
 }

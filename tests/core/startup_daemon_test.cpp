@@ -1,19 +1,8 @@
 // The steps of the built daemon's start.
 #include "support/daemon.h"
 
-#include <csignal>
-#include <filesystem>
 #include <fstream>
-#include <gmock/gmock.h>
 #include <sys/msg.h>
-#include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::EndsWith;
-using testing::HasSubstr;
 
 namespace fs = std::filesystem;
 
@@ -74,14 +63,6 @@ TEST(DaemonStartup, FailsWhenThereIsNoLinkSocket)
     EXPECT_TRUE(daemon.log.await("sw/err-error creating socket for link state: Too many open files\n"));
 }
 
-TEST(DaemonStartup, GoesOnWithoutThePacketFiltersScript)
-{
-    XasTestDaemon daemon;
-    fs::remove("/usr/bin/xas_iptables.sh");
-    daemon.start({});
-    EXPECT_EQ(daemon.ask(XasMessageBuilder{XMSG_SSH}).xH.id, 10U);
-}
-
 TEST(DaemonStartup, ResetsThePacketFilterBeforeItMakesDirectoriesAndLooksForItsQueues)
 {
     XasTestDaemon daemon;
@@ -96,32 +77,6 @@ TEST(DaemonStartup, ResetsThePacketFilterBeforeItMakesDirectoriesAndLooksForItsQ
     ASSERT_GE(lines.size(), 2U);
     EXPECT_EQ(lines[0].line.text, "sw/info-Initializing application server\n");
     EXPECT_GT(lines[1].arrived - lines[0].arrived, 200ms);
-}
-
-TEST(DaemonStartup, MakesItsDirectoriesInTheWayOfWhatStandsThere)
-{
-    xasWriteFile("/etc/zel", "a file");
-    ASSERT_EQ(::symlink("/missing", "/usr/etc"), 0);
-    ::umask(027);
-    XasTestDaemon daemon;
-    daemon.start({});
-    daemon.ask(XasMessageBuilder{XMSG_SSH});
-    EXPECT_TRUE(fs::is_directory(fs::symlink_status("/etc/zel")));
-    EXPECT_TRUE(fs::is_directory(fs::symlink_status("/usr/etc")));
-    EXPECT_EQ(xasModeOf("/etc/zel"), 0750U) << "0777 without the umask's bits";
-    EXPECT_EQ(xasModeOf("/usr/etc"), 0750U);
-}
-
-TEST(DaemonStartup, LeavesDirectoriesAndLinksToThemAlone)
-{
-    xasWriteFile("/etc/zel/admin.conf", "kept");
-    fs::create_directory("/usr/elsewhere");
-    ASSERT_EQ(::symlink("/usr/elsewhere", "/usr/etc"), 0);
-    XasTestDaemon daemon;
-    daemon.start({});
-    daemon.ask(XasMessageBuilder{XMSG_SSH});
-    EXPECT_EQ(xasReadFile("/etc/zel/admin.conf"), "kept");
-    EXPECT_TRUE(fs::is_symlink("/usr/etc"));
 }
 
 TEST(DaemonStartup, LooksForItsQueuesEverySecondUntilBothAreThere)

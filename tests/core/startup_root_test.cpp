@@ -4,12 +4,6 @@
 #include "core/utils.h"
 #include "support/stub.h"
 
-#include <filesystem>
-#include <gmock/gmock.h>
-#include <sys/stat.h>
-
-using testing::ElementsAre;
-
 namespace {
 
 class WorkDirs : public testing::Test {
@@ -56,6 +50,8 @@ TEST_F(WorkDirs, ReplaceWhatStandsInTheirWay)
 TEST_F(WorkDirs, ThatAreThereStayWithWhatTheyHold)
 {
     xasWriteFile("/etc/zel/1.conf", "kept\n");
+    std::filesystem::create_directory_symlink("/tmp", "/usr/etc");
     xasMakeWorkDirs();
     EXPECT_EQ(xasReadFile("/etc/zel/1.conf"), "kept\n");
+    EXPECT_TRUE(std::filesystem::is_symlink("/usr/etc"));
 }

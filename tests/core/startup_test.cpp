@@ -5,13 +5,7 @@
 #include "support/files.h"
 #include "support/log.h"
 
-#include <cerrno>
 #include <getopt.h>
-#include <gmock/gmock.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-using testing::ElementsAre;
 
 namespace {
 

@@ -5,12 +5,6 @@
 #include "support/files.h"
 #include "support/log.h"
 
-#include <cerrno>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 class SysappParser : public XasFilesTest {
@@ -112,38 +106,17 @@ TEST_F(SysappParser, SkipsATextForWhichThereIsNoMemory)
     EXPECT_THAT(namesOf(apps), ElementsAre("(none)"));
 }
 
-TEST_F(SysappParser, FailsAtAMismatchedTagAndNamesItsLine)
+TEST_F(SysappParser, FailsForWhatIsNoDocumentNamesTheLineAndReturnsNothingOfIt)
 {
-    EXPECT_EQ(load("<S>\n  <APP>\n  </S>\n"), -1);
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("XML Parse error at line 3: mismatched tag\n")));
-    EXPECT_THAT(apps, IsEmpty());
-}
-
-TEST_F(SysappParser, FailsForAnEmptyList)
-{
-    EXPECT_EQ(load(""), -1);
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("XML Parse error at line 1: no element found\n")));
-}
-
-TEST_F(SysappParser, FailsForAListThatIsCutOffAndReturnsNothingOfIt)
-{
-    EXPECT_EQ(load("<S><APP><NAME>a</NAME></APP>\n"), -1);
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("XML Parse error at line 2: no element found\n")));
-    EXPECT_THAT(apps, IsEmpty());
-}
-
-TEST_F(SysappParser, FailsForContentBehindTheDocument)
-{
-    EXPECT_EQ(load("<S/>\n<S/>\n"), -1);
-    EXPECT_THAT(log.lines(),
-                ElementsAre(xasErrorLine("XML Parse error at line 2: junk after document element\n")));
-}
-
-TEST_F(SysappParser, LoadsAListWithoutApplications)
-{
-    EXPECT_EQ(load("<S/>"), 0);
-    EXPECT_THAT(apps, IsEmpty());
-    EXPECT_THAT(log.lines(), IsEmpty());
+    for (const auto &[text, complaint] : {std::pair{"<S>\n  <APP>\n  </S>\n", "3: mismatched tag"},
+                                          {"", "1: no element found"},
+                                          {"<S><APP><NAME>a</NAME></APP>\n", "2: no element found"},
+                                          {"<S/>\n<S/>\n", "2: junk after document element"}}) {
+        EXPECT_EQ(load(text), -1);
+        EXPECT_THAT(log.take(),
+                    ElementsAre(xasErrorLine("XML Parse error at line " + std::string{complaint} + "\n")));
+        EXPECT_THAT(apps, IsEmpty());
+    }
 }
 
 TEST_F(SysappParser, LoadsApplicationsInDocumentOrderWithAllTheirValues)
@@ -195,21 +168,35 @@ TEST_F(SysappParser, LoadsApplicationsInDocumentOrderWithAllTheirValues)
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
-TEST_F(SysappParser, AcceptsAnyNameOfTheDocumentAndNoNameOfAnApplication)
+TEST_F(SysappParser, AcceptsAnyDocumentAndNoNameOfAnApplication)
 {
+    EXPECT_EQ(load("<S/>"), 0);
+    EXPECT_THAT(apps, IsEmpty());
     EXPECT_EQ(load("<anything><APP><EXE>/bin/x</EXE></APP></anything>"), 0);
     EXPECT_THAT(namesOf(apps), ElementsAre("(none)"));
-}
-
-TEST_F(SysappParser, AcceptsAnApplicationAsTheDocumentItself)
-{
     EXPECT_EQ(load("<APP><NAME>only</NAME></APP>"), 0);
     EXPECT_THAT(namesOf(apps), ElementsAre("only"));
+    EXPECT_THAT(log.lines(), IsEmpty());
 }
 
-TEST_F(SysappParser, NeverReadsAttributes)
+TEST_F(SysappParser, ReadsANameFromTheTextOfItsElement)
 {
-    EXPECT_EQ(loadApp("<NAME name=\"b\">a</NAME>").name, "a");
+    const std::string longText(2048, 'x');
+    const std::pair<std::string, std::string> cases[] = {
+        {"<NAME name=\"b\">a</NAME>", "a"},          // attributes are never read
+        {"<NAME>a</NAME><COMMENT>b</COMMENT>", "b"}, // an unknown element's text is the last known one's
+        {"stray<NAME>a</NAME>", "a"},
+        {"<NAME>a</NAME>stray", "stray"}, // behind its end a text is the element's once more
+        {"<NAME> ntp</NAME>", " ntp"},
+        {"<NAME>\n  \nntp</NAME>", "ntp"}, // the XML parser delivers a line feed as a piece of its own
+        {"<NAME>a<!-- x -->b</NAME>", "ab"},
+        {"<NAME>a</NAME><NAME>b</NAME>", "b"},
+        {"<NAME>" + longText + "</NAME>", longText},
+    };
+    for (const auto &[inside, name] : cases) {
+        EXPECT_EQ(loadApp(inside).name, name) << inside;
+        EXPECT_THAT(log.lines(), IsEmpty());
+    }
 }
 
 TEST_F(SysappParser, KnowsItsElementsByTheirExactCaseOnly)
@@ -217,11 +204,6 @@ TEST_F(SysappParser, KnowsItsElementsByTheirExactCaseOnly)
     const XasApp &app = loadApp("<NAME>a</NAME><Exe>b</Exe>");
     EXPECT_EQ(app.name, "b") << "an unknown element's text belongs to the last known element";
     EXPECT_TRUE(app.daemons.empty());
-}
-
-TEST_F(SysappParser, TakesTextOfAnUnknownElementForTheLastKnownOne)
-{
-    EXPECT_EQ(loadApp("<NAME>a</NAME><COMMENT>b</COMMENT>").name, "b");
 }
 
 TEST_F(SysappParser, AppendsADaemonForTextOfAnUnknownElementBehindAnExe)
@@ -247,18 +229,6 @@ TEST_F(SysappParser, MakesAnEntryForAnUnknownElementBehindTheBeginningOfAConfigu
     EXPECT_EQ(app.cfgFiles[1].path, "/p");
 }
 
-TEST_F(SysappParser, IgnoresTextOfAnApplicationItself)
-{
-    const XasApp &app = loadApp("stray<NAME>a</NAME>");
-    EXPECT_EQ(app.name, "a");
-    EXPECT_THAT(log.lines(), IsEmpty());
-}
-
-TEST_F(SysappParser, TakesTextBehindAnElementsEndForThatElementOnceMore)
-{
-    EXPECT_EQ(loadApp("<NAME>a</NAME>stray").name, "stray");
-}
-
 TEST_F(SysappParser, IgnoresCommentsAndBlankLines)
 {
     const XasApp &app = loadApp("\n\n<!-- NAME -->\n\t<NAME>a</NAME>\n\n<!-- x --><EXE>b</EXE>\n");
@@ -271,17 +241,6 @@ TEST_F(SysappParser, KeepsTrailingWhiteSpaceOfAValue)
 {
     EXPECT_EQ(loadApp("<NAME>ntp </NAME>").name, "ntp ");
     EXPECT_EQ(xasFindApp("ntp", apps), nullptr);
-}
-
-TEST_F(SysappParser, KeepsLeadingBlanksThatComeWithTheText)
-{
-    EXPECT_EQ(loadApp("<NAME> ntp</NAME>").name, " ntp");
-}
-
-TEST_F(SysappParser, DropsWhiteSpaceThatComesApartBeforeTheText)
-{
-    // The XML parser delivers a line feed as a piece of its own.
-    EXPECT_EQ(loadApp("<NAME>\n  \nntp</NAME>").name, "ntp");
 }
 
 TEST_F(SysappParser, JoinsTheTextPiecesOfAnElement)
@@ -297,21 +256,11 @@ TEST_F(SysappParser, ReplacesTheLastDaemonByTheJoinedPiecesOfItsText)
     EXPECT_EQ(app.daemons[1].exe, "/bin/c");
 }
 
-TEST_F(SysappParser, JoinsPiecesAroundACommentInsideAValue)
-{
-    EXPECT_EQ(loadApp("<NAME>a<!-- x -->b</NAME>").name, "ab");
-}
-
 TEST_F(SysappParser, SetsNoValueForAnElementOfWhiteSpace)
 {
     const XasApp &app = loadApp("<NAME> \t\n </NAME><EXE>  </EXE>");
     EXPECT_EQ(app.name, std::nullopt);
     EXPECT_TRUE(app.daemons.empty());
-}
-
-TEST_F(SysappParser, LetsALaterNameReplaceAnEarlierOne)
-{
-    EXPECT_EQ(loadApp("<NAME>a</NAME><NAME>b</NAME>").name, "b");
 }
 
 TEST_F(SysappParser, KeepsTheTextOfAChunkBoundaryWhole)
@@ -322,12 +271,6 @@ TEST_F(SysappParser, KeepsTheTextOfAChunkBoundaryWhole)
                   0);
         ASSERT_THAT(namesOf(apps), ElementsAre("abcdefghij")) << before;
     }
-}
-
-TEST_F(SysappParser, HoldsTextsOf2048Characters)
-{
-    const std::string text(2048, 'x');
-    EXPECT_EQ(loadApp("<NAME>" + text + "</NAME>").name, text);
 }
 
 TEST_F(SysappParser, KeepsBothEntriesOfOneTypeInOrder)

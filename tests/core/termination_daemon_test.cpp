@@ -1,15 +1,10 @@
 // SIGTERM ends the built daemon and everything it started within 100 ms, wherever it waits.
 #include "support/daemon.h"
 
-#include <csignal>
 #include <functional>
-#include <gmock/gmock.h>
-#include <sys/wait.h>
 
-using namespace std::chrono_literals;
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
-using testing::IsEmpty;
 
 namespace {
 

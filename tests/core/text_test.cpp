@@ -1,8 +1,6 @@
 #include "core/text.h"
 
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
+#include "support/test.h"
 
 namespace {
 

@@ -1,27 +1,15 @@
 #include "core/utils.h"
 
 #include "platform/config_library.h"
+#include "support/eth.h"
 #include "support/faults.h"
 #include "support/files.h"
 #include "support/log.h"
 #include "support/message.h"
 
 #include <arpa/inet.h>
-#include <cerrno>
-#include <cstdlib>
-#include <gmock/gmock.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
-
-XasIPv4 ipv4(const char *text)
-{
-    return {::inet_addr(text)};
-}
 
 /** A test with files of its own that sees the log. */
 class Utils : public XasFilesTest {
@@ -42,18 +30,22 @@ class StoredEth : public Utils {
 
 TEST(Addresses, OfNetworkAndBroadcastFollowFromTheMask)
 {
-    EXPECT_EQ(xasNetworkAddr(ipv4("192.168.5.77"), ipv4("255.255.255.0")), ipv4("192.168.5.0"));
-    EXPECT_EQ(xasBroadcastAddr(ipv4("192.168.5.77"), ipv4("255.255.255.0")), ipv4("192.168.5.255"));
-    EXPECT_EQ(xasNetworkAddr(ipv4("10.20.30.40"), ipv4("255.240.0.0")), ipv4("10.16.0.0"));
-    EXPECT_EQ(xasBroadcastAddr(ipv4("10.20.30.40"), ipv4("255.240.0.0")), ipv4("10.31.255.255"));
-    EXPECT_EQ(xasBroadcastAddr(ipv4("10.20.30.40"), {}), ipv4("255.255.255.255"));
-    EXPECT_EQ(xasNetworkAddr(ipv4("10.20.30.40"), {}), XasIPv4{});
+    EXPECT_EQ(xasNetworkAddr(xasTestIPv4("192.168.5.77"), xasTestIPv4("255.255.255.0")),
+              xasTestIPv4("192.168.5.0"));
+    EXPECT_EQ(xasBroadcastAddr(xasTestIPv4("192.168.5.77"), xasTestIPv4("255.255.255.0")),
+              xasTestIPv4("192.168.5.255"));
+    EXPECT_EQ(xasNetworkAddr(xasTestIPv4("10.20.30.40"), xasTestIPv4("255.240.0.0")),
+              xasTestIPv4("10.16.0.0"));
+    EXPECT_EQ(xasBroadcastAddr(xasTestIPv4("10.20.30.40"), xasTestIPv4("255.240.0.0")),
+              xasTestIPv4("10.31.255.255"));
+    EXPECT_EQ(xasBroadcastAddr(xasTestIPv4("10.20.30.40"), {}), xasTestIPv4("255.255.255.255"));
+    EXPECT_EQ(xasNetworkAddr(xasTestIPv4("10.20.30.40"), {}), XasIPv4{});
 }
 
 TEST(Addresses, OfIPv4AreDotted)
 {
     EXPECT_EQ(xasIPv4ToStr({}), "0.0.0.0");
-    EXPECT_EQ(xasIPv4ToStr(ipv4("1.20.255.4")), "1.20.255.4");
+    EXPECT_EQ(xasIPv4ToStr(xasTestIPv4("1.20.255.4")), "1.20.255.4");
 }
 
 TEST(Addresses, OfIPv6AreTheShortForm)
@@ -81,11 +73,11 @@ TEST(Addresses, OfIPv6WithAPrefixAreCutAfter49Characters)
 
 TEST(Addresses, OfIPv4AreNoneWhenAllBitsAreSetAndUnsetWhenNoneIs)
 {
-    EXPECT_TRUE(ipv4("255.255.255.255").isNone());
-    EXPECT_FALSE(ipv4("255.255.255.254").isNone());
+    EXPECT_TRUE(xasTestIPv4("255.255.255.255").isNone());
+    EXPECT_FALSE(xasTestIPv4("255.255.255.254").isNone());
     EXPECT_FALSE(XasIPv4{}.isNone());
-    EXPECT_TRUE(ipv4("0.0.0.0").isUnset());
-    EXPECT_FALSE(ipv4("0.0.0.1").isUnset());
+    EXPECT_TRUE(xasTestIPv4("0.0.0.0").isUnset());
+    EXPECT_FALSE(xasTestIPv4("0.0.0.1").isUnset());
 }
 
 TEST_F(Utils, GiveAnInvalidTextForAnAddressThatHasNone)
@@ -115,8 +107,8 @@ TEST_F(Utils, GiveAllOnesForANameThatCannotBeAskedFor)
 
 TEST_F(Utils, ResolveATextualAddressToItself)
 {
-    EXPECT_EQ(xasHostByName("127.0.0.1"), ipv4("127.0.0.1"));
-    EXPECT_EQ(xasHostByName("10.2.3.4"), ipv4("10.2.3.4"));
+    EXPECT_EQ(xasHostByName("127.0.0.1"), xasTestIPv4("127.0.0.1"));
+    EXPECT_EQ(xasHostByName("10.2.3.4"), xasTestIPv4("10.2.3.4"));
 }
 
 TEST(HostRecord, ReadsAsItsNameItsIPv4OrItsIPv6Text)

@@ -1,22 +1,10 @@
 #include "core/wait.h"
 
 #include "core/child.h"
-#include "support/clock.h"
 #include "support/faults.h"
-#include "support/log.h"
-#include "support/stub.h"
+#include "support/supervision.h"
 
-#include <algorithm>
-#include <csignal>
-#include <gmock/gmock.h>
 #include <map>
-#include <stdexcept>
-#include <sys/wait.h>
-#include <unistd.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
@@ -61,14 +49,7 @@ class Wait : public testing::Test {
         exits.clear();
     }
 
-    ~Wait() override
-    {
-        xasInstallSignals({.terminate = [] {},
-                           .alarm = [] {},
-                           .childExited =
-                               [](pid_t, int) {
-                               }});
-    }
+    ~Wait() override { xasServe(); }
 
     void serve(const std::string &what)
     {

@@ -1,28 +1,73 @@
-// Programming errors end the process with the assertion's text: every one on a message's way through the
-// transport, the process manager, the safe replacement and the host-name and DNS editors. (Those of the
-// script parameters are in script_params_test.cpp, those of all handlers in settings_test.cpp.)
+// Programming errors end the process with the assertion's text: every one of the transport, the process
+// manager, the safe replacement, the editors and the packet filter. (Those of all handlers are in
+// support/settings_tests.h.)
+#include "auth/auth_order.h"
+#include "auth/cifs.h"
+#include "auth/kerberos.h"
+#include "auth/ldap.h"
+#include "auth/nis.h"
+#include "auth/nsswitch.h"
+#include "auth/pam.h"
+#include "auth/radius.h"
+#include "auth/snmp.h"
+#include "auth/sys_auth.h"
+#include "auth/tacacs.h"
+#include "auth/user_ports.h"
 #include "config/dns.h"
-#include "config/hostname.h"
+#include "config/firewall_services.h"
+#include "config/kernel.h"
+#include "config/logrotate.h"
+#include "config/modprobe.h"
+#include "config/network_file.h"
+#include "config/ntp.h"
+#include "config/routing.h"
+#include "config/syslog.h"
 #include "core/daemon.h"
 #include "core/msgqueue.h"
+#include "dispatch/ipfilter_assign.h"
+#include "dispatch/ipfilter_script.h"
+#include "dispatch/ipfilter_set.h"
+#include "dispatch/ipfilter_timer.h"
+#include "dispatch/update_firewall.h"
+#include "dispatch/vpn.h"
 #include "files/config_file.h"
-
-#include <gmock/gmock.h>
-
-using testing::AllOf;
-using testing::HasSubstr;
+#include "support/ipfilter.h"
+#include "support/test.h"
 
 namespace {
 
-/** The report of an assertion: its text and the function that it stands in. */
-auto assertion(const std::string &text, const std::string &function)
+/** The report of an assertion: its text and, where it tells something, the function that it stands in. */
+auto assertion(const std::string &text, const std::string &function = "")
 {
-    return AllOf(HasSubstr("Assertion `" + text + "' failed."), HasSubstr(": " + function + ": "));
+    return AllOf(HasSubstr("Assertion `" + text + "' failed."),
+                 HasSubstr(function.empty() ? "" : ": " + function + ": "));
+}
+
+auto given(const std::string &argument, const std::string &function = "")
+{
+    return assertion(argument + " != ((void *)0)", function);
 }
 
 class AssertionsDeathTest : public testing::Test {
   protected:
-    XasDnsPayload servers{};
+    template <class Values, class Editor>
+    void expectPathAndValuesNeeded(const Editor &edit, const char *argument)
+    {
+        Values values{};
+        EXPECT_DEATH(edit(nullptr, &values, &reply), given("cfgFileName"));
+        EXPECT_DEATH(edit("/x", nullptr, &reply), given(argument));
+    }
+
+    /** The same of an editor that reads a template too. */
+    template <class Values, class Editor>
+    void expectBothPathsAndValuesNeeded(const Editor &edit, const char *argument)
+    {
+        const Values values{};
+        EXPECT_DEATH(edit(nullptr, "/x", &values, &reply), given("cfgTemplateFileName"));
+        EXPECT_DEATH(edit("/x", nullptr, &values, &reply), given("cfgFileName"));
+        EXPECT_DEATH(edit("/x", "/x", nullptr, &reply), given(argument));
+    }
+
     XasReplyStatus reply;
     XasCfgFile cf;
 };
@@ -32,41 +77,116 @@ class AssertionsDeathTest : public testing::Test {
 TEST_F(AssertionsDeathTest, OfTheTransportNameTheMessage)
 {
     XasUserList users;
-    const XasIdleWork idle = [](XasMessage &) {
-        return XasIdleResult::failed;
-    };
-    EXPECT_DEATH(xasSendMessage(nullptr), assertion("msg != ((void *)0)", "xasSendMessage"));
-    EXPECT_DEATH(xasGetMessage(nullptr, true), assertion("msg != ((void *)0)", "xasGetMessage"));
-    EXPECT_DEATH(xasReceiveMessage(nullptr, users, idle),
-                 assertion("msg != ((void *)0)", "xasReceiveMessage"));
+    EXPECT_DEATH(xasSendMessage(nullptr), given("msg", "xasSendMessage"));
+    EXPECT_DEATH(xasGetMessage(nullptr, true), given("msg", "xasGetMessage"));
+    EXPECT_DEATH(xasReceiveMessage(nullptr, users, {}), given("msg", "xasReceiveMessage"));
 }
 
 TEST_F(AssertionsDeathTest, OfTheProcessManagerNameTheDaemon)
 {
-    EXPECT_DEATH(xasStopDaemon(nullptr), assertion("daemon != ((void *)0)", "xasStopDaemon"));
+    EXPECT_DEATH(xasStopDaemon(nullptr), given("daemon", "xasStopDaemon"));
 }
 
 TEST_F(AssertionsDeathTest, OfTheSafeReplacementNameTheArgument)
 {
-    EXPECT_DEATH(xasCfgOpenFiles(nullptr, &cf), assertion("cfgFileName != ((void *)0)", "xasCfgOpenFiles"));
-    EXPECT_DEATH(xasCfgOpenFiles("/x", nullptr), assertion("cf != ((void *)0)", "xasCfgOpenFiles"));
-    EXPECT_DEATH(xasCfgOpenOutFile(nullptr, &cf),
-                 assertion("cfgFileName != ((void *)0)", "xasCfgOpenOutFile"));
-    EXPECT_DEATH(xasCfgOpenOutFile("/x", nullptr), assertion("cf != ((void *)0)", "xasCfgOpenOutFile"));
-    EXPECT_DEATH(xasOutputLine(nullptr, "", false), assertion("outFile != ((void *)0)", "xasOutputLine"));
-    EXPECT_DEATH(xasOutputLine(stdout, nullptr, false), assertion("line != ((void *)0)", "xasOutputLine"));
-    EXPECT_DEATH(xasCloseCfgFile(nullptr), assertion("cf != ((void *)0)", "xasCloseCfgFile"));
-    EXPECT_DEATH(xasSaveCfgFile(nullptr), assertion("cf != ((void *)0)", "xasSaveCfgFile"));
-}
-
-TEST_F(AssertionsDeathTest, OfARestoreNameThePathAndItsLength)
-{
-    EXPECT_DEATH(xasRestoreCfgFile(nullptr), assertion("cfgFileName != ((void *)0)", "xasRestoreCfgFile"));
+    EXPECT_DEATH(xasCfgOpenFiles(nullptr, &cf), given("cfgFileName", "xasCfgOpenFiles"));
+    EXPECT_DEATH(xasCfgOpenFiles("/x", nullptr), given("cf", "xasCfgOpenFiles"));
+    EXPECT_DEATH(xasCfgOpenOutFile(nullptr, &cf), given("cfgFileName", "xasCfgOpenOutFile"));
+    EXPECT_DEATH(xasCfgOpenOutFile("/x", nullptr), given("cf", "xasCfgOpenOutFile"));
+    EXPECT_DEATH(xasOutputLine(nullptr, "", false), given("outFile", "xasOutputLine"));
+    EXPECT_DEATH(xasOutputLine(stdout, nullptr, false), given("line", "xasOutputLine"));
+    EXPECT_DEATH(xasCloseCfgFile(nullptr), given("cf", "xasCloseCfgFile"));
+    EXPECT_DEATH(xasSaveCfgFile(nullptr), given("cf", "xasSaveCfgFile"));
+    EXPECT_DEATH(xasRestoreCfgFile(nullptr), given("cfgFileName", "xasRestoreCfgFile"));
     EXPECT_DEATH(xasRestoreCfgFile(""), assertion("strlen(cfgFileName) > 0", "xasRestoreCfgFile"));
 }
 
-TEST_F(AssertionsDeathTest, OfEditorsNameTheArgument)
+TEST_F(AssertionsDeathTest, OfTheEditorsOfConfigurationNamePathAndValues)
 {
-    EXPECT_DEATH(xasEditDNSCfgFile(nullptr, &servers, &reply), "cfgFileName != \\(\\(void \\*\\)0\\)");
-    EXPECT_DEATH(xasEditDNSCfgFile("/x", nullptr, &reply), "dnsInfo != \\(\\(void \\*\\)0\\)");
+    expectPathAndValuesNeeded<XasDnsPayload>(xasEditDNSCfgFile, "dnsInfo");
+    expectPathAndValuesNeeded<XasFirewallCfg>(xasEditFirewallCfgFile, "fWallCfg");
+    expectPathAndValuesNeeded<XasEthPayload>(xasEditKernelCfgFile, "kernCfg");
+    expectPathAndValuesNeeded<XasSyslogPayload>(xasEditLogrotateCfgFile, "sysLogInfo");
+    expectPathAndValuesNeeded<XasNetInfo>(xasEditNetCfgFile, "netInfo");
+    expectPathAndValuesNeeded<XasNtpPayload>(xasEditNTPStepFile, "ntpServer");
+    expectPathAndValuesNeeded<XasNtpPayload>(xasEditNTPCfgFile, "ntpInfo");
+    expectPathAndValuesNeeded<XasRoutingPayload>(xasEditZebraCfgFile, "routerCfg");
+    expectPathAndValuesNeeded<XasRoutingPayload>(xasEditRipdCfgFile, "routerCfg");
+    expectPathAndValuesNeeded<XasSyslogPayload>(xasEditSyslogCfgFile, "sysLogInfo");
+    expectPathAndValuesNeeded<XasVpnPayload>(xasEditIPsecCfgFile, "vpnCfg");
+    const XasEthPayload eth{};
+    EXPECT_DEATH(xasEditModProbeCfgFile(nullptr, &eth, &reply), given("cfgFileName"));
+}
+
+TEST_F(AssertionsDeathTest, OfTheEditorsOfLoginsAndSharesNamePathsAndValues)
+{
+    expectPathAndValuesNeeded<XasAuthPayload>(xasEditAuthenOrderCfgFile, "cfgAuth");
+    expectPathAndValuesNeeded<XasCifsPayload>(xasEditSMBCfgFile, "cifs");
+    expectPathAndValuesNeeded<XasCifsPayload>(xasEditSMBPassCfgFile, "cfgSmbPassCfg");
+    expectPathAndValuesNeeded<XasLdapPayload>(xasEditOpenLdapCfgFile, "cfgLDAP");
+    expectPathAndValuesNeeded<XasNisPayload>(xasEditYpCfgFile, "cfgNIS");
+    expectPathAndValuesNeeded<XasNisPayload>(xasEditNetworkCfgFile, "cfgNIS");
+    expectPathAndValuesNeeded<XasRadiusPayload>(xasEditRadiusCfgFile, "cfgRadius");
+    expectPathAndValuesNeeded<XasSnmpPayload>(xasEditSNMPCfgFile, "snmpCfg");
+    const XasSnmpPayload snmp{};
+    EXPECT_DEATH(xasEditSNMPCfgFile("/x", &snmp, nullptr), given("replyReason"));
+    expectBothPathsAndValuesNeeded<XasKerberosPayload>(xasEditKerberosCfgFile, "cfgKerberos");
+    expectBothPathsAndValuesNeeded<XasLdapPayload>(xasEditLdapCfgFileBC, "cfgLDAP");
+    expectBothPathsAndValuesNeeded<XasTacacsPayload>(xasEditTacacsCfgFile, "cfgTacacs");
+}
+
+TEST_F(AssertionsDeathTest, OfTheFilesOfTheLoginOrderNameTheArgument)
+{
+    const XasPamModuleData moduleData;
+    std::string value;
+    EXPECT_DEATH(xasEditNsswitchCfgFile(nullptr, &reply), given("cfgFileName"));
+    EXPECT_DEATH(xasWritePamSystemAuthFile({}, "/x", nullptr), given("moduleData"));
+    EXPECT_DEATH(xasWritePamSystemAuthFile({}, nullptr, &moduleData), given("cfgFileName"));
+    EXPECT_DEATH(xasBuildPamSystemAuth("/x", nullptr), given("moduleData"));
+    EXPECT_DEATH(xasGetPamModuleData(nullptr), given("moduleData"));
+    EXPECT_DEATH(xasGetConfData("/x", nullptr, &value), given("tag"));
+    EXPECT_DEATH(xasGetConfData("/x", "tag", nullptr), given("value"));
+    EXPECT_DEATH(xasEditSysAuthCfgFile(nullptr, &reply), given("cfgFileName"));
+    EXPECT_DEATH(xasEditNisSysAuthCfgFile("/x", nullptr), given("cfgNIS"));
+    EXPECT_DEATH(xasEditLdapSysAuthCfgFile("/x", nullptr), given("cfgLDAP"));
+    EXPECT_DEATH(xasEditRadiusSysAuthCfgFile("/x", nullptr), given("cfgRadius"));
+    EXPECT_DEATH(xasEditKerberosSysAuthCfgFile("/x", nullptr), given("cfgKerberos"));
+    EXPECT_DEATH(xasEditTacacsSysAuthCfgFile("/x", nullptr), given("cfgTacacs"));
+}
+
+TEST_F(AssertionsDeathTest, OfTheHandlerOfTheFirewallSettingsNameMessageAndList)
+{
+    const XasCfgFileList cfgFiles;
+    XasMessage msg = XasMessageBuilder{XMSG_FIREWALL};
+    XasMessage other = XasMessageBuilder{XMSG_NTP};
+    EXPECT_DEATH(xasUpdateFirewallCfg(nullptr, &cfgFiles, &reply), given("msg"));
+    EXPECT_DEATH(xasUpdateFirewallCfg(&other, &cfgFiles, &reply),
+                 assertion("XMSG_FIREWALL == msg->xH.msgtype"));
+    EXPECT_DEATH(xasUpdateFirewallCfg(&msg, nullptr, &reply), given("cfgFiles"));
+}
+
+TEST_F(AssertionsDeathTest, OfAHostsLineAndOfAUsersPortsNameTheArgument)
+{
+    EXPECT_DEATH(xasAddLinetoHostsFile(nullptr, "a", "c", "a", &reply), given("cfgFileName"));
+    EXPECT_DEATH(xasAddLinetoHostsFile("/x", nullptr, "c", "a", &reply), given("address"));
+    EXPECT_DEATH(xasAddLinetoHostsFile("/x", "a", nullptr, "a", &reply), given("canonical_name"));
+    EXPECT_DEATH(xasAddLinetoHostsFile("/x", "a", "c", nullptr, &reply), given("alias"));
+    EXPECT_DEATH(xasLocalUserPortFiles(nullptr, &reply), given("pxUser"));
+}
+
+TEST_F(AssertionsDeathTest, OfThePacketFilterNameTheArgument)
+{
+    const XasCfgFileList cfgFiles;
+    const XasMessage msg = xasTestFilterSetMessage(xasTestFilterSet("set", {}));
+    const XasMessage other = XasMessageBuilder{XMSG_FIREWALL};
+    EXPECT_DEATH(xasUpdateFirewall(nullptr, &cfgFiles, &reply), given("msg"));
+    EXPECT_DEATH(xasIPFilterAssign(nullptr, &reply), given("msg"));
+    EXPECT_DEATH(xasIPFilterTestTimer(nullptr, &reply), given("msg"));
+    EXPECT_DEATH(xasIPFilterSet(nullptr, &reply), given("msg"));
+    EXPECT_DEATH(xasIPFilterSet(&other, &reply), assertion("XMSG_IPFILTER_SET == msg->xH.msgtype"));
+    EXPECT_DEATH(xasIPFilterSetAddRules(nullptr, stderr, true), given("msg"));
+    EXPECT_DEATH(xasIPFilterSetAddRules(&msg, nullptr, true), given("fp"));
+    EXPECT_DEATH(xasIPFilterSetRemove(nullptr, stderr), given("msg"));
+    EXPECT_DEATH(xasIPFilterSetRemove(&msg, nullptr), given("fp"));
+    EXPECT_DEATH(xasIPFilterAddInput(nullptr), given("fp"));
 }

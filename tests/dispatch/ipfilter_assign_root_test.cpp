@@ -7,13 +7,6 @@
 #include "support/shell.h"
 #include "support/stub.h"
 
-#include <gmock/gmock.h>
-#include <unistd.h>
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 namespace {
 
 const std::string IPTABLES = "XTABLES_LIBDIR=/libexec/xtables; export XTABLES_LIBDIR; /bin/iptables ";
@@ -57,14 +50,7 @@ class FilterAssignTest : public XasFilesTest {
     XasReplyStatus reply;
 };
 
-using FilterAssignDeathTest = FilterAssignTest;
-
 } // namespace
-
-TEST_F(FilterAssignDeathTest, AssertsThatThereIsAMessage)
-{
-    EXPECT_DEATH(xasIPFilterAssign(nullptr, &reply), HasSubstr("`msg != ((void *)0)'"));
-}
 
 TEST_F(FilterAssignTest, IsRefusedWhenTheListingCannotBeRead)
 {

@@ -7,18 +7,7 @@
 #include "support/shell.h"
 #include "support/stub.h"
 
-#include <cstdlib>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
-
-const std::string DISABLE =
-    "XTABLES_LIBDIR=/libexec/xtables;export XTABLES_LIBDIR;/bin/iptables -I INPUT 1 -j ACCEPT";
-const std::string ENABLE =
-    "XTABLES_LIBDIR=/libexec/xtables;export XTABLES_LIBDIR;/bin/iptables -D INPUT -j ACCEPT";
 
 class FilterEnableTest : public XasFilesTest {
   protected:
@@ -81,7 +70,7 @@ TEST_F(FilterEnableTest, InsertsAndDeletesTheAcceptAllRule)
     EXPECT_FALSE(xasIPFilterIsEnabled());
     EXPECT_EQ(xasIPFilterEnable(true, &reply), 0);
     EXPECT_TRUE(xasIPFilterIsEnabled());
-    EXPECT_THAT(shell.take(), ElementsAre(DISABLE, ENABLE));
+    EXPECT_THAT(shell.take(), ElementsAre(XAS_DISABLE_FILTER, XAS_ENABLE_FILTER));
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasInfoLine("IP Filter disabled.\n"), xasInfoLine("IP Filter enabled.\n")));
     EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
@@ -106,10 +95,10 @@ TEST_F(FilterEnableTest, FollowsTheStoredSetting)
     EXPECT_THAT(shell.take(), IsEmpty());
     store(0);
     EXPECT_EQ(xasIPFilterApplySettings(), 0);
-    EXPECT_THAT(shell.take(), ElementsAre(DISABLE));
+    EXPECT_THAT(shell.take(), ElementsAre(XAS_DISABLE_FILTER));
     store(0x100);
     EXPECT_EQ(xasIPFilterApplySettings(), 0);
-    EXPECT_THAT(shell.take(), ElementsAre(ENABLE));
+    EXPECT_THAT(shell.take(), ElementsAre(XAS_ENABLE_FILTER));
     stubs.put("/bin/iptables", 1);
     store(0);
     EXPECT_EQ(xasIPFilterApplySettings(), 1);

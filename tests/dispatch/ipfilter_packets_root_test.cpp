@@ -8,12 +8,6 @@
 #include "support/ipfilter.h"
 #include "support/programs.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <gmock/gmock.h>
-#include <unistd.h>
-
-using testing::HasSubstr;
 using enum XasPacketFate;
 
 namespace {

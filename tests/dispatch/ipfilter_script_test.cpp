@@ -5,13 +5,6 @@
 #include "support/ipfilter.h"
 #include "support/log.h"
 
-#include <cstdlib>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 namespace {
 
 /** What a set of one rule makes of it, behind the line that empties the chain "set". */
@@ -182,7 +175,7 @@ TEST(FilterRule, IsNeverCutWhereItIsQuoted)
     const XasFilterLines lines =
         xasIPFilterRulesText(xasTestFilterSet(quotes, {rule, {.protocol = 1}}), false);
     EXPECT_FALSE(lines.complete);
-    EXPECT_THAT(lines.text, testing::Not(HasSubstr("--destination-port")));
+    EXPECT_THAT(lines.text, Not(HasSubstr("--destination-port")));
     EXPECT_THAT(lines.text, HasSubstr(" -p ALL -s 192.0.2.1/32 -j ACCEPT\n"));
 }
 
@@ -236,16 +229,6 @@ TEST(FilterSet, ReadsAsManyRulesAsTheMessageHoldsWhateverTheCountSays)
     EXPECT_EQ(xasIPFilterRulesText(*set, false).text, all);
     EXPECT_THAT(log.take(),
                 ElementsAre(xasWarningLine("IP Filter set has 4294967295 rules, only 65 are taken\n")));
-}
-
-TEST(FilterScriptDeathTest, AssertsThatMessageAndScriptAreGiven)
-{
-    const XasMessage msg = xasTestFilterSetMessage(xasTestFilterSet("set", {}));
-    EXPECT_DEATH(xasIPFilterSetAddRules(nullptr, stderr, true), HasSubstr("`msg != ((void *)0)'"));
-    EXPECT_DEATH(xasIPFilterSetAddRules(&msg, nullptr, true), HasSubstr("`fp != ((void *)0)'"));
-    EXPECT_DEATH(xasIPFilterSetRemove(nullptr, stderr), HasSubstr("`msg != ((void *)0)'"));
-    EXPECT_DEATH(xasIPFilterSetRemove(&msg, nullptr), HasSubstr("`fp != ((void *)0)'"));
-    EXPECT_DEATH(xasIPFilterAddInput(nullptr), HasSubstr("`fp != ((void *)0)'"));
 }
 
 TEST_F(FilterInput, IsNothingWhenNothingIsAssigned)

@@ -11,16 +11,7 @@
 #include "support/reply.h"
 #include "support/shell.h"
 
-#include <cstdlib>
-#include <gmock/gmock.h>
-#include <sys/stat.h>
 #include <thread>
-#include <unistd.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace {
 
@@ -29,8 +20,6 @@ const std::string SHIPPED_PATH = "/usr/bin/xas_iptables.sh";
 const std::string WORKING_PATH = "/tmp/xas_iptables.sh";
 
 const std::string COPY = "/bin/cp -af /usr/bin/xas_iptables.sh /tmp/xas_iptables.sh > /dev/null 2>&1";
-const std::string DISABLE =
-    "XTABLES_LIBDIR=/libexec/xtables;export XTABLES_LIBDIR;/bin/iptables -I INPUT 1 -j ACCEPT";
 
 using Words = std::vector<std::string>;
 
@@ -67,16 +56,7 @@ class FilterSetTest : public XasFilesTest {
     XasReplyStatus reply;
 };
 
-using FilterSetDeathTest = FilterSetTest;
-
 } // namespace
-
-TEST_F(FilterSetDeathTest, AssertsAMessageOfItsType)
-{
-    EXPECT_DEATH(xasIPFilterSet(nullptr, &reply), HasSubstr("`msg != ((void *)0)'"));
-    const XasMessage other = XasMessageBuilder{XMSG_FIREWALL};
-    EXPECT_DEATH(xasIPFilterSet(&other, &reply), HasSubstr("`XMSG_IPFILTER_SET == msg->xH.msgtype'"));
-}
 
 TEST_F(FilterSetTest, IsRefusedWhenTheShippedScriptCannotBeCopied)
 {
@@ -117,19 +97,6 @@ TEST_F(FilterSetTest, IsRefusedWhenTheScriptFails)
     EXPECT_EQ(set("office", {}, XAS_FILTER_CREATE), 1);
     EXPECT_EQ(xasReplyText(reply), "1 Error running IP Filter script");
     EXPECT_THAT(shell.take(), ElementsAre(COPY, "/tmp/xas_iptables.sh resetNone"));
-}
-
-TEST_F(FilterSetTest, IsRefusedWhenALineWouldHaveToBeCutInsideAQuotedWord)
-{
-    const std::string quotes(16, '\'');
-    EXPECT_EQ(
-        set(quotes,
-            {{.ip = "192.168.100.100", .rangeEnd = "192.168.100.200", .protocol = 9, .portrange = quotes}},
-            XAS_FILTER_CREATE),
-        1);
-    EXPECT_EQ(xasReplyText(reply), "1 Error running IP Filter script");
-    EXPECT_THAT(shell.take(), ElementsAre(COPY));
-    EXPECT_THAT(stubs.calls(), IsEmpty());
 }
 
 TEST_F(FilterSetTest, OfAnotherActionWritesNothingAndRunsTheScript)
@@ -188,16 +155,6 @@ TEST_F(FilterSetTest, LeavesTheSwitchOfTheFilterAloneUnlessItIsRemoved)
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
-TEST_F(FilterSetTest, AppliesWhatTheMessageHoldsOfATooLargeCount)
-{
-    XasIpFilterSetPayload payload = xasTestFilterSet("big", std::vector<XasTestRule>(65));
-    payload.num_rules = 1000;
-    EXPECT_EQ(set(payload), 0);
-    EXPECT_THAT(log.lines(),
-                ElementsAre(xasWarningLine("IP Filter set has 1000 rules, only 65 are taken\n")));
-    EXPECT_EQ(stubs.calls().size(), 67U);
-}
-
 TEST_F(FilterSetTest, SucceedsEvenWhenIptablesRefusesARule)
 {
     stubs.put("/bin/iptables", 2);
@@ -222,11 +179,11 @@ TEST_F(FilterSetTest, IsRemovedWithAllJumpRulesMadeAnew)
 TEST_F(FilterSetTest, PutsTheAcceptAllRuleBackAfterARemovalWhenTheFilterIsStoredAsDisabled)
 {
     ASSERT_EQ(xasIPFilterEnable(false, &reply), 0);
-    EXPECT_THAT(shell.take(), ElementsAre(DISABLE));
+    EXPECT_THAT(shell.take(), ElementsAre(XAS_DISABLE_FILTER));
     log.take();
     store("XMSG_FIREWALL", xasTestFirewallMessage(0, 0));
     EXPECT_EQ(set("office", {}, XAS_FILTER_REMOVE), 0);
-    EXPECT_THAT(shell.take(), ElementsAre(COPY, "/tmp/xas_iptables.sh resetInput", DISABLE));
+    EXPECT_THAT(shell.take(), ElementsAre(COPY, "/tmp/xas_iptables.sh resetInput", XAS_DISABLE_FILTER));
     EXPECT_THAT(log.lines(), ElementsAre(xasInfoLine("IP Filter disabled.\n")));
     EXPECT_FALSE(xasIPFilterIsEnabled());
 }
@@ -431,7 +388,7 @@ TEST_F(FilterInitTest, SwitchesTheFilterAsStoredInTheEnd)
 {
     store("XMSG_FIREWALL", xasTestFirewallMessage(0, 0));
     EXPECT_EQ(init([this](const XasMessage &request) { answerNothing(request); }), 0);
-    EXPECT_THAT(shell.take(), ElementsAre(COPY, "/tmp/xas_iptables.sh resetAll", DISABLE));
+    EXPECT_THAT(shell.take(), ElementsAre(COPY, "/tmp/xas_iptables.sh resetAll", XAS_DISABLE_FILTER));
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasInfoLine("IP Filter disabled.\n"), xasInfoLine("IP Filter initialized.\n")));
 }

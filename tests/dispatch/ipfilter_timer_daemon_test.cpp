@@ -2,14 +2,6 @@
 #include "support/daemon.h"
 #include "support/ipfilter.h"
 
-#include <algorithm>
-#include <csignal>
-#include <filesystem>
-#include <gmock/gmock.h>
-#include <sys/wait.h>
-
-using namespace std::chrono_literals;
-
 namespace {
 
 /** XMSG_APPLICATION starts the fourth application of its table. */
@@ -26,8 +18,8 @@ TEST(DaemonFilter, IsTakenForEnabledAtTheStart)
     daemon.start({{.name = "firewall"}});
     EXPECT_EQ(daemon.outcome(xasTestFirewallMessage(1, 0)), XAS_APPLIED);
     EXPECT_EQ(daemon.outcome(xasTestFirewallMessage(0, 0)), XAS_APPLIED);
-    EXPECT_THAT(daemon.stubs.lines(), testing::ElementsAre("/usr/bin/xas_iptables.sh resetAll",
-                                                           "/bin/iptables -I INPUT 1 -j ACCEPT"));
+    EXPECT_THAT(daemon.stubs.lines(),
+                ElementsAre("/usr/bin/xas_iptables.sh resetAll", "/bin/iptables -I INPUT 1 -j ACCEPT"));
 }
 
 TEST(RealTimeFilterTimer, RunsOutAfterAMinuteAndServesDeathsAndSigtermWhileNoAnswerComes)

@@ -4,30 +4,16 @@
 #include "core/msgqueue.h"
 #include "core/wait.h"
 #include "dispatch/ipfilter_enable.h"
-#include "support/clock.h"
 #include "support/daemon.h"
 #include "support/ipfilter.h"
-#include "support/log.h"
 #include "support/reply.h"
 #include "support/shell.h"
+#include "support/supervision.h"
 
-#include <csignal>
-#include <gmock/gmock.h>
 #include <sys/msg.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace {
 
-const std::string DISABLE =
-    "XTABLES_LIBDIR=/libexec/xtables;export XTABLES_LIBDIR;/bin/iptables -I INPUT 1 -j ACCEPT";
-const std::string ENABLE =
-    "XTABLES_LIBDIR=/libexec/xtables;export XTABLES_LIBDIR;/bin/iptables -D INPUT -j ACCEPT";
 const std::string TIMER_FILE = "/tmp/.save/ipfilter-timer.txt";
 
 /** The clock's wall time begins at 1000 s. */
@@ -80,10 +66,10 @@ class FilterTimerTest : public testing::Test {
         std::vector<XasLogLine> lines{xasInfoLine("IP Filter Test Timer reached 1 minute(s).\n"),
                                       xasInfoLine("IP Filter disabled.\n")};
         lines.insert(lines.end(), last.begin(), last.end());
-        EXPECT_THAT(log.take(), testing::ElementsAreArray(lines));
+        EXPECT_THAT(log.take(), ElementsAreArray(lines));
         EXPECT_FALSE(xasIPFilterIsEnabled());
         EXPECT_FALSE(xasExists(TIMER_FILE));
-        EXPECT_THAT(shell.take(), ElementsAre(DISABLE));
+        EXPECT_THAT(shell.take(), ElementsAre(XAS_DISABLE_FILTER));
     }
 
     XasTestClock clock;
@@ -95,16 +81,9 @@ class FilterTimerTest : public testing::Test {
     std::optional<XasMessage> update;
 };
 
-using FilterTimerDeathTest = FilterTimerTest;
-
 const XasLogLine QUEUE_ERROR = xasErrorLine("Cannot update IP Filter settings (message queue error).\n");
 
 } // namespace
-
-TEST_F(FilterTimerDeathTest, AssertsThatThereIsAMessage)
-{
-    EXPECT_DEATH(xasIPFilterTestTimer(nullptr, &reply), HasSubstr("`msg != ((void *)0)'"));
-}
 
 TEST_F(FilterTimerTest, IsRefusedWithoutAReasonWhenTheFilterIsNotToBeEnabled)
 {
@@ -128,11 +107,11 @@ TEST_F(FilterTimerTest, StartsWithoutACommandWhenTheFilterIsEnabled)
 TEST_F(FilterTimerTest, EnablesTheFilterFirst)
 {
     ASSERT_EQ(set(0, 0), 0);
-    EXPECT_THAT(shell.take(), ElementsAre(DISABLE));
+    EXPECT_THAT(shell.take(), ElementsAre(XAS_DISABLE_FILTER));
     log.take();
     clock.pass(7s);
     EXPECT_EQ(set(0x80000000, 2), 0);
-    EXPECT_THAT(shell.take(), ElementsAre(ENABLE));
+    EXPECT_THAT(shell.take(), ElementsAre(XAS_ENABLE_FILTER));
     EXPECT_EQ(xasReadFile(TIMER_FILE), "2 1007\n");
     EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("IP Filter enabled.\n"),
                                         xasInfoLine("IP Filter Test Timer started for 2 minute(s).\n")));
@@ -171,7 +150,7 @@ TEST_F(FilterTimerTest, IsStoppedWhenTheFilterIsDisabled)
     EXPECT_EQ(set(0, 0), 0);
     EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("IP Filter Test Timer stopped.\n"),
                                         xasInfoLine("IP Filter disabled.\n")));
-    EXPECT_THAT(shell.take(), ElementsAre(DISABLE));
+    EXPECT_THAT(shell.take(), ElementsAre(XAS_DISABLE_FILTER));
     clock.pass(60s);
     EXPECT_EQ(xasIPFilterTimerTick(), 0);
     EXPECT_THAT(shell.take(), IsEmpty());
@@ -265,7 +244,7 @@ TEST_F(FilterTimerTest, DisablesTheFilterInItsLastSecondAndTellsXms)
     EXPECT_EQ(xasIPFilterTimerTick(), 0);
     EXPECT_THAT(log.take(), ElementsAre(xasInfoLine("IP Filter Test Timer reached 2 minute(s).\n"),
                                         xasInfoLine("IP Filter disabled.\n")));
-    EXPECT_THAT(shell.take(), ElementsAre(DISABLE));
+    EXPECT_THAT(shell.take(), ElementsAre(XAS_DISABLE_FILTER));
     EXPECT_FALSE(xasExists(TIMER_FILE));
     ASSERT_TRUE(update);
     const XasMessage expected = XasMessageBuilder{XMSG_FIREWALL}.sender(4).id(xasNextMsgId() - 1);
@@ -300,44 +279,31 @@ TEST_F(FilterTimerTest, AcceptsAnAnswerOfAnyNonZeroSuccess)
     expectDisabledAnd({});
 }
 
-TEST_F(FilterTimerTest, NamesTheReasonOfANegativeAnswer)
+TEST_F(FilterTimerTest, NamesTheReasonOfAnyOtherAnswerOrElseTheQueue)
 {
-    reachOneMinute();
-    answerLater(0, "the store is full");
-    EXPECT_EQ(xasIPFilterTimerTick(), 1);
-    expectDisabledAnd({xasErrorLine("Cannot update IP Filter settings (the store is full).\n")});
-}
-
-TEST_F(FilterTimerTest, NamesTheQueueWhenANegativeAnswerHasNoReason)
-{
-    reachOneMinute();
-    answerLater(0, "");
-    EXPECT_EQ(xasIPFilterTimerTick(), 1);
-    expectDisabledAnd({QUEUE_ERROR});
-}
-
-TEST_F(FilterTimerTest, AcceptsNoAnswerToAnotherMessage)
-{
-    reachOneMinute();
-    answerLater(1, "", 1);
-    EXPECT_EQ(xasIPFilterTimerTick(), 1);
-    expectDisabledAnd({QUEUE_ERROR});
-}
-
-TEST_F(FilterTimerTest, NamesTheReasonOfAnAnswerToAnotherMessage)
-{
-    reachOneMinute();
-    answerLater(1, "of another message", 1);
-    EXPECT_EQ(xasIPFilterTimerTick(), 1);
-    expectDisabledAnd({xasErrorLine("Cannot update IP Filter settings (of another message).\n")});
-}
-
-TEST_F(FilterTimerTest, TakesNoOtherTypeForAnAnswer)
-{
-    reachOneMinute();
-    answerLater(1, "not a reason", 0, XMSG_DNS);
-    EXPECT_EQ(xasIPFilterTimerTick(), 1);
-    expectDisabledAnd({QUEUE_ERROR});
+    struct Answer {
+        std::uint32_t success;
+        const char *reason;
+        std::uint32_t idOffset;
+        std::uint32_t msgtype;
+        XasLogLine line;
+    };
+    const Answer answers[] = {
+        {0, "the store is full", 0, XMSG_ACKNAK,
+         xasErrorLine("Cannot update IP Filter settings (the store is full).\n")},
+        {0, "", 0, XMSG_ACKNAK, QUEUE_ERROR},
+        {1, "", 1, XMSG_ACKNAK, QUEUE_ERROR},
+        {1, "of another message", 1, XMSG_ACKNAK,
+         xasErrorLine("Cannot update IP Filter settings (of another message).\n")},
+        {1, "not a reason", 0, XMSG_DNS, QUEUE_ERROR},
+    };
+    for (const Answer &a : answers) {
+        reachOneMinute();
+        answerLater(a.success, a.reason, a.idOffset, a.msgtype);
+        EXPECT_EQ(xasIPFilterTimerTick(), 1) << a.reason;
+        expectDisabledAnd({a.line});
+        EXPECT_EQ(set(1, 0), 0); // enabled for the next one
+    }
 }
 
 TEST_F(FilterTimerTest, TakesNoShortRecordForAnAnswer)
@@ -370,12 +336,8 @@ TEST_F(FilterTimerTest, WaitsForTheAnswerEvenWhenTheUpdateCannotBeSent)
 TEST_F(FilterTimerTest, ServesSignalsAndDeathsWhileNoAnswerComes)
 {
     std::vector<std::string> served;
-    xasInstallSignals({.terminate = [&] { served.emplace_back("terminate"); },
-                       .alarm = [&] { served.emplace_back("alarm"); },
-                       .childExited =
-                           [&](pid_t, int) {
-                               served.emplace_back("child");
-                           }});
+    xasServe([&] { served.emplace_back("terminate"); }, [&] { served.emplace_back("alarm"); },
+             [&](pid_t, int) { served.emplace_back("child"); });
     reachOneMinute();
     const auto begin = clock.now();
     clock.at(begin + 1s, [] { ::raise(SIGALRM); });

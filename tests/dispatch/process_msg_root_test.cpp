@@ -1,17 +1,9 @@
 // The dispatcher's steps in their order, and the acknowledgement. (Types with steps of their own:
-// xas_process_types_test.cpp and xas_process_eth_test.cpp.)
+// process_types_root_test.cpp and setting_steps_root_test.cpp.)
 #include "support/dispatcher_fixture.h"
 #include "support/faults.h"
 
-#include <gmock/gmock.h>
 #include <sys/msg.h>
-
-using namespace std::chrono_literals;
-using testing::Contains;
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-using testing::Not;
 
 namespace {
 

@@ -2,13 +2,6 @@
 // applications by index, NAT and link notices.
 #include "support/dispatcher_fixture.h"
 
-#include <gmock/gmock.h>
-
-using testing::Contains;
-using testing::ElementsAre;
-using testing::IsEmpty;
-using testing::Not;
-
 namespace {
 
 class ProcessTypes : public XasDispatcherTest {

@@ -1,9 +1,8 @@
 // Records of random bytes and wrong sizes through the dispatcher, inside the test program: real queues, real
-// files, time that passes only in waits. The built daemon meets them in tests/daemon.
+// files, time that passes only in waits.
 #include "support/dispatcher_fixture.h"
 #include "support/random_records.h"
 
-#include <gmock/gmock.h>
 #include <malloc.h>
 
 #if defined(__SANITIZE_ADDRESS__)

@@ -8,14 +8,6 @@
 #include "support/log.h"
 #include "support/message.h"
 
-#include <cerrno>
-#include <cstdlib>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 namespace {
 
 /** What the script parameters read of an Ethernet message. */
@@ -274,15 +266,6 @@ TEST_F(EnabledLinkTest, IsUpForTheSecondPortWhenItsCodeIsNotZero)
     EXPECT_EQ(codesAfter({.used2 = 1}, 0), "0 1 0");
     EXPECT_EQ(nextNotice(), "Eth2 Link Down");
     EXPECT_EQ(nextNotice(), "");
-}
-
-TEST_F(EnabledLinkTest, IsRefusedForAThirdPort)
-{
-    XasLogCapture log;
-    EXPECT_EQ(xasEnableNetPort(2), 1);
-    EXPECT_EQ(xasEnableNetPort(0), 0);
-    EXPECT_EQ(xasEnableNetPort(1), 0);
-    EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Invalid network port 2 to enable\n")));
 }
 
 namespace {

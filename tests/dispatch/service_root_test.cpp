@@ -1,40 +1,16 @@
 // A script's exit status is never lost, whatever dies at the same moment.
-#include "core/daemon.h"
 #include "core/script.h"
-#include "core/wait.h"
-#include "support/apps.h"
-#include "support/clock.h"
-#include "support/log.h"
-#include "support/stub.h"
-
-#include <algorithm>
-#include <array>
-#include <csignal>
-#include <gmock/gmock.h>
-
-using namespace std::chrono_literals;
+#include "support/supervision.h"
 
 namespace {
 
 constexpr int ROUNDS = 1000;
 
-class ScriptStatus : public XasFilesTest {
+class ScriptStatus : public XasServedTest {
   protected:
     ScriptStatus()
     {
-        xasInstallSignals({
-            .terminate = [] {},
-            .alarm = [] {},
-            .childExited = [this](pid_t pid, int status) { xasReapChild(apps, pid, status); },
-        });
-    }
-
-    ~ScriptStatus() override
-    {
-        for (const XasDaemon &daemon : daemons()) {
-            if (daemon.pid > 0)
-                ::kill(daemon.pid, SIGKILL);
-        }
+        apps = xasTestAppList({{.name = "web", .exes = {"/bin/sleep 1000", "/bin/sleep 1000"}}});
     }
 
     std::vector<XasDaemon> &daemons() { return apps.front().daemons; }
@@ -47,9 +23,7 @@ class ScriptStatus : public XasFilesTest {
                daemons()[1].pid != before[1];
     }
 
-    XasAppList apps = xasTestAppList({{.name = "web", .exes = {"/bin/sleep 1000", "/bin/sleep 1000"}}});
-    XasTestClock clock;
-    XasLogCapture log;
+    XasTestDir dir;
 };
 
 } // namespace

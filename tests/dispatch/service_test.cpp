@@ -1,36 +1,14 @@
 // Starting and stopping an application.
-#include "core/daemon.h"
-#include "core/wait.h"
 #include "dispatch/service.h"
-#include "support/apps.h"
-#include "support/clock.h"
-#include "support/log.h"
 #include "support/reply.h"
-#include "support/stub.h"
+#include "support/supervision.h"
 
 #include <climits>
-#include <csignal>
-#include <gmock/gmock.h>
-#include <sys/wait.h>
-
-using namespace std::chrono_literals;
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 
-/** Signals are served as in the daemon; time passes only in waits. */
-class ServiceTest : public testing::Test {
+class ServiceTest : public XasServedTest {
   protected:
-    ServiceTest()
-    {
-        xasInstallSignals({
-            .terminate = [] {},
-            .alarm = [] {},
-            .childExited = [this](pid_t pid, int status) { xasReapChild(apps, pid, status); },
-        });
-    }
-
     ~ServiceTest() override
     {
         for (const pid_t pid : started)
@@ -56,11 +34,7 @@ class ServiceTest : public testing::Test {
     /** A daemon that runs until it is ended. */
     std::string endlessDaemon(std::string_view name) { return stubs.make(name, 0, "exec sleep 1000"); }
 
-    XasAppList apps;
     XasReplyStatus reply;
-    XasStubs stubs;
-    XasTestClock clock;
-    XasLogCapture log;
     std::vector<pid_t> started;
 };
 
@@ -175,7 +149,7 @@ TEST_F(ServiceTest, StartsTheScriptThenTheDaemonsInListOrder)
     EXPECT_EQ(app.daemons[1].stopping, 0);
     EXPECT_EQ(clock.now(), 400ms) << "200 ms for each daemon";
     ASSERT_TRUE(stubs.await(3));
-    EXPECT_THAT(stubs.lines(), testing::UnorderedElementsAre(script + " go", first + " -a b", second));
+    EXPECT_THAT(stubs.lines(), UnorderedElementsAre(script + " go", first + " -a b", second));
     EXPECT_THAT(
         log.lines(),
         ElementsAre(xasInfoLine("Running " + script + "\n"),

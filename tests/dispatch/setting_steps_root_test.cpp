@@ -3,11 +3,6 @@
 #include "dispatch/setting_steps.h"
 #include "support/dispatcher_fixture.h"
 
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 /** The list holds none of the handler's files, so that the handler fails; the steps around it are the same.

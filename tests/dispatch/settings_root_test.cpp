@@ -1,11 +1,7 @@
 // Which models of the appliance have the device of "xpb": the description at its fixed path decides.
 #include "support/dispatcher_fixture.h"
 
-#include <filesystem>
-#include <gmock/gmock.h>
 #include <set>
-
-using testing::ElementsAre;
 
 namespace {
 

@@ -2,9 +2,8 @@
 // file at a fixed path: settings_root_test.cpp.
 #include "dispatch/settings_list.h"
 #include "support/message.h"
+#include "support/test.h"
 
-#include <array>
-#include <gmock/gmock.h>
 #include <set>
 
 namespace {

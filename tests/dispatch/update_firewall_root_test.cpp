@@ -2,18 +2,11 @@
 #include "dispatch/update_firewall.h"
 
 #include "dispatch/ipfilter_enable.h"
-#include "support/apps.h"
 #include "support/ipfilter.h"
 #include "support/log.h"
 #include "support/reply.h"
 #include "support/shell.h"
 #include "support/stub.h"
-
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace {
 
@@ -35,14 +28,7 @@ class UpdateFirewallTest : public testing::Test {
     XasReplyStatus reply;
 };
 
-using UpdateFirewallDeathTest = UpdateFirewallTest;
-
 } // namespace
-
-TEST_F(UpdateFirewallDeathTest, AssertsThatThereIsAMessage)
-{
-    EXPECT_DEATH(xasUpdateFirewall(nullptr, &cfgFiles, &reply), HasSubstr("`msg != ((void *)0)'"));
-}
 
 TEST_F(UpdateFirewallTest, LogsTheReasonOfAFailedSet)
 {

@@ -2,13 +2,8 @@
 // of proposals the ciphers, hashes and groups.
 #include "dispatch/vpn.h"
 
-#include "support/files.h"
 #include "support/programs.h"
 #include "support/vpn.h"
-
-#include <gmock/gmock.h>
-
-using testing::HasSubstr;
 
 namespace {
 

@@ -5,13 +5,6 @@
 #include "support/log.h"
 #include "support/vpn.h"
 
-#include <cerrno>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::Not;
-
 namespace {
 
 /** The lines that every section ends in, behind those of the two sides. */

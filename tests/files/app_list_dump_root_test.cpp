@@ -3,9 +3,6 @@
 #include "support/apps.h"
 #include "support/files.h"
 
-#include <filesystem>
-#include <gtest/gtest.h>
-
 TEST(AppListDump, ListsEveryApplicationAndSaysNullForWhatIsAbsent)
 {
     XasAppList apps = xasTestAppList({{.name = "ntp",

@@ -1,20 +1,11 @@
 // A replacement that is cut short at any system call leaves the live path with the whole old or the whole new
 // content. A first run under strace counts the calls; then each one in turn fails, or is where SIGKILL
 // strikes.
-#include "support/files.h"
 #include "support/small_disk.h"
 
-#include <cstdlib>
-#include <gmock/gmock.h>
 #include <map>
 #include <set>
-#include <sstream>
 #include <sys/mount.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-using testing::AnyOf;
-using testing::HasSubstr;
 
 namespace {
 
@@ -118,8 +109,8 @@ class CutReplacement : public XasFilesTest {
                 const int status = tracedRun(work, "-e inject=" + cut);
                 EXPECT_THAT(dir.read("trace"), AnyOf(HasSubstr("(INJECTED)"), HasSubstr("killed by SIGKILL")))
                     << cut;
-                EXPECT_THAT(live, testing::Contains(content("live"))) << cut;
-                EXPECT_THAT(backups, testing::Contains(content("live.old"))) << cut;
+                EXPECT_THAT(live, Contains(content("live"))) << cut;
+                EXPECT_THAT(backups, Contains(content("live.old"))) << cut;
                 if (status == 0) {
                     EXPECT_EQ(content("live"), liveAfterSuccess) << cut;
                 }
@@ -186,7 +177,7 @@ TEST_F(CutReplacement, ByAReadOnlyMediumChangesNothing)
         EXPECT_EQ(plainRun(work), 1) << work;
     EXPECT_EQ(content("live"), OLD);
     EXPECT_EQ(content("live.old"), OLDER);
-    EXPECT_THAT(dir.names(), testing::ElementsAre("live", "live.old"));
+    EXPECT_THAT(dir.names(), ElementsAre("live", "live.old"));
     ::umount2(dir.path().c_str(), MNT_DETACH);
 }
 

@@ -1,17 +1,11 @@
 // What editors do when the disk fills up under them, beside what all settings share.
 #include "config/firewall_services.h"
-#include "config/ntp.h"
 #include "config/syslog.h"
 
 #include "support/hosts.h"
 #include "support/log.h"
 #include "support/reply.h"
 #include "support/small_disk.h"
-
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::StartsWith;
 
 namespace {
 
@@ -34,40 +28,7 @@ class FullDisk : public testing::Test {
     XasReplyStatus reply;
 };
 
-XasNtpPayload polling(std::string_view server)
-{
-    return {.enabled = 1,
-            .sync = XAS_NTP_POLL,
-            .poll = XAS_NTP_ONE_SERVER,
-            .servers = {},
-            .single = xasNamedHost(server)};
-}
-
 } // namespace
-
-TEST_F(FullDisk, IsFilledByAFileOfThatSizeButTakesIt)
-{
-    const std::string text = filled("server a\n");
-    ASSERT_EQ(text.size(), 4096U);
-    const std::string path = disk.write("file", text);
-    const XasNtpPayload same = polling("b");
-    EXPECT_EQ(xasEditNTPCfgFile(path.c_str(), &same, &reply), 0);
-    EXPECT_THAT(disk.read("file"), StartsWith("server b\n"));
-}
-
-TEST_F(FullDisk, LeavesTheNtpConfigurationAndGivesNoReason)
-{
-    const std::string text = filled("server a\n");
-    const std::string path = disk.write("ntp.conf", text);
-    const XasNtpPayload ntpInfo = polling("longer");
-    EXPECT_EQ(xasEditNTPCfgFile(path.c_str(), &ntpInfo, &reply), 1);
-    EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
-    EXPECT_THAT(log.lines(),
-                ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to NTP config file\n")));
-    EXPECT_EQ(disk.read("ntp.conf"), text);
-    EXPECT_THAT(disk.read("ntp.conf.tmp"), StartsWith("server longer\n#"));
-    EXPECT_FALSE(disk.has("ntp.conf.old"));
-}
 
 TEST_F(FullDisk, LeavesTheSyslogConfigurationAndSaysThatItCouldNotBeSavedForAForwardingRule)
 {

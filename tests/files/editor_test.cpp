@@ -4,11 +4,6 @@
 #include "support/log.h"
 #include "support/reply.h"
 
-#include <filesystem>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-
 namespace {
 
 class Editor : public XasFilesTest {};

@@ -4,17 +4,9 @@
 #include "auth/local_users.h"
 #include "auth/user_ports.h"
 #include "support/faults.h"
-#include "support/files.h"
 #include "support/log.h"
 #include "support/reply.h"
 #include "support/stub.h"
-
-#include <cerrno>
-#include <filesystem>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
 
 namespace {
 

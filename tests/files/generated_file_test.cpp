@@ -4,11 +4,6 @@
 #include "support/faults.h"
 #include "support/files.h"
 
-#include <cerrno>
-#include <gmock/gmock.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 namespace {
 
 class GeneratedFile : public XasFilesTest {

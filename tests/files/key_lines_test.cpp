@@ -1,8 +1,7 @@
 // Files of "KEY=value" lines in which some keys get new values.
 #include "files/key_lines.h"
 
-#include <array>
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
 
@@ -15,49 +14,33 @@ std::string replaced(std::string_view oldText)
 
 } // namespace
 
-TEST(KeyLines, AreNotAddedToAnEmptyFile)
-{
-    EXPECT_EQ(replaced(""), "");
-}
+namespace {
 
-TEST(KeyLines, AreNotAddedWhereTheKeyIsMissing)
-{
-    EXPECT_EQ(replaced("THREE=x\n\n# ONE\n"), "THREE=x\n\n# ONE\n");
-}
+struct KeyLinesCase {
+    const char *what;
+    std::string_view oldText;
+    std::string_view newText;
+};
 
-TEST(KeyLines, LeaveCommentedAndLongerAndShorterKeysAlone)
-{
-    EXPECT_EQ(replaced("#ONE=x\nONES=x\nON=x\none=x\n"), "#ONE=x\nONES=x\nON=x\none=x\n");
-}
+constexpr KeyLinesCase KEY_LINES_CASES[] = {
+    {"not added to an empty file", "", ""},
+    {"not added where the key is missing", "THREE=x\n\n# ONE\n", "THREE=x\n\n# ONE\n"},
+    {"commented, longer and shorter keys", "#ONE=x\nONES=x\nON=x\none=x\n", "#ONE=x\nONES=x\nON=x\none=x\n"},
+    {"a blank that is no delimiter", "ONE =x\n ONE=x\n", "ONE =x\n ONE=x\n"},
+    {"where and as often as they stand", "a\nTWO=x\nb\nONE=y\nTWO=z\n", "a\nTWO=2\nb\nONE=1\nTWO=2\n"},
+    {"without a value and behind delimiters", "ONE\nTWO=\n==ONE==x\n", "ONE=1\nTWO=2\nONE=1\n"},
+    {"another system's line ends", "ONE=x\r\nrest\r\nTWO\r\n", "ONE=1\nrest\r\nTWO=2\n"},
+    {"a last line without line feed that is kept", "ONE=x\nrest", "ONE=1\nrest"},
+    {"a last line without line feed that is replaced", "rest\nONE=x", "rest\nONE=1\n"},
+    {"an embedded NUL", {"THREE=x\0y\nONE\0=x\n", 17}, "THREE=xONE=1\n"},
+};
 
-TEST(KeyLines, LeaveAKeyWithABlankAloneWhereBlanksAreNoDelimiters)
-{
-    EXPECT_EQ(replaced("ONE =x\n ONE=x\n"), "ONE =x\n ONE=x\n");
-}
+} // namespace
 
-TEST(KeyLines, AreReplacedWhereTheyStandAndAsOftenAsTheyStand)
+TEST(KeyLines, AreReplacedWhereTheyStandAndNeverAdded)
 {
-    EXPECT_EQ(replaced("a\nTWO=x\nb\nONE=y\nTWO=z\n"), "a\nTWO=2\nb\nONE=1\nTWO=2\n");
-}
-
-TEST(KeyLines, AreReplacedWithoutAValueAndBehindDelimiters)
-{
-    EXPECT_EQ(replaced("ONE\nTWO=\n==ONE==x\n"), "ONE=1\nTWO=2\nONE=1\n");
-}
-
-TEST(KeyLines, AreReplacedWholeInAFileOfAnotherSystemsLineEnds)
-{
-    EXPECT_EQ(replaced("ONE=x\r\nrest\r\nTWO\r\n"), "ONE=1\nrest\r\nTWO=2\n");
-}
-
-TEST(KeyLines, KeepALastLineWithoutLineFeedAsItIs)
-{
-    EXPECT_EQ(replaced("ONE=x\nrest"), "ONE=1\nrest");
-}
-
-TEST(KeyLines, GetALineFeedWhereTheLastLineHadNone)
-{
-    EXPECT_EQ(replaced("rest\nONE=x"), "rest\nONE=1\n");
+    for (const KeyLinesCase &c : KEY_LINES_CASES)
+        EXPECT_EQ(replaced(c.oldText), c.newText) << c.what;
 }
 
 TEST(KeyLines, AreSoughtInEveryPieceOfAnOverlongLine)
@@ -71,12 +54,6 @@ TEST(KeyLines, KeepAnOverlongLineOfAnotherKeyWhole)
 {
     const std::string longLine = "THREE=" + std::string(2000, 'x') + "\n";
     EXPECT_EQ(replaced(longLine + "ONE=x\n"), longLine + "ONE=1\n");
-}
-
-TEST(KeyLines, EndALineAtAnEmbeddedNul)
-{
-    using namespace std::string_view_literals;
-    EXPECT_EQ(replaced("THREE=x\0y\nONE\0=x\n"sv), "THREE=xONE=1\n");
 }
 
 TEST(KeyLines, AreFoundBehindAnyOfTheDelimiters)

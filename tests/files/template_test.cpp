@@ -5,12 +5,6 @@
 #include "support/log.h"
 #include "support/reply.h"
 
-#include <array>
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 namespace {
 
 /** What is written: the tail, if any. */

@@ -1,17 +1,11 @@
 // The private root itself: what every other test of this program takes for granted.
-#include "support/files.h"
 #include "support/link.h"
 #include "support/log_socket.h"
 #include "support/root.h"
 #include "support/stub.h"
 
-#include <cstdlib>
-#include <gmock/gmock.h>
 #include <sys/msg.h>
 #include <sys/socket.h>
-#include <unistd.h>
-
-using testing::ElementsAre;
 
 TEST(PrivateRoot, HidesTheFilesAndAccountsOfTheHost)
 {

@@ -1,8 +1,7 @@
 // The dumps of types that are shown field by field, against lines worked out by hand.
 #include "msg/print.h"
 #include "support/message.h"
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 using namespace std::string_view_literals;
 

@@ -2,8 +2,7 @@
 #include "msg/print.h"
 #include "support/hosts.h"
 #include "support/message.h"
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 using namespace std::string_view_literals;
 

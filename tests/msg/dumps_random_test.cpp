@@ -1,11 +1,10 @@
 // Dumps of random records read nothing outside them: each record stands between pages that cannot be read.
 #include "msg/print.h"
 
-#include <algorithm>
-#include <gtest/gtest.h>
+#include "support/test.h"
+
 #include <random>
 #include <sys/mman.h>
-#include <unistd.h>
 
 namespace {
 

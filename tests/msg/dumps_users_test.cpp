@@ -1,8 +1,7 @@
 // The dumps of local users, against lines worked out by hand.
 #include "msg/print.h"
 #include "support/message.h"
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
 

@@ -1,8 +1,6 @@
 #include "msg/enum_names.h"
 
-#include <gtest/gtest.h>
-#include <string>
-#include <vector>
+#include "support/test.h"
 
 namespace {
 

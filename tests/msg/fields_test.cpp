@@ -1,9 +1,9 @@
 #include "msg/fields.h"
 
 #include "support/fields.h"
+#include "support/test.h"
 #include "wire/message_names.h"
 
-#include <gtest/gtest.h>
 #include <set>
 
 namespace {

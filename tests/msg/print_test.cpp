@@ -1,9 +1,9 @@
 #include "msg/print.h"
 
 #include "support/message.h"
+#include "support/test.h"
 
 #include <arpa/inet.h>
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,8 +1,7 @@
 #include "msg/type_names.h"
 
+#include "support/test.h"
 #include "wire/message.h"
-
-#include <gtest/gtest.h>
 
 TEST(MsgTypeNames, WhatNamesNoTypeIsNone)
 {

@@ -16,6 +16,14 @@ TEST_F(MsgValues, ATextThatLeavesNoRoomForItsNulIsRefused)
     expectRefused(xasTestField(text, 4), "four", "at most 3 characters");
 }
 
+TEST_F(MsgValues, ATextWithANulInItIsRefusedEvenWhenForced)
+{
+    const std::string_view text{"a\0b", 3};
+    expectRefused(xasTestField(XasFieldKind::text, 8), text, "at most 7 characters");
+    expectRefused(xasTestField(XasFieldKind::text, 8), text, "at most 7 characters",
+                  XasValueCheck::anyThatFits);
+}
+
 TEST_F(MsgValues, AForcedTextMayFillTheFieldButNotMore)
 {
     EXPECT_EQ(set(xasTestField(text, 4), "four", XasValueCheck::anyThatFits), "");
@@ -63,6 +71,8 @@ TEST_F(MsgValues, NumbersAreLittleEndianAndMayBeHexadecimal)
     EXPECT_EQ(set(xasTestField(number, 2), "0x1234"), "");
     EXPECT_EQ(bytes(xasTestField(number, 2)), "\x34\x12");
     EXPECT_EQ(read(xasTestField(number, 2)), "4660");
+    EXPECT_EQ(set(xasTestField(number, 2), "0XaB"), "");
+    EXPECT_EQ(read(xasTestField(number, 2)), "171");
     EXPECT_EQ(set(xasTestField(number, 4), "67305985"), ""); // 0x04030201
     EXPECT_EQ(bytes(xasTestField(number, 4)), "\x01\x02\x03\x04");
     expectKept(xasTestField(number, 8), "18446744073709551615");

@@ -4,9 +4,6 @@
 #include "support/files.h"
 #include "support/message.h"
 
-#include <cstdlib>
-#include <gtest/gtest.h>
-
 namespace {
 
 /** A store of its own, and what the library says on its diagnostics stream. */

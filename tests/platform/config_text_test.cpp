@@ -1,10 +1,10 @@
 #include "platform/config_library.h"
 
+#include "support/test.h"
 #include "wire/address.h"
 #include "wire/message.h"
 
 #include <arpa/inet.h>
-#include <gtest/gtest.h>
 
 namespace {
 
@@ -18,10 +18,12 @@ XasHostAddr hostNamed(std::string_view name)
 
 } // namespace
 
-TEST(AddressText, OfAnUnsetAddressIsEmpty)
+TEST(AddressText, OfAnUnsetAddressIsEmptyUnlessItIsIPv6)
 {
     const XasIpAddr unset{};
     EXPECT_STREQ(xmlIPv4Or6ToStr(&unset), "");
+    const XasIpAddr allZeroIpv6{.is_ipv6 = 1, .address = {}};
+    EXPECT_STREQ(xmlIPv4Or6ToStr(&allZeroIpv6), "::");
 }
 
 TEST(AddressText, OfAnIPv4AddressIsDotted)
@@ -52,6 +54,14 @@ TEST(HostText, OfAnUnusedServerIsAnEmptyName)
 {
     const XasHostAddr host = hostNamed("");
     EXPECT_STREQ(xmlNameOrIpToStr(&host), "");
+}
+
+TEST(HostText, OfAShorterNameHasNothingOfALongerOneBefore)
+{
+    const XasHostAddr longer = hostNamed("time.example.org");
+    EXPECT_STREQ(xmlNameOrIpToStr(&longer), "time.example.org");
+    const XasHostAddr shorter = hostNamed("ntp1");
+    EXPECT_STREQ(xmlNameOrIpToStr(&shorter), "ntp1");
 }
 
 TEST(HostText, OfANameWithoutANulEndsWithItsField)

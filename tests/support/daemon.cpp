@@ -1,19 +1,8 @@
 #include "support/daemon.h"
 
-#include <algorithm>
-#include <array>
-#include <cerrno>
-#include <csignal>
-#include <cstring>
 #include <fcntl.h>
-#include <filesystem>
 #include <fstream>
-#include <stdexcept>
 #include <sys/msg.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-using namespace std::chrono_literals;
 
 namespace {
 

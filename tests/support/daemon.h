@@ -10,11 +10,7 @@
 #include "support/message.h"
 #include "support/stub.h"
 
-#include <chrono>
-#include <optional>
-#include <string>
 #include <sys/types.h>
-#include <vector>
 
 /** The two queues, as their owner makes them. */
 class XasTestQueues {

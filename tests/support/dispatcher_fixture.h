@@ -2,40 +2,18 @@
 #ifndef XAS_TEST_ROOT_DISPATCHER_FIXTURE_H
 #define XAS_TEST_ROOT_DISPATCHER_FIXTURE_H
 
-#include "core/daemon.h"
 #include "core/msgqueue.h"
-#include "core/wait.h"
 #include "dispatch/process_msg.h"
-#include "support/apps.h"
-#include "support/clock.h"
 #include "support/daemon.h"
-#include "support/log.h"
+#include "support/supervision.h"
 
-#include <csignal>
-
-/** Signals are served as in the daemon. */
-class XasDispatcherTest : public testing::Test {
+class XasDispatcherTest : public XasServedTest {
   protected:
     XasDispatcherTest()
     {
-        xasInstallSignals({
-            .terminate = [] {},
-            .alarm = [] {},
-            .childExited = [this](pid_t pid, int status) { xasReapChild(apps, pid, status); },
-        });
         if (xasInitMsgQueues() != 0)
             throw std::runtime_error{"no queues"};
         stubs.put("/bin/killall");
-    }
-
-    ~XasDispatcherTest() override
-    {
-        for (const XasApp &app : apps) {
-            for (const XasDaemon &daemon : app.daemons) {
-                if (daemon.pid > 0)
-                    ::kill(daemon.pid, SIGKILL);
-            }
-        }
     }
 
     /** One message from the queue to its end. Returns the dispatcher's result. */
@@ -88,10 +66,6 @@ class XasDispatcherTest : public testing::Test {
     }
 
     XasTestQueues queues;
-    XasTestClock clock;
-    XasStubs stubs;
-    XasAppList apps;
-    XasLogCapture log;
 };
 
 inline const XasLogLine XAS_NOT_FOUND = xasErrorLine("Could not find application in app list\n");

@@ -6,9 +6,6 @@
 #include "support/daemon.h"
 #include "support/eth.h"
 
-#include <filesystem>
-#include <gmock/gmock.h>
-
 class XasEthAppliance : public testing::Test {
   protected:
     XasEthAppliance()

@@ -1,12 +1,7 @@
 #include "support/files.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <stdexcept>
-#include <sys/stat.h>
 
 namespace fs = std::filesystem;
 

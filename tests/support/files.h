@@ -2,11 +2,9 @@
 #ifndef XAS_TEST_SUPPORT_FILES_H
 #define XAS_TEST_SUPPORT_FILES_H
 
-#include <gtest/gtest.h>
-#include <string>
-#include <string_view>
+#include "support/test.h"
+
 #include <sys/types.h>
-#include <vector>
 
 /** Writes the whole file, directories on the way included; replaces what stands there, a link included. */
 void xasWriteFile(const std::string &path, std::string_view text, mode_t mode = 0644);

@@ -62,4 +62,10 @@ inline XasMessage xasTestFirewallMessage(std::uint32_t enabled, std::int32_t tes
     return XasMessageBuilder{XMSG_FIREWALL}.set("enabled", enabled).set("test_time", testTime);
 }
 
+/** The commands that switch the filter as a whole. */
+inline constexpr const char *XAS_DISABLE_FILTER =
+    "XTABLES_LIBDIR=/libexec/xtables;export XTABLES_LIBDIR;/bin/iptables -I INPUT 1 -j ACCEPT";
+inline constexpr const char *XAS_ENABLE_FILTER =
+    "XTABLES_LIBDIR=/libexec/xtables;export XTABLES_LIBDIR;/bin/iptables -D INPUT -j ACCEPT";
+
 #endif

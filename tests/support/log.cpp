@@ -1,14 +1,9 @@
 #include "support/log.h"
 
-#include <array>
 #include <cstdarg>
 #include <cstdio>
-#include <cstring>
 #include <fcntl.h>
-#include <stdexcept>
 #include <sys/mman.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace {
 

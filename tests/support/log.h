@@ -7,7 +7,6 @@
 
 #include "support/log_line.h"
 
-#include <optional>
 #include <sys/types.h>
 
 /** Sees what is logged while it lives. */

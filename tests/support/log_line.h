@@ -2,12 +2,10 @@
 #ifndef XAS_TEST_SUPPORT_LOG_LINE_H
 #define XAS_TEST_SUPPORT_LOG_LINE_H
 
-#include <gmock/gmock.h>
+#include "support/test.h"
+
 #include <ostream>
-#include <string>
-#include <string_view>
 #include <syslog.h>
-#include <vector>
 
 struct XasLogLine {
     int priority;     /**< as given to syslog; read off /dev/log it includes the facility */

@@ -1,13 +1,9 @@
 #include "support/log_socket.h"
 
-#include <array>
 #include <charconv>
-#include <cstring>
 #include <poll.h>
-#include <stdexcept>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <unistd.h>
 
 namespace {
 

@@ -8,7 +8,6 @@
 #include "support/log_line.h"
 
 #include <atomic>
-#include <chrono>
 #include <condition_variable>
 #include <mutex>
 #include <thread>

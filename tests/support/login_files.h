@@ -9,9 +9,6 @@
 #include "support/message.h"
 #include "support/reply.h"
 
-#include <filesystem>
-#include <gmock/gmock.h>
-
 class XasLoginFilesTest : public XasFilesTest {
   protected:
     XasLoginFilesTest()

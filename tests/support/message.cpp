@@ -1,11 +1,8 @@
 #include "support/message.h"
 
 #include "msg/values.h"
+#include "support/test.h"
 #include "wire/reply_message.h"
-
-#include <gtest/gtest.h>
-#include <sstream>
-#include <stdexcept>
 
 XasMsgFieldAt xasTestField(std::uint32_t msgtype, std::string_view name)
 {

@@ -139,11 +139,4 @@ inline std::uint32_t xasMessageWord(const XasMessage &msg, std::size_t offset)
     return value;
 }
 
-/** The text at `offset` of a record, up to its first NUL. */
-inline std::string xasMessageText(const XasMessage &msg, std::size_t offset)
-{
-    const std::string text = xasMessageBytes(msg, offset, sizeof msg - offset);
-    return text.substr(0, text.find('\0'));
-}
-
 #endif

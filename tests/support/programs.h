@@ -7,9 +7,7 @@
 
 #include "support/files.h"
 
-#include <string>
 #include <sys/types.h>
-#include <vector>
 
 /** The path of a program of the unpacked packages ("usr/sbin/ntpd"); throws where there is none. */
 std::string xasUnpackedProgram(const std::string &program);

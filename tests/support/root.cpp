@@ -2,18 +2,8 @@
 
 #include "support/files.h"
 
-#include <array>
-#include <cerrno>
-#include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <fcntl.h>
-#include <filesystem>
-#include <string>
-#include <string_view>
-#include <sys/wait.h>
-#include <unistd.h>
-#include <vector>
 
 namespace fs = std::filesystem;
 

@@ -7,13 +7,8 @@
 #include "support/stub.h"
 #include "xms/cli.h"
 
-#include <csignal>
 #include <fcntl.h>
-#include <gmock/gmock.h>
-#include <optional>
 #include <sys/msg.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 inline constexpr key_t XMS_KEY_FROM_DAEMON = 1005;
 inline constexpr key_t XMS_KEY_TO_DAEMON = 1006;

@@ -1,7 +1,5 @@
 #include "support/settings_outcome.h"
 
-#include <algorithm>
-
 namespace {
 
 /** Walks through a setting's steps as the table has them, and notes what is seen on the way. */

@@ -14,10 +14,6 @@
 #include "support/message.h"
 #include "support/settings_outcome.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <filesystem>
-#include <gmock/gmock.h>
 #include <map>
 #include <memory>
 
@@ -182,7 +178,7 @@ class XasSettingTest : public XasFilesTest, public testing::WithParamInterface<X
         EXPECT_EQ(found.success, expected.success);
         EXPECT_EQ(found.rcode, expected.rcode);
         EXPECT_EQ(found.rstr, expected.rstr);
-        EXPECT_THAT(found.log, testing::ElementsAreArray(expected.log));
+        EXPECT_THAT(found.log, ElementsAreArray(expected.log));
         if (failure == XasFailure::isDirectory) { // what would have become of an empty file stays
             EXPECT_TRUE(found.files.erase(name() + ".tmp"));
         }
@@ -210,7 +206,7 @@ TEST_P(ASettingDeathTest, NeedsAMessageOfItsTypeAndAList)
     XasReplyStatus reply;
     XasMessage msg = setting.message;
     const auto assertion = [](const std::string &text) {
-        return testing::HasSubstr("Assertion `" + text + "' failed.");
+        return HasSubstr("Assertion `" + text + "' failed.");
     };
     EXPECT_DEATH(xasCallHandler(setting.msgtype, nullptr, &list, &reply), assertion("msg != ((void *)0)"));
     EXPECT_DEATH(xasCallHandler(setting.msgtype, &msg, nullptr, &reply),

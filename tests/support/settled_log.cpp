@@ -1,10 +1,7 @@
 #include "support/settled_log.h"
 
-#include <gtest/gtest.h>
-#include <string_view>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <unistd.h>
 
 namespace {
 

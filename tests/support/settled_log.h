@@ -4,8 +4,6 @@
 
 #include "support/log_socket.h"
 
-#include <vector>
-
 /** Every line that was sent before this call, oldest first, but not the mark that this function sends itself.
  */
 std::vector<XasLogLine> xasSettledLines(const XasLogSocket &log);

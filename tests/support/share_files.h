@@ -5,9 +5,6 @@
 #include "files/update.h"
 #include "support/dispatcher_fixture.h"
 
-#include <filesystem>
-#include <gmock/gmock.h>
-
 /** The files as they were before a message, and the hosts that are known. */
 class XasShareFiles : public XasTestDir {
   public:

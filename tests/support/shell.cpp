@@ -3,9 +3,6 @@
 #include "support/root.h"
 
 #include <cstdio>
-#include <filesystem>
-#include <sstream>
-#include <stdexcept>
 
 namespace {
 

@@ -4,9 +4,6 @@
 
 #include "support/files.h"
 
-#include <string>
-#include <vector>
-
 /** While it lives, "/bin/sh" notes the lines it is given with "-c" and hands them to the real shell. */
 class XasShellLines {
   public:

@@ -4,8 +4,6 @@
 
 #include "support/files.h"
 
-#include <stdexcept>
-#include <string>
 #include <sys/mount.h>
 
 /**

@@ -4,8 +4,6 @@
 
 #include "support/programs.h"
 
-#include <filesystem>
-
 /** Where agent and clients keep what they keep; words of a shell that go in front of a command. */
 inline std::string xasSnmpEnvironment()
 {

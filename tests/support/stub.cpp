@@ -1,6 +1,5 @@
 #include "support/stub.h"
 
-#include <sstream>
 #include <thread>
 
 namespace {

@@ -7,11 +7,6 @@
 
 #include "support/files.h"
 
-#include <chrono>
-#include <string>
-#include <string_view>
-#include <vector>
-
 class XasStubs {
   public:
     /** Puts a program at `path`, replacing what is there. `body`: shell lines before it exits. */

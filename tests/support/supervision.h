@@ -9,39 +9,44 @@
 #include "support/log.h"
 #include "support/stub.h"
 
-#include <csignal>
-#include <string>
-#include <sys/wait.h>
-#include <unistd.h>
+/** Serves nothing, or what a test gives it. */
+inline void xasServe(
+    std::function<void()> terminate = [] {}, std::function<void()> alarm = [] {},
+    std::function<void(pid_t, int)> childExited = [](pid_t, int) {})
+{
+    xasInstallSignals({.terminate = std::move(terminate),
+                       .alarm = std::move(alarm),
+                       .childExited = std::move(childExited)});
+}
 
-class XasSupervisionTest : public testing::Test {
+/** Deaths of the applications' daemons are served as in the daemon. Nothing that a test started outlives it.
+ */
+class XasServedTest : public testing::Test {
   protected:
-    XasSupervisionTest()
+    XasServedTest()
     {
-        xasInstallSignals({.terminate = [] {},
-                           .alarm = [] {},
-                           .childExited =
-                               [this](pid_t pid, int status) {
-                                   xasReapChild(apps, pid, status);
-                               }});
+        xasServe([] {}, [] {}, [this](pid_t pid, int status) { xasReapChild(apps, pid, status); });
     }
 
-    /** Nothing that a test started outlives it. */
-    ~XasSupervisionTest() override
+    ~XasServedTest() override
     {
-        for (XasApp &app : apps) {
+        for (const XasApp &app : apps) {
             for (const XasDaemon &daemon : app.daemons) {
                 if (daemon.pid > 0)
                     ::kill(daemon.pid, SIGKILL);
             }
         }
-        xasInstallSignals({.terminate = [] {},
-                           .alarm = [] {},
-                           .childExited =
-                               [](pid_t, int) {
-                               }});
+        xasServe();
     }
 
+    XasAppList apps;
+    XasTestClock clock;
+    XasLogCapture log;
+    XasStubs stubs;
+};
+
+class XasSupervisionTest : public XasServedTest {
+  protected:
     /** Makes the one application with one daemon and gives the daemon. */
     XasDaemon &supervise(const std::string &appName, const std::string &exe)
     {
@@ -69,11 +74,6 @@ class XasSupervisionTest : public testing::Test {
         clock.at(clock.now() + std::chrono::milliseconds{150}, [this] { ASSERT_TRUE(stubs.await(1)); });
         return start();
     }
-
-    XasAppList apps;
-    XasTestClock clock;
-    XasLogCapture log;
-    XasStubs stubs;
 };
 
 inline std::string xasStartedText(pid_t pid, const std::string &program)

@@ -4,9 +4,7 @@
 
 #include "msg/values.h"
 
-#include <gtest/gtest.h>
-#include <string>
-#include <vector>
+#include "support/test.h"
 
 inline constexpr std::size_t BLOCK_OFFSET = 8;
 

@@ -1,8 +1,6 @@
 #include "wire/field.h"
 
-#include <algorithm>
-#include <gtest/gtest.h>
-#include <utility>
+#include "support/test.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 // count from the start of the record. A text whose end is not told ends where the next field begins.
 #include "auth/user_message.h"
 #include "msg/fields.h"
+#include "support/test.h"
 #include "wire/message_names.h"
 
-#include <gtest/gtest.h>
 #include <ostream>
 
 namespace {

@@ -2,8 +2,7 @@
 #include "wire/reply_message.h"
 
 #include "support/message.h"
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 using namespace std::string_literals;
 

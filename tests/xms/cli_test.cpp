@@ -3,12 +3,6 @@
 #include "support/files.h"
 #include "xms/markdown.h"
 
-#include <cstdlib>
-#include <gmock/gmock.h>
-
-using testing::AllOf;
-using testing::HasSubstr;
-
 namespace {
 
 /** Runs the program's main function in this process, with a socket that nobody serves. */

@@ -1,10 +1,6 @@
 #include "xms/describe.h"
 
-#include <gmock/gmock.h>
-
-using testing::AllOf;
-using testing::HasSubstr;
-using testing::Not;
+#include "support/test.h"
 
 namespace {
 

@@ -6,9 +6,6 @@
 
 #include <regex>
 
-using testing::HasSubstr;
-using testing::Not;
-
 namespace {
 
 class XmsHandledTypes : public XmsServeTest {

@@ -1,6 +1,6 @@
 #include "xms/hex.h"
 
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 TEST(XmsHex, WhatIsNotWholeBytesOfHexIsNone)
 {

@@ -5,10 +5,6 @@
 #include "msg/type_names.h"
 #include "support/files.h"
 
-#include <gmock/gmock.h>
-
-using testing::HasSubstr;
-
 TEST(XmsMarkdown, TheReferenceInTheDocumentsIsUpToDate)
 {
     EXPECT_TRUE(xasReadFile(XAS_DOCS_DIR "/messages.md") == xmsMarkdown())

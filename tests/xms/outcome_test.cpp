@@ -1,9 +1,8 @@
 #include "xms/outcome.h"
 
 #include "support/message.h"
+#include "support/test.h"
 #include "xms/hex.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,12 +1,9 @@
 #include "xms/protocol.h"
 
 #include "support/message.h"
-
-#include <gtest/gtest.h>
+#include "support/test.h"
 
 namespace {
-
-using namespace std::chrono_literals;
 
 constexpr XmsClock::time_point NOW{1000s};
 

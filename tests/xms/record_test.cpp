@@ -1,12 +1,10 @@
 #include "xms/record.h"
 
 #include "support/message.h"
+#include "support/test.h"
 #include "xms/error.h"
 
 #include <functional>
-#include <gmock/gmock.h>
-
-using testing::HasSubstr;
 
 namespace {
 

@@ -1,10 +1,8 @@
 #include "xms/recording.h"
 
 #include "support/message.h"
+#include "support/test.h"
 #include "xms/error.h"
-
-#include <gtest/gtest.h>
-#include <sstream>
 
 namespace {
 

@@ -3,9 +3,6 @@
 
 #include <nlohmann/json.hpp>
 #include <regex>
-#include <sstream>
-
-using testing::ElementsAre;
 
 namespace {
 

@@ -1,11 +1,6 @@
 // The message tool's server through the real queues; the test plays the daemon.
 #include "support/serve_fixture.h"
 
-using testing::AllOf;
-using testing::HasSubstr;
-
-using namespace std::chrono_literals;
-
 using XmsServe = XmsServeTest;
 
 TEST_F(XmsServe, ASecondServerIsRefusedAndTheFirstGoesOn)

@@ -1,12 +1,9 @@
 #include "xms/show.h"
 
 #include "support/message.h"
+#include "support/test.h"
 
-#include <cstdlib>
 #include <ctime>
-#include <gmock/gmock.h>
-
-using testing::HasSubstr;
 
 namespace {
 

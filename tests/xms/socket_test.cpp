@@ -4,10 +4,6 @@
 #include "xms/clients.h"
 #include "xms/error.h"
 
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::Pair;
 
 namespace {

@@ -3,14 +3,6 @@
 #include "support/files.h"
 #include "support/message.h"
 
-#include <cstdlib>
-#include <gmock/gmock.h>
-#include <sys/stat.h>
-
-using testing::ElementsAre;
-using testing::HasSubstr;
-using testing::IsEmpty;
-
 namespace {
 
 /** The store is the test's directory. */

@@ -1,9 +1,6 @@
 #include "xms/suggest.h"
 
-#include <gmock/gmock.h>
-
-using testing::ElementsAre;
-using testing::IsEmpty;
+#include "support/test.h"
 
 TEST(XmsSuggest, NothingIsSuggestedForWhatIsFarFromEverything)
 {

@@ -2,12 +2,8 @@
 #include "xms/users.h"
 
 #include "support/message.h"
+#include "support/test.h"
 #include "xms/error.h"
-
-#include <gmock/gmock.h>
-
-using testing::HasSubstr;
-using testing::IsEmpty;
 
 namespace {
 
