@@ -3,6 +3,7 @@
 #include "support/settled_log.h"
 
 #include <csignal>
+#include <filesystem>
 #include <gmock/gmock.h>
 
 using namespace std::chrono_literals;
@@ -57,7 +58,12 @@ class DaemonSupervision : public testing::Test {
     {
         const std::string program = daemon.stubs.path("samba/" + name);
         const std::string pidFile = "/var/run/" + name + ".pid";
-        xasWriteFile(program, "#!/bin/sh\nsetsid sleep 1000 &\necho $! >" + pidFile + "\nsleep 0.3\n", 0755);
+        std::filesystem::create_directories(daemon.stubs.path("background"));
+        std::filesystem::create_symlink("/bin/sleep", daemon.stubs.path("background/" + name));
+        xasWriteFile(program,
+                     "#!/bin/sh\nsetsid " + daemon.stubs.path("background/" + name) + " 1000 &\necho $! >" +
+                         pidFile + "\nsleep 0.3\n",
+                     0755);
         startWith({program + " -D"});
         EXPECT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED);
         ASSERT_TRUE(daemon.log.await("WIFEXITED"));
@@ -179,10 +185,12 @@ TEST_F(DaemonSupervision, FollowsSmbdIntoTheBackgroundByItsOwnPidFile)
 TEST_F(DaemonSupervision, FailsToStopAServerWhoseLockFileStays)
 {
     const std::string program = daemon.stubs.path("samba/smbd");
-    xasWriteFile(
-        program,
-        "#!/bin/sh\nsetsid sh -c \"trap '' TERM; exec sleep 1000\" &\necho $! >/var/run/smbd.pid\nsleep 0.3\n",
-        0755);
+    xasWriteFile(program,
+                 "#!/bin/sh\nsetsid sh -c \"trap '' TERM; exec " + daemon.stubs.path("background/smbd") +
+                     " 1000\" &\necho $! >/var/run/smbd.pid\nsleep 0.3\n",
+                 0755);
+    std::filesystem::create_directories(daemon.stubs.path("background"));
+    std::filesystem::create_symlink("/bin/sleep", daemon.stubs.path("background/smbd"));
     xasWriteFile("/var/lock/smbd.pid", "1\n");
     startWith({program});
     EXPECT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED);
