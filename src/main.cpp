@@ -11,6 +11,7 @@
 #include "dispatch/ipfilter_timer.h"
 #include "dispatch/process_msg.h"
 #include "dispatch/setting_steps.h"
+#include "files/sync.h"
 
 #include <cstdlib>
 #include <unistd.h>
@@ -35,6 +36,7 @@ XasIdleResult doIdleWork(XasMessage &msg)
     const XasIdleResult result = xasPollLinks(msg, xasIsBondingOn());
     if (result != XasIdleResult::failed)
         xasIPFilterTimerTick();
+    xasSyncTouched(); // what was saved without a message
     return result;
 }
 

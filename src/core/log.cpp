@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdarg>
+#include <cstdio>
+#include <new>
 #include <string>
 
 #include "core/text.h"
@@ -30,12 +32,30 @@ std::string_view tagOf(const std::array<Tag, N> &table, int value)
     return found != table.end() ? found->name : std::string_view{};
 }
 
+/** As logText, without any memory to be had: a long text is cut. */
+void logCut(int facility, int level, const char *format, va_list arguments)
+{
+    std::array<char, 512> text{};
+    std::vsnprintf(text.data(), text.size(), format, arguments);
+    std::array<char, 600> line{};
+    std::snprintf(line.data(), line.size(), "%s/%s-%s", xasFacilityTag(facility).data(),
+                  xasLevelTag(level).data(), text.data());
+    syslog(level, "%s", line.data());
+}
+
 void logText(int facility, int level, const char *format, va_list arguments)
 {
-    std::string line;
-    line.append(xasFacilityTag(facility)).append("/").append(xasLevelTag(level)).append("-");
-    line += xasFormatV(format, arguments);
-    syslog(level, "%s", line.c_str());
+    va_list again;
+    va_copy(again, arguments);
+    try {
+        std::string line;
+        line.append(xasFacilityTag(facility)).append("/").append(xasLevelTag(level)).append("-");
+        line += xasFormatV(format, arguments);
+        syslog(level, "%s", line.c_str());
+    } catch (const std::bad_alloc &) {
+        logCut(facility, level, format, again);
+    }
+    va_end(again);
 }
 
 } // namespace

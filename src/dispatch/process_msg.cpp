@@ -3,6 +3,7 @@
 #include "core/log.h"
 #include "dispatch/service.h"
 #include "dispatch/settings.h"
+#include "files/sync.h"
 #include "wire/reply_message.h"
 
 #include <exception>
@@ -104,5 +105,6 @@ int xasProcessMsg(XasAppList &apps, const XasIdleWork &idle)
     XasReplyStatus reply;
     const XasSetting *setting = xasFindSetting(msg.xH.msgtype);
     const bool applied = setting != nullptr && handleMessage(*setting, apps, msg, reply);
+    xasSyncTouched();
     return setting == nullptr || setting->answered ? sendAcknowledgement(msg, applied, reply) : 0;
 }

@@ -314,6 +314,29 @@ TEST_P(ASecretFile, IsItsOwnersAloneWhateverItsModeWas)
     }
 }
 
+TEST_P(ASecretFile, LeavesNoOpenBackupThoughItWasOpen)
+{
+    if (!xasHasBackup(*GetParam().file))
+        GTEST_SKIP() << "it is not backed up";
+    dir.write(name(), GetParam().file->oldText, 0644);
+    EXPECT_TRUE(
+        send({.setting = setting, .failing = nullptr, .directory = dir.path(), .fullDisk = {}, .files = {}})
+            .success);
+    EXPECT_EQ(xasModeOf(dir.path(name() + ".old")), SECRET_MODE);
+}
+
+TEST_P(ASecretFile, IsClosedToOthersThoughTheNewOneCannotBeRenamed)
+{
+    if (!xasHasBackup(*GetParam().file))
+        GTEST_SKIP() << "it is not backed up";
+    dir.write(name(), GetParam().file->oldText, 0644);
+    const XasFault fault{"rename", EIO, name() + ".tmp -> "};
+    EXPECT_FALSE(
+        send({.setting = setting, .failing = nullptr, .directory = dir.path(), .fullDisk = {}, .files = {}})
+            .success);
+    EXPECT_EQ(xasModeOf(dir.path(name())), SECRET_MODE);
+}
+
 TEST_P(ARollBack, GoesThroughItsFilesInOrderThoughNoneCanBeBroughtBack)
 {
     const XasFault fault{"rename", EIO, ".old -> "};
