@@ -11,7 +11,6 @@
 #include "dispatch/ipfilter_timer.h"
 #include "dispatch/process_msg.h"
 #include "dispatch/setting_steps.h"
-#include "files/sync.h"
 
 #include <cstdlib>
 #include <unistd.h>
@@ -36,7 +35,6 @@ XasIdleResult doIdleWork(XasMessage &msg)
     const XasIdleResult result = xasPollLinks(msg, xasIsBondingOn());
     if (result != XasIdleResult::failed)
         xasIPFilterTimerTick();
-    xasSyncTouched(); // what was saved without a message
     return result;
 }
 
