@@ -23,8 +23,9 @@ std::string targetOf(std::string path, XasFileLink link)
             return path;
         if (link == XasFileLink::refused)
             return {};
-        const std::string next{text.data(), static_cast<std::size_t>(size)};
-        path = next.starts_with('/') ? next : path.substr(0, path.find_last_of('/') + 1) + next;
+        const std::string_view next{text.data(), static_cast<std::size_t>(size)};
+        path.resize(next.starts_with('/') ? 0 : path.find_last_of('/') + 1);
+        path += next;
     }
     return {};
 }

@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 namespace {
 
@@ -55,6 +56,13 @@ TEST_F(ConfigStore, RefusesAFileOfAnotherSizeAndReportsIt)
         EXPECT_EQ(std::memcmp(&msg, &before, sizeof msg), 0) << size;
         EXPECT_NE(said.find(dir.path("XMSG_ETH")), std::string::npos) << size;
     }
+}
+
+TEST_F(ConfigStore, WaitsForNobodyWhereAPipeStandsInARecordsPlace)
+{
+    ASSERT_EQ(::mkfifo(dir.path("XMSG_ETH").c_str(), 0644), 0);
+    EXPECT_NE(get(XMSG_ETH), 0);
+    EXPECT_NE(said.find(dir.path("XMSG_ETH")), std::string::npos);
 }
 
 TEST_F(ConfigStore, RefusesADirectoryWhereARecordShouldBe)

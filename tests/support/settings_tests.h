@@ -197,6 +197,7 @@ class AnEditedFile : public XasSettingTest {};
 class AGeneratedFile : public XasSettingTest {};
 class ATemplate : public XasSettingTest {};
 class ASecretFile : public XasSettingTest {};
+class ABackedUpSecret : public XasSettingTest {};
 class ARollBack : public XasSettingTest {};
 
 TEST_P(ASettingDeathTest, NeedsAMessageOfItsTypeAndAList)
@@ -314,10 +315,8 @@ TEST_P(ASecretFile, IsItsOwnersAloneWhateverItsModeWas)
     }
 }
 
-TEST_P(ASecretFile, LeavesNoOpenBackupThoughItWasOpen)
+TEST_P(ABackedUpSecret, LeavesNoOpenBackupThoughItWasOpen)
 {
-    if (!xasHasBackup(*GetParam().file))
-        GTEST_SKIP() << "it is not backed up";
     dir.write(name(), GetParam().file->oldText, 0644);
     EXPECT_TRUE(
         send({.setting = setting, .failing = nullptr, .directory = dir.path(), .fullDisk = {}, .files = {}})
@@ -325,10 +324,8 @@ TEST_P(ASecretFile, LeavesNoOpenBackupThoughItWasOpen)
     EXPECT_EQ(xasModeOf(dir.path(name() + ".old")), SECRET_MODE);
 }
 
-TEST_P(ASecretFile, IsClosedToOthersThoughTheNewOneCannotBeRenamed)
+TEST_P(ABackedUpSecret, IsClosedToOthersThoughTheNewOneCannotBeRenamed)
 {
-    if (!xasHasBackup(*GetParam().file))
-        GTEST_SKIP() << "it is not backed up";
     dir.write(name(), GetParam().file->oldText, 0644);
     const XasFault fault{"rename", EIO, name() + ".tmp -> "};
     EXPECT_FALSE(
@@ -366,6 +363,7 @@ XAS_FOR_FILES(AnEditedFile, file.way == XasFileWay::edited);
 XAS_FOR_FILES(AGeneratedFile, file.way == XasFileWay::generated);
 XAS_FOR_FILES(ATemplate, file.way == XasFileWay::model);
 XAS_FOR_FILES(ASecretFile, file.secret);
+XAS_FOR_FILES(ABackedUpSecret, file.secret &&xasHasBackup(file));
 XAS_FOR_FILES(ARollBack, !file.restoredIfEditFails.empty());
 
 #endif
