@@ -79,11 +79,16 @@ int xasEditAuthenOrderCfgFile(const char *cfgFileName, XasAuthPayload *auth, Xas
 
 int xasReadAuthenOrder(XasAuthOrder &order)
 {
-    const XasFile file = xasOpenFile(ORDER_FILE);
-    if (!file)
+    std::string text;
+    switch (xasReadWhole(ORDER_FILE, text)) {
+    case XasReading::whole:
+        xasParseAuthOrder(text, order);
+        return 0;
+    case XasReading::notOpened:
         return xasLogFailure("Error opening config file \"%s\"\n", ORDER_FILE);
-    xasParseAuthOrder(xasReadAll(file.get()), order);
-    return 0;
+    default:
+        return XAS_ORDER_UNKNOWN;
+    }
 }
 
 int xasWriteAuthenOrder(const XasAuthOrder &order)

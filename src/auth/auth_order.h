@@ -47,7 +47,11 @@ inline constexpr XasEditTexts XAS_AUTH_ORDER_TEXTS{
 /** Rewrites the file, which must exist; `auth` is clamped. Returns 0, or 1 with the failure in `reply`. */
 int xasEditAuthenOrderCfgFile(const char *cfgFileName, XasAuthPayload *auth, XasReplyStatus *reply);
 
-/** Reads the file. Returns 0, or 1 after logging that it cannot be opened. */
+/** There is an order, but nobody knows it: nothing must be derived from it. */
+inline constexpr int XAS_ORDER_UNKNOWN = 2;
+
+/** Reads the file. Returns 0; 1 after logging that it cannot be opened, no method has a position then;
+ * XAS_ORDER_UNKNOWN after logging that it cannot be read to its end. */
 int xasReadAuthenOrder(XasAuthOrder &order);
 
 /** Writes the file directly. Returns 0, or 1 after logging that it cannot be opened or written. */

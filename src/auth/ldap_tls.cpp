@@ -2,10 +2,11 @@
 
 #include "core/log.h"
 #include "core/shell.h"
+#include "files/generated_file.h"
+#include "files/sync.h"
 
 #include <array>
 #include <optional>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -22,20 +23,19 @@ struct TlsItem {
     const char *key; /**< of ldap.conf */
     const char *link;
     const char *derFile;
-    mode_t derMode;
     XasLiteral convertFrom; /**< the conversion command up to the file that it reads */
     XasLiteral convertTo;   /**< and behind it */
     const char *failureLog;
 };
 
 constexpr std::array ITEMS = {
-    TlsItem{"tls_cacert", "/www/xml/ldap_ca.lnk", "/etc/openldap/ca.der", 0644, "/usr/bin/openssl x509 -in ",
+    TlsItem{"tls_cacert", "/www/xml/ldap_ca.lnk", "/etc/openldap/ca.der", "/usr/bin/openssl x509 -in ",
             " -outform der -out /etc/openldap/ca.der",
             "Error converting LDAP TLS Certificate Authority file to DER format"},
-    TlsItem{"tls_cert", "/www/xml/ldap_cert.lnk", "/etc/openldap/cert.der", 0644,
-            "/usr/bin/openssl x509 -in ", " -outform der -out /etc/openldap/cert.der",
+    TlsItem{"tls_cert", "/www/xml/ldap_cert.lnk", "/etc/openldap/cert.der", "/usr/bin/openssl x509 -in ",
+            " -outform der -out /etc/openldap/cert.der",
             "Error converting LDAP TLS Certificate file to DER format"},
-    TlsItem{"tls_key", "/www/xml/ldap_key.lnk", "/etc/openldap/key.der", 0600, "/usr/bin/openssl rsa -in ",
+    TlsItem{"tls_key", "/www/xml/ldap_key.lnk", "/etc/openldap/key.der", "/usr/bin/openssl rsa -in ",
             " -outform der -out /etc/openldap/key.der", "Error converting LDAP TLS Key file to DER format"},
 };
 
@@ -53,15 +53,23 @@ std::string line(const TlsItem &item, const std::string &path)
     return std::string{item.key} + " " + path + "\n";
 }
 
+/** The conversion writes into a file that is its owner's alone already. */
+bool convert(const TlsItem &item, const std::string &path)
+{
+    if (!xasCreateFile(item.derFile, item.derFile, XasFileAccess::owner))
+        return false;
+    XasShellCommand command{item.convertFrom};
+    return xasSystem(command.word(path).text(item.convertTo)).exitedWell();
+}
+
 std::string convertedLine(const TlsItem &item, const std::string &path)
 {
-    ::unlink(item.derFile);
-    XasShellCommand convert{item.convertFrom};
-    if (!xasSystem(convert.word(path).text(item.convertTo)).exitedWell()) {
+    if (!convert(item, path)) {
         xasLogError("%s", item.failureLog);
+        xasRemoveFile(item.derFile);
         return {};
     }
-    ::chmod(item.derFile, item.derMode); // the daemon's umask lets everybody write
+    xasSyncFile(item.derFile);
     return line(item, item.derFile);
 }
 

@@ -4,6 +4,7 @@
 #include "core/text.h"
 #include "core/utils.h"
 #include "files/generated_file.h"
+#include "files/sync.h"
 
 #include <algorithm>
 #include <array>
@@ -14,9 +15,11 @@ namespace {
 constexpr const char *USER_LIST = "/etc/.lusers";
 constexpr const char *NEW_USER_LIST = "/etc/.lusers_tmp";
 
-/** The longest account command and the longest line of the list, terminating NUL included. */
+/** The longest account command, terminating NUL included. */
 constexpr std::size_t COMMAND_SIZE = 256;
-constexpr std::size_t LINE_SIZE = 128;
+
+/** The longest line of the list that is read in one piece. */
+constexpr std::size_t LISTED_MAX = 127;
 
 constexpr std::string_view ADMINISTRATOR = "sysadmin";
 
@@ -59,27 +62,19 @@ bool staysListed(const std::string &listed, Removal &removal)
     return false;
 }
 
-/** Reads a line of the list; its last character, the line feed, is cut off. False at the end. */
-bool readListed(FILE *list, std::string &listed)
+/** The new list, without those who go. Of a line's characters the last one, the line feed, does not count. */
+std::string withoutRemoved(std::string_view list, Removal removal)
 {
-    std::array<char, LINE_SIZE> line{};
-    if (std::fgets(line.data(), line.size(), list) == nullptr)
-        return false;
-    listed = line.data();
-    if (!listed.empty())
-        listed.pop_back();
-    return true;
-}
-
-/** Writes the list anew without those who go. False when it cannot be written. */
-bool writeNewList(FILE *list, FILE *newList, Removal removal)
-{
-    bool written = true;
-    for (std::string listed; readListed(list, listed);) {
-        if (staysListed(listed, removal))
-            written = xasWriteGenerated(newList, listed + "\n") && written;
-    }
-    return written;
+    std::string newList;
+    xasForEachLine(
+        list,
+        [&](std::string_view line) {
+            const std::string listed{line.substr(0, line.empty() ? 0 : line.size() - 1)};
+            if (staysListed(listed, removal))
+                newList += listed + "\n";
+        },
+        LISTED_MAX);
+    return newList;
 }
 
 } // namespace
@@ -141,26 +136,23 @@ void xasRemoveAccount(std::string_view login, const char *notRunLog)
 
 int xasAddLocalUserToList(std::string_view login)
 {
-    XasFile list = xasOpenGrowingFile(USER_LIST);
-    if (!list)
-        return -1;
-    const bool written = xasWriteGenerated(list.get(), std::string{login} + "\n");
-    return xasCloseGenerated(std::move(list)) && written ? 0 : -1;
+    return xasAppendToFile(USER_LIST, std::string{login} + "\n") == 0 ? 0 : -1;
 }
 
 int xasDeleteLocalUsers(std::string_view login)
 {
-    XasFile list = xasOpenFile(USER_LIST);
-    if (!list)
+    std::string list;
+    if (xasReadWhole(USER_LIST, list) != XasReading::whole)
         return -1;
-    XasFile newList = xasOpenGeneratedFile(NEW_USER_LIST, XasFileAccess::everybody);
-    if (!newList)
+    XasFile newFile = xasCreateFile(NEW_USER_LIST, USER_LIST, XasFileAccess::kept);
+    if (!newFile)
         return 1;
-    const bool written = writeNewList(list.get(), newList.get(), {.login = login});
-    list.reset();
-    if (!xasCloseGenerated(std::move(newList)) || !written)
+    const std::string newList = withoutRemoved(list, {.login = login});
+    const bool isWritten = xasWriteText(newFile.get(), newList) == newList.size();
+    if (!xasCloseWritten(newFile) || !isWritten)
         return 1;
     if (xasSystem(XasShellCommand{"/bin/mv -f /etc/.lusers_tmp /etc/.lusers"}).shellNotRun())
         xasLogError("system call mv -f failed\n");
+    xasNoteTouched(USER_LIST);
     return 0;
 }

@@ -65,7 +65,8 @@ int xasEditNsswitchCfgFile(const char *cfgFileName, XasReplyStatus *reply)
 {
     xasAssertGiven(cfgFileName, "cfgFileName");
     XasAuthOrder order{};
-    xasReadAuthenOrder(order);
+    if (xasReadAuthenOrder(order) == XAS_ORDER_UNKNOWN)
+        return 0;
     xasEditFile(cfgFileName, XAS_NSSWITCH_TEXTS, reply,
                 [&](std::string_view oldText) { return XasNewText{xasNsswitchText(oldText, order)}; });
     return 0;

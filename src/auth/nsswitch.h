@@ -22,7 +22,8 @@ std::string xasNsswitchText(std::string_view oldText, const XasAuthOrder &order)
 /** The reasons of failures; both name other files. */
 extern const XasEditTexts XAS_NSSWITCH_TEXTS;
 
-/** Rewrites the file, which must exist. Always returns 0; a failure is only in `reply`. */
+/** Rewrites the file, which must exist. Always returns 0; a failure is only in `reply`. An order that
+ * cannot be read to its end leaves it as it is. */
 int xasEditNsswitchCfgFile(const char *cfgFileName, XasReplyStatus *reply);
 
 /** The same as the edit of a row. */

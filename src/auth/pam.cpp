@@ -165,7 +165,8 @@ int xasBuildPamSystemAuth(const char *path, const XasPamModuleData *moduleData)
     xasAssertGiven(path, "cfgFileName");
     xasAssertGiven(moduleData, "moduleData");
     XasAuthOrder order{};
-    xasReadAuthenOrder(order);
+    if (xasReadAuthenOrder(order) == XAS_ORDER_UNKNOWN)
+        return 0;
     xasWritePamSystemAuthFile(order, path, moduleData);
     return 0;
 }
@@ -191,8 +192,9 @@ int xasGetConfData(const char *cfgFileName, const char *tag, std::string *value)
     xasAssertGiven(cfgFileName, "cfgFileName");
     xasAssertGiven(tag, "tag");
     xasAssertGiven(value, "value");
-    const XasFile file = xasOpenFile(cfgFileName);
-    return file && xasFindConfData(xasReadAll(file.get()), tag, *value) ? 0 : 1;
+    std::string text;
+    const bool isRead = xasReadWhole(cfgFileName, text) == XasReading::whole;
+    return isRead && xasFindConfData(text, tag, *value) ? 0 : 1;
 }
 
 int xasGetPamModuleData(XasPamModuleData *moduleData)

@@ -1,6 +1,6 @@
 /**
  * The PAM stack "system-auth" (pam.d(5)), generated whole from the authentication order and from a few
- * settings that are read back from the Kerberos and TACACS+ files. It is written directly, without backup.
+ * settings that are read back from the Kerberos and TACACS+ files. It is replaced whole, without backup.
  */
 #ifndef XAS_AUTH_PAM_H
 #define XAS_AUTH_PAM_H
@@ -36,14 +36,16 @@ std::string xasPamSystemAuthText(const XasAuthOrder &order, const XasPamModuleDa
 int xasWritePamSystemAuthFile(const XasAuthOrder &order, const char *path,
                               const XasPamModuleData *moduleData);
 
-/** The same for the order on disk; always returns 0. */
+/** The same for the order on disk; one that cannot be read to its end leaves the file as it is. Always
+ * returns 0. */
 int xasBuildPamSystemAuth(const char *path, const XasPamModuleData *moduleData);
 
 /** The value of the last line of `text` that holds "TAG = VALUE". The last character behind it goes, which is
  * the line feed wherever there is one. Returns false, `value` left alone, when there is no such line. */
 bool xasFindConfData(std::string_view text, std::string_view tag, std::string &value);
 
-/** The same in a file. Returns 0; 1, nothing logged, when it cannot be opened or has no such line. */
+/** The same in a file. Returns 0; 1, nothing logged, when it cannot be opened or has no such line; 1 after
+ * logging that it cannot be read to its end. */
 int xasGetConfData(const char *cfgFileName, const char *tag, std::string *value);
 
 /** Reads the settings from the Kerberos and the TACACS+ file; always returns 0. */

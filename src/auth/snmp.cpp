@@ -5,11 +5,8 @@
 
 #include <algorithm>
 #include <array>
-#include <sys/stat.h>
 
 namespace {
-
-constexpr mode_t SECRET_MODE = 0600;
 
 std::string keyLine(const char *key, const std::string &value)
 {
@@ -146,12 +143,8 @@ int xasEditSNMPCfgFile(const char *cfgFileName, const XasSnmpPayload *snmp, XasR
     xasAssertGiven(cfgFileName, "cfgFileName");
     xasAssertGiven(snmp, "snmpCfg");
     xasAssertGiven(replyReason, "replyReason");
-    const int result = xasEditFile(cfgFileName, TEXTS, replyReason, [&](std::string_view oldText) {
-        return XasNewText{xasSnmpText(oldText, *snmp)};
-    });
-    if (result != 0 && replyReason->rcode == XAS_RCODE_SAVE)
-        ::chmod(cfgFileName, SECRET_MODE); // the old content stays, with secrets of its own
-    return result;
+    return xasEditFile(cfgFileName, TEXTS, replyReason,
+                       [&](std::string_view oldText) { return XasNewText{xasSnmpText(oldText, *snmp)}; });
 }
 
 constexpr XasFileRow FILES[] = {

@@ -1,6 +1,6 @@
 /**
  * A user's port permissions: "/etc/zel/<login>.conf", five lines that the console-port software reads. It is
- * written directly, without backup.
+ * replaced whole, without backup.
  */
 #ifndef XAS_AUTH_USER_PORTS_H
 #define XAS_AUTH_USER_PORTS_H

@@ -6,8 +6,8 @@
 #include "config/modprobe.h"
 #include "config/network_file.h"
 #include "core/log.h"
+#include "files/generated_file.h"
 
-#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -24,7 +24,7 @@ int editBond(const XasEditCall &call)
 {
     const auto eth = xasReadPayload<XasEthPayload>(call.msg);
     if (eth.bonding == 0) {
-        ::unlink(call.path);
+        xasRemoveFile(call.path);
         return 0;
     }
     const XasEthInterface edited{eth.ports[0], XAS_BOND_DEVICE, false, eth.bonding};

@@ -1,6 +1,7 @@
 #include "config/timezone.h"
 
 #include "core/log.h"
+#include "files/sync.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -31,15 +32,24 @@ bool isReplaceable(const char *path)
     return ::lstat(path, &status) == 0 && !S_ISDIR(status.st_mode);
 }
 
-/** Makes the link beside `path` and renames it into place, so that there is a time zone at every instant. */
-bool putLink(const char *path, const std::string &target)
+/** Makes the link beside `path` and renames it into place, so that there is a time zone at every instant. 0;
+ * or why it cannot be, as errno has it. */
+int putLink(const char *path, const std::string &target)
 {
     const std::string newLink = std::string{path} + ".tmp";
     ::unlink(newLink.c_str());
+    xasNoteTouched(path);
     if (::symlink(target.c_str(), newLink.c_str()) == 0 && ::rename(newLink.c_str(), path) == 0)
-        return true;
+        return 0;
+    const int error = errno;
     ::unlink(newLink.c_str());
-    return false;
+    return error;
+}
+
+/** True for the errors of a directory that would not let the old link go either. */
+bool isOfDirectory(int error)
+{
+    return error == EACCES || error == EPERM || error == EROFS;
 }
 
 constexpr XasFileRow FILES[] = {
@@ -65,9 +75,11 @@ int xasUpdateTimezoneCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasRep
     const char *link = xasFindRowFile(FILES[1], *cfgFiles, reply);
     if (link == nullptr)
         return 1;
-    if (!isReplaceable(link))
+    const bool isThere = isReplaceable(link);
+    const int error = putLink(link, zoneFile);
+    if (!isThere || isOfDirectory(error))
         xasLogWarning("failure unlinking timezone symlink file\n");
-    if (!putLink(link, zoneFile))
+    if (error != 0)
         return xasLogFailure("Error creating symlink to path %s\n", zoneFile.c_str());
     return 0;
 }

@@ -40,10 +40,13 @@ std::string xasWebHostname(std::string_view text)
 
 int xasGetXmlHostname(std::string &hostname)
 {
-    const XasFile file = xasOpenFile(SETTINGS);
-    if (!file)
+    std::string text;
+    const XasReading reading = xasReadWhole(SETTINGS, text);
+    if (reading == XasReading::notOpened)
         return xasLogFailure("cannot open network.xml file\n");
-    std::string found = xasWebHostname(xasReadAll(file.get()));
+    if (reading == XasReading::notRead)
+        return 1;
+    std::string found = xasWebHostname(text);
     if (found.empty())
         return 1;
     hostname = std::move(found);

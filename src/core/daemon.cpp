@@ -3,13 +3,12 @@
 #include "core/assert.h"
 #include "core/child.h"
 #include "core/command_line.h"
-#include "core/file.h"
 #include "core/log.h"
+#include "core/pid_file.h"
 #include "core/text.h"
 #include "core/utils.h"
 #include "core/wait.h"
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -60,14 +59,11 @@ bool adoptServer(XasDaemon &daemon)
     if (!isNmbd && daemon.exe.find("smbd") == std::string::npos)
         return false;
     xasWait(PID_FILE_WAIT);
-    const std::string pidFile = xasFormat("/var/run/%s.pid", isNmbd ? "nmbd" : "smbd");
-    if (!isFilled(pidFile))
+    const char *server = isNmbd ? "nmbd" : "smbd";
+    const pid_t pid = xasRunningServer(xasFormat("/var/run/%s.pid", server), server);
+    if (pid == 0)
         return false;
-    const XasFile file = xasOpenFile(pidFile);
-    std::array<char, 100> line{};
-    if (!file || std::fgets(line.data(), line.size(), file.get()) == nullptr)
-        return false;
-    daemon.pid = std::atoi(line.data());
+    daemon.pid = pid;
     daemon.running = 1;
     return true;
 }

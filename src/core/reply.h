@@ -20,9 +20,16 @@ enum XasReplyCode : std::uint32_t {
 /** The longest reason text that travels. */
 inline constexpr std::size_t XAS_REASON_MAX = 499;
 
+inline std::string xasRoomForReason()
+{
+    std::string text;
+    text.reserve(XAS_REASON_MAX);
+    return text;
+}
+
 struct XasReplyStatus {
     std::uint32_t rcode = XAS_RCODE_NONE;
-    std::string rstr;
+    std::string rstr = xasRoomForReason(); /**< a failure can be told when memory has run out */
 };
 
 /** A code and the reason that goes with it. */

@@ -1,19 +1,21 @@
 #include "dispatch/ipfilter_assign.h"
 
 #include "core/assert.h"
-#include "core/file.h"
 #include "core/log.h"
 #include "core/shell.h"
 #include "core/text.h"
 #include "dispatch/ipfilter_message.h"
 #include "dispatch/ipfilter_script.h"
+#include "files/new_file.h"
 
 #include <array>
-#include <unistd.h>
 
 namespace {
 
 constexpr const char *LISTING = "/tmp/xas_ipfilter.txt";
+
+/** The longest line of the listing that is read in one piece. */
+constexpr std::size_t LISTED_MAX = 255;
 
 /** "eth0" for Ethernet port 1, "ppp1" for PPP link 1. */
 std::string interfaceName(const XasIpFilterAssignPayload &assignment)
@@ -23,13 +25,16 @@ std::string interfaceName(const XasIpFilterAssignPayload &assignment)
     return xasFormat("%s%d", "ppp", assignment.iface_id);
 }
 
-void listInputRules(const std::string &interface)
+/** The rules of the INPUT chain that name the interface. False when they cannot be had. */
+bool listInputRules(const std::string &interface, std::string &listing)
 {
-    ::unlink(LISTING);
+    if (xasMakeWorkingFile(LISTING, {}) != 0) // the shell writes into it
+        return false;
     XasShellCommand command{
         "XTABLES_LIBDIR=/libexec/xtables; export XTABLES_LIBDIR; /bin/iptables -L INPUT -v -n |grep "};
     command.word(interface).text(" > /tmp/xas_ipfilter.txt");
     xasTrySystem(command);
+    return xasReadWhole(LISTING, listing) == XasReading::whole;
 }
 
 /** "-A" or "-D" of one jump rule. Returns true when iptables did it. */
@@ -55,15 +60,15 @@ ListedRule readListedRule(std::string_view line)
     return {std::string{columns[2]}, std::string{columns[5]}};
 }
 
-void removeJumpRules(FILE *listing, const std::string &interface)
+void removeJumpRules(std::string_view listing, const std::string &interface)
 {
-    std::array<char, 256> line{};
-    while (std::fgets(line.data(), line.size(), listing) != nullptr) {
-        const ListedRule rule = readListedRule(line.data());
+    const auto remove = [&](std::string_view line) {
+        const ListedRule rule = readListedRule(line);
         if (rule.interface == interface && !changeJumpRule("-D", rule.interface, rule.target))
             xasLogError("Cannot remove IP Filter %s for interface %s from INPUT chain.\n",
                         rule.target.c_str(), interface.c_str());
-    }
+    };
+    xasForEachLine(listing, remove, LISTED_MAX);
 }
 
 } // namespace
@@ -73,14 +78,12 @@ int xasIPFilterAssign(const XasMessage *msg, XasReplyStatus *reply)
     xasAssertGiven(msg, "msg");
     const auto assignment = xasReadPayload<XasIpFilterAssignPayload>(*msg);
     const std::string interface = interfaceName(assignment);
-    listInputRules(interface);
-    XasFile listing = xasOpenFile(LISTING);
-    if (!listing) {
+    std::string listing;
+    if (!listInputRules(interface, listing)) {
         xasSetReply(*reply, XAS_FILTER_LISTING_FAILED);
         return 1;
     }
-    removeJumpRules(listing.get(), interface);
-    listing.reset();
+    removeJumpRules(listing, interface);
     const std::string filterName{xasFieldText(assignment.filterName)};
     if (filterName.empty() || changeJumpRule("-A", interface, filterName))
         return 0;

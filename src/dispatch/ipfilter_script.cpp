@@ -4,7 +4,7 @@
 #include "core/log.h"
 #include "core/text.h"
 #include "core/utils.h"
-#include "files/generated_file.h"
+#include "files/new_file.h"
 #include "platform/config_library.h"
 
 #include <algorithm>
@@ -202,7 +202,7 @@ int xasIPFilterCopyScript()
 
 XasFile xasIPFilterOpenScript()
 {
-    return xasOpenGrowingFile(WORKING_SCRIPT);
+    return xasOpenWorkingFile(WORKING_SCRIPT);
 }
 
 int xasIPFilterEndScript(XasFile script)

@@ -7,7 +7,7 @@
 #include "core/text.h"
 #include "core/wait.h"
 #include "dispatch/ipfilter_enable.h"
-#include "files/generated_file.h"
+#include "files/new_file.h"
 
 #include <ctime>
 #include <unistd.h>
@@ -35,9 +35,7 @@ std::time_t secondsNow()
 void startTimer(std::int32_t minutes)
 {
     timer = {.running = true, .minutes = minutes, .start = secondsNow()};
-    if (const XasFile file = xasOpenGeneratedFile(TIMER_FILE, XasFileAccess::kept, XasFileLink::refused))
-        xasWriteGenerated(file.get(),
-                          xasFormat("%d %lu\n", minutes, static_cast<unsigned long>(timer.start)));
+    xasMakeWorkingFile(TIMER_FILE, xasFormat("%d %lu\n", minutes, static_cast<unsigned long>(timer.start)));
     xasLogInfo("IP Filter Test Timer started for %d minute(s).\n", minutes);
 }
 

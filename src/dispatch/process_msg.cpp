@@ -3,6 +3,7 @@
 #include "core/log.h"
 #include "dispatch/service.h"
 #include "dispatch/settings.h"
+#include "files/sync.h"
 #include "wire/reply_message.h"
 
 #include <exception>
@@ -136,5 +137,6 @@ int xasProcessMsg(XasAppList &apps, const XasIdleWork &idle)
     XasReplyStatus reply;
     const XasSetting *setting = xasFindSetting(msg.xH.msgtype);
     const bool applied = setting != nullptr && isApplied(*setting, apps, msg, reply);
+    xasSyncTouched();
     return setting == nullptr || setting->answered ? sendAcknowledgement(msg, applied, reply) : 0;
 }

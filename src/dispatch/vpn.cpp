@@ -5,6 +5,7 @@
 #include "core/text.h"
 #include "core/utils.h"
 #include "files/generated_file.h"
+#include "files/sync.h"
 
 #include <algorithm>
 #include <arpa/inet.h>
@@ -158,6 +159,7 @@ void removeOldSecrets()
         return;
     xasTrySystem(XasShellCommand{"/bin/sed -i '/PSK/d' /etc/ipsec.secrets"});
     xasTrySystem(XasShellCommand{"/bin/sed -i '/XAUTH/d' /etc/ipsec.secrets"});
+    xasSyncFile(SECRETS_FILE);
 }
 
 void appendHostKey()
@@ -165,14 +167,13 @@ void appendHostKey()
     const XasShellCommand append{"/usr/sbin/ipsec showhostkey --left | tail -1 >> /etc/ipsec.conf"};
     if (xasSystem(append).shellNotRun())
         xasLogError("cannot add ZEL RSA public key to ipsec.conf");
+    xasSyncFile("/etc/ipsec.conf");
 }
 
 /** Appends to the secrets file, which nobody else may read from the moment it exists. */
 void appendSecrets(std::string_view text)
 {
-    XasFile secrets = xasOpenGrowingFile(SECRETS_FILE, XasFileAccess::owner);
-    const bool written = secrets && xasWriteGenerated(secrets.get(), text);
-    if (!secrets || !xasCloseGenerated(std::move(secrets)) || !written)
+    if (xasAppendToFile(SECRETS_FILE, text, XasFileAccess::owner) != 0)
         xasLogError("cannot add Pre-Shared Key to ipsec.secrets");
 }
 

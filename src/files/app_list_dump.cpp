@@ -28,9 +28,8 @@ std::string appText(const XasApp &app)
 
 void xasDumpAppList(const XasAppList &apps)
 {
-    const XasFile out = xasOpenGrowingFile("/tmp/outfp.txt");
-    if (!out)
-        return;
+    std::string text;
     for (const XasApp &app : apps)
-        xasWriteGenerated(out.get(), appText(app));
+        text += appText(app);
+    xasAppendToFile("/tmp/outfp.txt", text);
 }

@@ -3,77 +3,34 @@
 #include "core/assert.h"
 #include "core/log.h"
 #include "core/text.h"
-#include "core/utils.h"
+#include "files/new_file.h"
+#include "files/sync.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
-constexpr mode_t PLAIN_MODE = 0644;
 constexpr mode_t SECRET_MODE = 0600;
-constexpr mode_t PERMISSION_BITS = 07777;
-
-/** Gives the temporary the live file's owner and mode, or those of a new file. It is 0600 until then. */
-void setOwnerAndMode(int fd, const std::string &liveFile, XasSecrecy secrecy)
-{
-    mode_t mode = PLAIN_MODE;
-    struct stat live {};
-    if (::stat(liveFile.c_str(), &live) == 0 && S_ISREG(live.st_mode)) {
-        // Where the owner cannot be kept (no privilege for it), the content still must be replaced.
-        [[maybe_unused]] const int owned = ::fchown(fd, live.st_uid, live.st_gid);
-        mode = live.st_mode & PERMISSION_BITS;
-    }
-    ::fchmod(fd, secrecy == XasSecrecy::secret ? SECRET_MODE : mode);
-}
-
-XasFile createTemporary(const XasCfgFile &cf, XasSecrecy secrecy)
-{
-    ::unlink(cf.tmpFileName.c_str());
-    const int fd =
-        ::open(cf.tmpFileName.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, SECRET_MODE);
-    if (fd < 0)
-        return nullptr;
-    setOwnerAndMode(fd, cf.cfgFileName, secrecy);
-    XasFile file{::fdopen(fd, "w")};
-    if (!file)
-        ::close(fd);
-    return file;
-}
+constexpr mode_t OTHERS = 077;
 
 int openTemporary(XasCfgFile &cf, XasSecrecy secrecy)
 {
+    cf.secrecy = secrecy;
     cf.tmpFileName = cf.cfgFileName + ".tmp";
-    cf.outFile = createTemporary(cf, secrecy);
+    cf.outFile = xasCreateFile(cf.tmpFileName, cf.cfgFileName,
+                               secrecy == XasSecrecy::secret ? XasFileAccess::owner : XasFileAccess::kept);
     if (!cf.outFile)
         return xasLogFailure("Error opening output file \"%s\"\n", cf.tmpFileName.c_str());
     return 0;
 }
 
-/** True when all that was written is on its medium. A medium that knows no syncing counts as synced. */
-bool isWrittenOut(FILE *file)
-{
-    if (std::fflush(file) != 0 || std::ferror(file) != 0)
-        return false;
-    return ::fsync(::fileno(file)) == 0 || errno == EINVAL || errno == ENOTSUP;
-}
-
-void syncDirectory(const std::string &path)
-{
-    const std::string directory = path.substr(0, path.find_last_of('/') + 1);
-    const int fd = ::open(directory.empty() ? "." : directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd >= 0) {
-        ::fsync(fd);
-        ::close(fd);
-    }
-}
-
 enum class Backup {
+    none,   /**< there is nothing to back up */
     linked, /**< a second name of the live file */
     moved,  /**< the live file itself; its path is missing until the new file comes */
     failed
@@ -89,15 +46,23 @@ Backup moveToBackup(const std::string &path, const std::string &backup)
     return ::rename(path.c_str(), backup.c_str()) == 0 ? Backup::moved : Backup::failed;
 }
 
+/** Gives the file a further name, which nothing else keeps. */
+bool linkAnew(const char *path, const char *name)
+{
+    if (::link(path, name) == 0)
+        return true;
+    return errno == EEXIST && ::unlink(name) == 0 && ::link(path, name) == 0;
+}
+
 /** Makes the live file's content the backup, under a second name where the file system has such. */
-Backup makeBackup(const std::string &path, const std::string &backup)
+Backup makeBackup(const std::string &path, const std::string &backup, nlink_t names)
 {
     const std::string link = backup + ".tmp";
-    ::unlink(link.c_str());
-    if (::link(path.c_str(), link.c_str()) != 0)
+    if (!linkAnew(path.c_str(), link.c_str()))
         return hasNoHardLinks(errno) ? moveToBackup(path, backup) : Backup::failed;
     const bool made = ::rename(link.c_str(), backup.c_str()) == 0;
-    ::unlink(link.c_str()); // it stays when both names were one file already, or when the rename failed
+    if (!made || names > 1)
+        ::unlink(link.c_str()); // it stays when the rename failed, or when both names were one file already
     return made ? Backup::linked : Backup::failed;
 }
 
@@ -114,12 +79,39 @@ bool takeBackup(const std::string &path)
 /** Puts an empty file at the live path; no temporary remains. */
 bool putEmptyFile(const XasCfgFile &cf)
 {
-    if (!createTemporary(cf, XasSecrecy::plain))
+    XasFile empty = xasCreateFile(cf.tmpFileName, cf.cfgFileName, XasFileAccess::kept);
+    if (!empty)
         return false;
-    if (::rename(cf.tmpFileName.c_str(), cf.cfgFileName.c_str()) == 0)
+    if (xasCloseWritten(empty) && ::rename(cf.tmpFileName.c_str(), cf.cfgFileName.c_str()) == 0)
         return true;
     ::unlink(cf.tmpFileName.c_str());
     return false;
+}
+
+/** What stands at the live path before a save. */
+struct LiveFile {
+    bool isThere;
+    bool isClosed; /**< to others, where the new file is */
+    nlink_t names;
+};
+
+/** Looks at the live file; one that is to hold secrets is closed to others, whatever becomes of the save. */
+LiveFile prepareLive(const XasCfgFile &cf)
+{
+    struct stat live {};
+    if (::stat(cf.cfgFileName.c_str(), &live) != 0 || !S_ISREG(live.st_mode))
+        return {.isThere = false, .isClosed = true, .names = 0};
+    const bool isClosed = cf.secrecy == XasSecrecy::plain || (live.st_mode & OTHERS) == 0 ||
+                          ::chmod(cf.cfgFileName.c_str(), SECRET_MODE) == 0;
+    return {.isThere = true, .isClosed = isClosed, .names = live.st_nlink};
+}
+
+/** Makes the live file, if there is one, the backup. */
+Backup backUp(const XasCfgFile &cf, const LiveFile &live)
+{
+    if (!live.isThere)
+        return Backup::none;
+    return live.isClosed ? makeBackup(cf.cfgFileName, cf.cfgFileName + ".old", live.names) : Backup::failed;
 }
 
 } // namespace
@@ -169,24 +161,21 @@ void xasCloseCfgFile(XasCfgFile *cf)
 int xasSaveCfgFile(XasCfgFile *cf)
 {
     xasAssertGiven(cf, "cf");
-    const bool written = !cf->outFile || isWrittenOut(cf->outFile.get());
-    xasCloseCfgFile(cf);
-    if (!written)
+    const LiveFile live = prepareLive(*cf);
+    cf->inFile.reset();
+    if (!xasCloseWritten(cf->outFile))
         return xasLogFailure("Error printing line to file\n");
     const char *path = cf->cfgFileName.c_str();
-    const std::string backupName = cf->cfgFileName + ".old";
-    Backup backup = Backup::linked;
-    if (xasIsRegularFile(path) != 0)
-        backup = makeBackup(cf->cfgFileName, backupName);
+    const Backup backup = backUp(*cf, live);
     if (backup == Backup::failed)
         xasLogError("Error renaming old config file \"%s\"\n", path);
+    xasNoteTouched(cf->cfgFileName);
     if (::rename(cf->tmpFileName.c_str(), path) != 0) {
         xasLogError("Error renaming new config file \"%s\"\n", path);
         if (backup == Backup::moved)
-            ::rename(backupName.c_str(), path);
+            ::rename((cf->cfgFileName + ".old").c_str(), path);
         return 1;
     }
-    syncDirectory(cf->cfgFileName);
     return backup == Backup::failed ? 1 : 0;
 }
 
@@ -196,27 +185,27 @@ int xasEmptyCfgFile(const char *cfgFileName)
     XasCfgFile cf;
     cf.cfgFileName = cfgFileName;
     cf.tmpFileName = cf.cfgFileName + ".empty"; // ".tmp" belongs to the editors, and an abandoned one stays
-    const bool backedUp = xasIsRegularFile(cfgFileName) != 0 &&
-                          makeBackup(cf.cfgFileName, cf.cfgFileName + ".old") != Backup::failed;
-    if (!backedUp)
+    const Backup backup = backUp(cf, prepareLive(cf));
+    const bool isBackedUp = backup == Backup::linked || backup == Backup::moved;
+    if (!isBackedUp)
         xasLogError("Error renaming old config file \"%s\"\n", cfgFileName);
+    xasNoteTouched(cf.cfgFileName);
     if (!putEmptyFile(cf)) {
         xasLogError("Error opening file \"%s\"\n", cfgFileName);
-        if (!takeBackup(cf.cfgFileName))
+        if (isBackedUp && !takeBackup(cf.cfgFileName))
             xasLogError("Error renaming old config file \"%s\"\n", cfgFileName);
         return 1;
     }
-    syncDirectory(cf.cfgFileName);
-    return backedUp ? 0 : 1;
+    return isBackedUp ? 0 : 1;
 }
 
 int xasRestoreCfgFile(const char *cfgFileName)
 {
     xasAssertGiven(cfgFileName, "cfgFileName");
     xasAssert(std::strlen(cfgFileName) > 0, "strlen(cfgFileName) > 0");
+    xasNoteTouched(cfgFileName);
     if (!takeBackup(cfgFileName))
         return xasLogFailure("Error restoring old config file \"%s\"\n", cfgFileName);
-    syncDirectory(cfgFileName);
     return 0;
 }
 

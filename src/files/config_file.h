@@ -5,9 +5,9 @@
  *
  * At every instant, and whatever cuts a save short, the live path holds the whole old or the whole new
  * content: the temporary is written, checked and synced first, the backup is made as a second name of the
- * live file, and one rename puts the new file in its place. A replaced file keeps the mode and owner of the
- * live one; a new file is 0644, one that holds a secret 0600 from the moment it exists. The temporary is
- * created exclusively and never follows a symbolic link.
+ * live file, and one rename puts the new file in its place; the directory is synced with the others of the
+ * message (sync.h). A replaced file keeps the mode and owner of the live one; a new file is 0644, one that
+ * holds a secret 0600 from the moment it exists, and so is the backup of such a one.
  *
  * All functions return 0 on success and 1 on failure and log their own failures.
  */
@@ -23,7 +23,7 @@
 /** Who may read a file that is made new. */
 enum class XasSecrecy {
     plain, /**< 0644, or as the live file is */
-    secret /**< 0600, whatever the live file's mode is */
+    secret /**< 0600, whatever the live file's mode is; its backup too */
 };
 
 /** A file that is being edited or regenerated. */
@@ -32,6 +32,7 @@ struct XasCfgFile {
     std::string tmpFileName; /**< "<cfgFileName>.tmp" */
     XasFile inFile;          /**< the live file, or none */
     XasFile outFile;         /**< the temporary, or none */
+    XasSecrecy secrecy = XasSecrecy::plain;
 };
 
 /** Opens a file for editing: the live file for reading, which must exist, and its temporary for writing. */
@@ -48,15 +49,15 @@ void xasCloseCfgFile(XasCfgFile *cf);
 
 /**
  * Commits. When the backup cannot be made this is logged, the new file is still put in place, and the result
- * is
- * 1. When the new file cannot be put in place, or not be written to the end, the live file stays as it was.
+ * is 1. When the new file cannot be put in place, or not be written to the end, the live file stays as it
+ * was.
  */
 int xasSaveCfgFile(XasCfgFile *cf);
 
 /**
  * Empties a file: its content becomes the backup, an empty file of the same mode and owner becomes live. When
  * there is no content to back up this is logged, the empty file is still made, and the result is 1. When the
- * empty file cannot be made the backup becomes the live file again.
+ * empty file cannot be made the backup, if one was made, becomes the live file again.
  */
 int xasEmptyCfgFile(const char *cfgFileName);
 

@@ -10,6 +10,7 @@
 #include "core/reply.h"
 #include "files/config_file.h"
 
+#include <exception>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -18,7 +19,7 @@
 /** What an editor says when it fails. */
 struct XasEditTexts {
     const char *openReason = nullptr; /**< reason when the files cannot be opened (rcode 2) */
-    const char *writeLog = nullptr; /**< logged when a line cannot be written; null: only the save notices */
+    const char *writeLog = nullptr;   /**< logged when a line cannot be written; null: then the save fails */
     const char *saveReason = nullptr; /**< reason when the new file cannot be saved (rcode 3) */
     XasSecrecy secrecy = XasSecrecy::plain;
     /** Picks what is logged for a line of the new file where they do not all have the same; usually none. */
@@ -37,7 +38,7 @@ struct XasNewText {
 
     std::string text;
     bool complete = true; /**< false: `text` stays in the temporary, nothing is saved; the editor said why */
-    std::string tail;     /**< stands behind `text`; when it cannot be written, the save is tried and fails */
+    std::string tail;     /**< stands behind `text`; when it cannot be written, the save fails */
 };
 
 /** Whoever makes a new text: a function and what it works on, which must outlive the call. */
@@ -46,9 +47,26 @@ struct XasTextMaker {
     XasNewText (*make)(const void *context, std::string_view oldText, XasReplyStatus *reply);
 };
 
+/** Tells that an exception ended an edit: logged, with code and reason of a failed save. Returns 1. */
+int xasFailEdit(const XasEditTexts *texts, XasReplyStatus *reply, const char *what);
+
+/** Runs an edit, which no exception leaves: one is its failure. Returns what it returns, or 1. */
+template <class Edit>
+int xasGuardEdit(const XasEditTexts *texts, XasReplyStatus *reply, const Edit &edit)
+{
+    try {
+        return edit();
+    } catch (const std::exception &error) {
+        return xasFailEdit(texts, reply, error.what());
+    } catch (...) {
+        return xasFailEdit(texts, reply, "Unknown error");
+    }
+}
+
 /** Gives a file the text that `maker` makes of the old one; `maker` is asked when the files are open. Returns
- * 0; or 1, the failure being logged and, but for a failed write, in `reply`. A file that cannot be read to
- * its end counts as not opened. */
+ * 0; or 1, the failure being logged and, but for a failed write that has a text of its own, in `reply`. A
+ * file that cannot be read to its end counts as not opened; an exception, memory that ran out for one, as not
+ * saved. */
 int xasEditFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStatus *reply,
                 const XasTextMaker &maker);
 

@@ -1,106 +1,100 @@
 #include "files/generated_file.h"
 
 #include "core/log.h"
+#include "files/sync.h"
 
+#include <array>
 #include <cerrno>
-#include <fcntl.h>
+#include <climits>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <utility>
 
 namespace {
 
-constexpr mode_t PLAIN_MODE = 0644;
-constexpr mode_t SECRET_MODE = 0600;
+constexpr unsigned LINKS_MAX = 40;
 
-/** A descriptor of a file, and whether the file was made for it. */
-struct Opened {
-    int fd;
-    bool isNew;
-};
-
-/** A new file is 0600 until its mode is set. */
-Opened openOrMake(const std::string &path, int flags)
+/** What the path leads to, which need not exist; empty when that cannot be told. */
+std::string targetOf(std::string path, XasFileLink link)
 {
-    const int fd = ::open(path.c_str(), flags | O_WRONLY | O_CLOEXEC, 0);
-    if (fd >= 0 || errno != ENOENT)
-        return {fd, false};
-    return {::open(path.c_str(), flags | O_WRONLY | O_CLOEXEC | O_CREAT, SECRET_MODE), true};
+    std::array<char, PATH_MAX> text; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by readlink
+    for (unsigned links = 0; links < LINKS_MAX; ++links) {
+        const ssize_t size = ::readlink(path.c_str(), text.data(), text.size());
+        if (size < 0)
+            return path;
+        if (link == XasFileLink::refused)
+            return {};
+        const std::string_view next{text.data(), static_cast<std::size_t>(size)};
+        path.resize(next.starts_with('/') ? 0 : path.find_last_of('/') + 1);
+        path += next;
+    }
+    return {};
 }
 
-/** True for what has a mode and a content of its own; a device is written as it is. */
-bool isRegular(int fd)
+/** True when a regular file stands there, or nothing. */
+bool isReplaceable(const std::string &path)
 {
     struct stat status {};
-    return ::fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
-}
-
-/** A secret file is closed to others before it is emptied and filled; an open one is emptied before. */
-bool setModeAndEmpty(const Opened &opened, XasFileAccess access)
-{
-    if (!isRegular(opened.fd))
-        return true;
-    if (access == XasFileAccess::owner && ::fchmod(opened.fd, SECRET_MODE) != 0)
-        return false;
-    if (::ftruncate(opened.fd, 0) != 0)
-        return false;
-    if (access == XasFileAccess::everybody || (access == XasFileAccess::kept && opened.isNew))
-        ::fchmod(opened.fd, PLAIN_MODE);
-    return true;
-}
-
-XasFile streamOf(int fd, const char *mode)
-{
-    XasFile file{::fdopen(fd, mode)};
-    if (!file)
-        ::close(fd);
-    return file;
+    return ::stat(path.c_str(), &status) == 0 ? S_ISREG(status.st_mode) : errno == ENOENT;
 }
 
 } // namespace
 
-XasFile xasOpenGeneratedFile(const std::string &path, XasFileAccess access, XasFileLink link)
+XasGeneratedFile::XasGeneratedFile(const std::string &path, XasFileAccess access, XasFileLink link)
+    : target{targetOf(path, link)}, temporary{target + ".tmp"}
 {
-    const Opened opened = openOrMake(path, link == XasFileLink::refused ? O_NOFOLLOW : 0);
-    if (opened.fd < 0)
-        return nullptr;
-    if (!setModeAndEmpty(opened, access)) {
-        ::close(opened.fd);
-        return nullptr;
-    }
-    return streamOf(opened.fd, "w");
+    if (!target.empty() && isReplaceable(target))
+        file = xasCreateFile(temporary, target, access);
 }
 
-XasFile xasOpenGrowingFile(const std::string &path, XasFileAccess access)
+XasGeneratedFile::~XasGeneratedFile()
 {
-    const Opened opened = openOrMake(path, O_APPEND);
-    if (opened.fd < 0)
-        return nullptr;
-    const bool isSecret = access == XasFileAccess::owner;
-    if ((opened.isNew || isSecret) && ::fchmod(opened.fd, isSecret ? SECRET_MODE : PLAIN_MODE) != 0) {
-        ::close(opened.fd);
-        return nullptr;
-    }
-    return streamOf(opened.fd, "a");
+    if (file)
+        ::unlink(temporary.c_str());
 }
 
-bool xasWriteGenerated(FILE *file, std::string_view text)
+bool XasGeneratedFile::write(std::string_view text)
 {
-    return std::fwrite(text.data(), 1, text.size(), file) == text.size() && std::fflush(file) == 0;
+    isWhole = isWhole && xasWriteText(file.get(), text) == text.size();
+    return isWhole;
 }
 
-bool xasCloseGenerated(XasFile file)
+bool XasGeneratedFile::save()
 {
-    return std::fclose(file.release()) == 0;
+    xasNoteTouched(target);
+    const bool isKept = xasCloseWritten(file) && isWhole;
+    if (isKept && ::rename(temporary.c_str(), target.c_str()) == 0)
+        return true;
+    ::unlink(temporary.c_str());
+    return false;
 }
 
 int xasGenerateFile(const std::string &path, std::string_view text, XasFileAccess access, XasFileLink link)
 {
-    XasFile file = xasOpenGeneratedFile(path, access, link);
+    XasGeneratedFile file{path, access, link};
     if (!file)
         return xasLogFailure("Error opening config file \"%s\"\n", path.c_str());
-    const bool written = xasWriteGenerated(file.get(), text);
-    if (!xasCloseGenerated(std::move(file)) || !written)
+    file.write(text);
+    if (!file.save())
         return xasLogFailure("Error printing line to file\n");
     return 0;
+}
+
+int xasAppendToFile(const std::string &path, std::string_view text, XasFileAccess access)
+{
+    std::string whole;
+    const XasReading reading = xasReadWhole(path, whole);
+    if (reading == XasReading::notRead || (reading == XasReading::notOpened && errno != ENOENT))
+        return 1;
+    XasGeneratedFile file{path, access};
+    if (!file)
+        return 1;
+    whole += text;
+    file.write(whole);
+    return file.save() ? 0 : 1;
+}
+
+void xasRemoveFile(const char *path)
+{
+    xasNoteTouched(path);
+    ::unlink(path);
 }

@@ -1,26 +1,19 @@
 /**
- * Files that the daemon generates directly, without backup: the PAM file, the users' port files, what is
- * expanded from templates. The small sibling of the safe replacement (config_file.h): it alone
- * decides on modes, whatever the umask, and it checks every write and the close.
+ * Files that the daemon generates directly, without backup: the PAM file, the users' port files and their
+ * list, what is expanded from templates. The small sibling of the safe replacement (config_file.h): the new
+ * content is written beside the old one and takes its place in one step, or not at all. Behind a symbolic
+ * link that is beside what it leads to.
  *
- * A file that holds a secret is readable by its owner alone before its first byte is written. Only
- * xasGenerateFile logs; the callers of the others have texts of their own.
+ * Only xasGenerateFile logs; the callers of the others have texts of their own.
  */
 #ifndef XAS_FILES_GENERATED_FILE_H
 #define XAS_FILES_GENERATED_FILE_H
 
-#include "core/file.h"
+#include "files/new_file.h"
 
 #include <cstdint>
 #include <string>
 #include <string_view>
-
-/** Who may read the file. */
-enum class XasFileAccess : std::uint8_t {
-    kept,      /**< as before; a new one is 0644 */
-    everybody, /**< 0644 */
-    owner      /**< 0600: it holds a secret */
-};
 
 /** What a symbolic link at the file's path leads to. */
 enum class XasFileLink : std::uint8_t {
@@ -28,22 +21,40 @@ enum class XasFileLink : std::uint8_t {
     refused /**< the file cannot be opened: its directory may be open to others */
 };
 
-/** Opens the file for writing, emptied, made when it is not there. None when it cannot be opened. */
-XasFile xasOpenGeneratedFile(const std::string &path, XasFileAccess access,
-                             XasFileLink link = XasFileLink::followed);
+/** A file being generated, or none. Unless it is saved it leaves no trace. */
+class XasGeneratedFile {
+  public:
+    /** Begins; none when there is no place for it, or something stands there that is no regular file. */
+    XasGeneratedFile(const std::string &path, XasFileAccess access, XasFileLink link = XasFileLink::followed);
+    ~XasGeneratedFile();
+    XasGeneratedFile(const XasGeneratedFile &) = delete;
+    XasGeneratedFile &operator=(const XasGeneratedFile &) = delete;
 
-/** Opens the file for appending, made when it is not there: 0644, or 0600 whatever it was when it holds
- * secrets. None when it cannot be opened. */
-XasFile xasOpenGrowingFile(const std::string &path, XasFileAccess access = XasFileAccess::kept);
+    explicit operator bool() const { return file != nullptr; }
 
-/** Writes `text` through to the system. False when that fails. */
-bool xasWriteGenerated(FILE *file, std::string_view text);
+    /** False when that fails; it is not saved then. */
+    bool write(std::string_view text);
 
-/** Closes the file. False when what was written could not be kept. */
-bool xasCloseGenerated(XasFile file);
+    /** Puts it in its place. False when what was written could not be kept, the old content then stays. */
+    bool save();
 
-/** Writes the whole file. Returns 0, or 1 after logging that it cannot be opened or written. */
+  private:
+    std::string target;
+    std::string temporary;
+    XasFile file;
+    bool isWhole = true;
+};
+
+/** Generates the whole file. Returns 0, or 1 after logging that it cannot be opened or written. */
 int xasGenerateFile(const std::string &path, std::string_view text, XasFileAccess access,
                     XasFileLink link = XasFileLink::followed);
+
+/** Generates the file anew with `text` at its end; one that is not there counts as empty. Returns 0, or 1
+ * when that fails; only that it cannot be read to its end is logged. */
+int xasAppendToFile(const std::string &path, std::string_view text,
+                    XasFileAccess access = XasFileAccess::kept);
+
+/** Removes a file that is not wanted; one that is not there is fine. */
+void xasRemoveFile(const char *path);
 
 #endif

@@ -1,6 +1,6 @@
 /**
  * Configuration files that are expanded from a template of the system image. The template is read whole; its
- * placeholders, "$(NAME)", are replaced; the file is then written directly, without backup.
+ * placeholders, "$(NAME)", are replaced; the file is then generated, without backup.
  */
 #ifndef XAS_FILES_TEMPLATE_H
 #define XAS_FILES_TEMPLATE_H
@@ -30,18 +30,15 @@ struct XasReplacement {
 /** `text` with the placeholders replaced one after the other. */
 std::string xasExpandPlaceholders(std::string text, std::span<const XasReplacement> replacements);
 
-/** Removes a file that is not wanted; one that is not there is fine. */
-void xasRemoveFile(const char *cfgFileName);
-
 /** Reads a template. Returns 0; or 1 with the reply set unless there is nothing in it. */
 int xasReadTemplate(const char *path, const XasTemplateTexts &texts, std::string &text,
                     XasReplyStatus *reply);
 
-/** Opens the file that is generated. Returns none with the reply set when it cannot be opened. */
-XasFile xasOpenExpanded(const char *path, const XasTemplateTexts &texts, XasReplyStatus *reply);
-
-/** Closes it. Returns 0; or 1 with the reply set when it was not, or cannot be, written. */
-int xasCloseExpanded(XasFile file, bool isWritten, const XasTemplateTexts &texts, XasReplyStatus *reply);
+/** What the file's texts say about who may read it. */
+inline XasFileAccess xasAccessOf(const XasTemplateTexts &texts)
+{
+    return texts.file.secrecy == XasSecrecy::secret ? XasFileAccess::owner : XasFileAccess::kept;
+}
 
 /** An editor of such a file as a callable object: editor(templatePath, path, &values, &reply) returns 0; or 1
  * with the failure in the reply, which stays as it is when the template has nothing in it. */
@@ -70,12 +67,17 @@ struct XasTemplateEditor {
         if (xasReadTemplate(cfgTemplateFileName, texts, text, reply) != 0)
             return 1;
         text = expand(std::move(text), *values);
-        XasFile file = xasOpenExpanded(cfgFileName, texts, reply);
-        if (!file)
+        XasGeneratedFile file{cfgFileName, xasAccessOf(texts)};
+        if (!file) {
+            xasSetReply(*reply, XAS_RCODE_OPEN, texts.file.openReason);
             return 1;
-        const bool isWritten = xasWriteGenerated(file.get(), text) &&
-                               (tail == nullptr || xasWriteGenerated(file.get(), tail(*values)));
-        return xasCloseExpanded(std::move(file), isWritten, texts, reply);
+        }
+        if (file.write(text) && tail != nullptr)
+            file.write(tail(*values));
+        if (file.save())
+            return 0;
+        xasSetReply(*reply, XAS_RCODE_SAVE, texts.file.saveReason);
+        return 1;
     }
 };
 

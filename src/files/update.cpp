@@ -38,7 +38,9 @@ struct Run {
         const char *path = xasGetCfgFilePath(row.type, cfgFiles);
         if (row.edit.run == nullptr)
             return 0;
-        const int result = row.edit.run({path, msg, cfgFiles, reply});
+        const int result = xasGuardEdit(row.edit.texts, reply, [&] {
+            return row.edit.run({path, msg, cfgFiles, reply});
+        });
         if (result == 0)
             return 0;
         if (row.editLog != nullptr)

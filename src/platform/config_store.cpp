@@ -5,18 +5,21 @@
 
 #include <array>
 #include <cstdlib>
-#include <memory>
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
-/** Reads the whole record from `path`. A file that is not exactly one record long is reported and refused. */
+/** Reads the whole record from `path`, waiting for nobody who may write it. A file that is not exactly one
+ * record long is reported and refused. */
 bool readRecord(const std::string &path, FILE *diag, XasMessage &record)
 {
-    const std::unique_ptr<FILE, int (*)(FILE *)> file{std::fopen(path.c_str(), "re"), &std::fclose};
-    if (!file)
+    const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0)
         return false;
     std::array<char, sizeof(XasMessage) + 1> bytes{};
-    const std::size_t size = std::fread(bytes.data(), 1, bytes.size(), file.get());
+    const ssize_t size = ::read(fd, bytes.data(), bytes.size());
+    ::close(fd);
     if (size != sizeof(XasMessage)) {
         std::fprintf(diag, "%s: not a record of %zu bytes\n", path.c_str(), sizeof(XasMessage));
         return false;

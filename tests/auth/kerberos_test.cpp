@@ -43,6 +43,14 @@ TEST(HostsTextWithLine, DropsEveryLineThatHoldsTheNameAnywhereButComments)
               "# kdc comment\n4.4.4.4 KDC\n\nfd00::1    kdc  alias\n");
 }
 
+TEST(HostsTextWithLine, WritesALongLineWhole)
+{
+    const std::string kdc(255, 'k');
+    EXPECT_EQ(xasHostsTextWithLine("", "2001:db8:1111:2222:3333:4444:5555:6666", kdc.c_str(), kdc.c_str()),
+              "2001:db8:1111:2222:3333:4444:5555:6666    " + kdc + "  " + kdc + "\n")
+        << "more than 511 characters";
+}
+
 TEST(HostsTextWithLine, JoinsTheLineToALastOneWithoutLineFeed)
 {
     EXPECT_EQ(xasHostsTextWithLine("1.1.1.1 a", "2.2.2.2", "b", "c"), "1.1.1.1 a2.2.2.2    b  c\n");

@@ -75,7 +75,8 @@ TEST_F(UpdateLdap, ConvertsTheTlsMaterialInFipsMode)
 {
     xasWriteFile("/tmp/.save/fips_mode", "");
     xasWriteFile("/etc/openldap/ca.der", "old");
-    stubs.put("/usr/bin/openssl", 0, "test ! -e /etc/openldap/ca.der && touch $7; shift 6; touch $1");
+    stubs.put("/usr/bin/openssl", 0, "stat -c %a:%s $7 >>/tmp/while-converting; echo converted >$7");
+    std::filesystem::remove("/tmp/while-converting");
     link("ldap_ca.lnk", "ca.pem");
     link("ldap_cert.lnk", "c;touch /tmp/owned");
     link("ldap_key.lnk", "key.pem");
@@ -95,8 +96,12 @@ TEST_F(UpdateLdap, ConvertsTheTlsMaterialInFipsMode)
                             ElementsAre("/usr/bin/openssl", "rsa", "-in", "/www/xml/key.pem", "-outform",
                                         "der", "-out", "/etc/openldap/key.der")));
     EXPECT_FALSE(xasExists("/tmp/owned"));
-    EXPECT_EQ(xasModeOf("/etc/openldap/key.der"), 0600U);
-    EXPECT_EQ(xasModeOf("/etc/openldap/ca.der"), 0644U);
+    EXPECT_EQ(xasReadFile("/tmp/while-converting"), "600:0\n600:0\n600:0\n") << "never open to others";
+    for (const char *file : {"ca", "cert", "key"}) {
+        const std::string path = "/etc/openldap/" + std::string{file} + ".der";
+        EXPECT_EQ(xasModeOf(path), 0600U) << file;
+        EXPECT_EQ(xasReadFile(path), "converted\n") << file;
+    }
 }
 
 TEST_F(UpdateLdap, LeavesOutWhatCannotBeConverted)

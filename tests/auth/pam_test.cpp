@@ -1,6 +1,7 @@
 // The PAM stack: whole texts for many orders, and the settings read back from other files.
 #include "auth/pam.h"
 
+#include "support/faults.h"
 #include "support/files.h"
 #include "support/log.h"
 
@@ -130,12 +131,16 @@ TEST_F(PamFile, ThatCannotBeOpenedIsLogged)
 
 TEST_F(PamFile, ThatCannotBeWrittenIsLogged)
 {
+    const std::string path = dir.write("system-auth", "old\n");
     const XasPamModuleData moduleData;
-    EXPECT_EQ(xasWritePamSystemAuthFile({}, "/dev/full", &moduleData), 1);
+    const XasFault fault{"fsync", EIO};
+    EXPECT_EQ(xasWritePamSystemAuthFile({}, path.c_str(), &moduleData), 1);
     EXPECT_THAT(log.lines(), ElementsAre(xasErrorLine("Error printing line to file\n")));
+    EXPECT_EQ(dir.read("system-auth"), "old\n");
+    EXPECT_THAT(dir.names(), ElementsAre("system-auth"));
 }
 
-TEST_F(PamFile, IsWrittenInPlaceWithoutTemporaryAndBackup)
+TEST_F(PamFile, IsReplacedAndLeavesNoTemporaryAndNoBackup)
 {
     const std::string path = dir.write("system-auth", std::string(10000, 'x'), 0640);
     const XasPamModuleData moduleData;

@@ -330,7 +330,7 @@ TEST_F(NtpUpdate, PutsTheStepFileBackWhenTheEmptyOneCannotBeMade)
     EXPECT_THAT(dir.names(), ElementsAre("ntp.conf", "step-tickers"));
 }
 
-TEST_F(NtpUpdate, LogsAllThreeFailuresWhenTheStepFilesDirectoryIsMissing)
+TEST_F(NtpUpdate, LogsBothFailuresWhenTheStepFilesDirectoryIsMissing)
 {
     const std::string nowhere = dir.path("missing/step-tickers");
     files = xasTestCfgFiles({{"stepTickers", nowhere}, {"ntp", ntp}});
@@ -338,8 +338,8 @@ TEST_F(NtpUpdate, LogsAllThreeFailuresWhenTheStepFilesDirectoryIsMissing)
     EXPECT_EQ(update(), 1);
     EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
     const XasLogLine notRenamed = xasErrorLine("Error renaming old config file \"" + nowhere + "\"\n");
-    EXPECT_THAT(log.lines(), ElementsAre(notRenamed, xasErrorLine("Error opening file \"" + nowhere + "\"\n"),
-                                         notRenamed));
+    EXPECT_THAT(log.lines(),
+                ElementsAre(notRenamed, xasErrorLine("Error opening file \"" + nowhere + "\"\n")));
 }
 
 TEST_F(NtpUpdate, LeavesADirectoryWhereTheStepFileShouldBeAlone)
@@ -349,8 +349,7 @@ TEST_F(NtpUpdate, LeavesADirectoryWhereTheStepFileShouldBeAlone)
     message.set("sync", 0);
     EXPECT_EQ(update(), 1);
     const XasLogLine notRenamed = xasErrorLine("Error renaming old config file \"" + steps + "\"\n");
-    EXPECT_THAT(log.lines(),
-                ElementsAre(notRenamed, xasErrorLine("Error opening file \"" + steps + "\"\n"), notRenamed));
+    EXPECT_THAT(log.lines(), ElementsAre(notRenamed, xasErrorLine("Error opening file \"" + steps + "\"\n")));
     EXPECT_EQ(dir.read("step-tickers/inside"), "text");
     EXPECT_THAT(dir.names(), ElementsAre("ntp.conf", "step-tickers"));
 }

@@ -130,6 +130,27 @@ TEST_F(TimezoneUpdate, FailsWhereNoLinkCanBeMade)
                 ElementsAre(NOT_UNLINKED, xasErrorLine("Error creating symlink to path " + berlin + "\n")));
 }
 
+TEST_F(TimezoneUpdate, LogsBothWhenTheDirectoryLetsNoNameBeChanged)
+{
+    for (const int error : {EACCES, EPERM, EROFS}) {
+        const XasFault fault{"rename", error};
+        EXPECT_EQ(update("Europe/Berlin"), 1);
+        EXPECT_THAT(log.take(), ElementsAre(NOT_UNLINKED,
+                                            xasErrorLine("Error creating symlink to path " + berlin + "\n")));
+        EXPECT_EQ(fs::read_symlink(link), utc);
+    }
+}
+
+TEST_F(TimezoneUpdate, RenamesTheNewLinkOverTheOldAndNeverRemovesIt)
+{
+    const XasFault noUnlink{"unlink", EPERM};
+    const XasCallOrder order;
+    EXPECT_EQ(update("Europe/Berlin"), 0);
+    EXPECT_THAT(order.calls(), ElementsAre("rename " + link + ".tmp -> " + link));
+    EXPECT_EQ(fs::read_symlink(link), berlin);
+    EXPECT_THAT(log.lines(), IsEmpty());
+}
+
 TEST_F(TimezoneUpdate, LeavesTheOldLinkWhenTheNewOneCannotTakeItsPlace)
 {
     const XasFault fault{"rename", EIO};

@@ -2,6 +2,8 @@
 #include "support/daemon.h"
 #include "support/settled_log.h"
 
+#include <csignal>
+#include <filesystem>
 using std::chrono::steady_clock;
 
 namespace {
@@ -45,7 +47,12 @@ class DaemonSupervision : public testing::Test {
     {
         const std::string program = daemon.stubs.path("samba/" + name);
         const std::string pidFile = "/var/run/" + name + ".pid";
-        xasWriteFile(program, "#!/bin/sh\nsetsid sleep 1000 &\necho $! >" + pidFile + "\nsleep 0.3\n", 0755);
+        std::filesystem::create_directories(daemon.stubs.path("background"));
+        std::filesystem::create_symlink("/bin/sleep", daemon.stubs.path("background/" + name));
+        xasWriteFile(program,
+                     "#!/bin/sh\nsetsid " + daemon.stubs.path("background/" + name) + " 1000 &\necho $! >" +
+                         pidFile + "\nsleep 0.3\n",
+                     0755);
         startWith({program + " -D"});
         EXPECT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED);
         ASSERT_TRUE(daemon.log.await("WIFEXITED"));

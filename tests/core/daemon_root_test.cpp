@@ -1,6 +1,7 @@
 // The file servers, whose pid and lock files have fixed places.
 #include "core/daemon.h"
 
+#include "support/named_process.h"
 #include "support/supervision.h"
 
 namespace {
@@ -51,13 +52,26 @@ TEST_F(FileServer, IsRestartedWhenItsPidFileIsEmpty)
     EXPECT_EQ(daemon.restarts, 1);
 }
 
+TEST_F(FileServer, IsRestartedWhenItsPidFileNamesAnotherProcess)
+{
+    const XasNamedProcess other{"sshd"};
+    const XasDaemon &daemon = serverThatGoesToTheBackground("smbd");
+    xasWriteFile("/var/run/smbd.pid", std::to_string(other.pid()) + "\n");
+    xasWriteFile(stubs.path("smbd"), "", 0644);
+    xasWait(0ms);
+    EXPECT_EQ(daemon.restarts, 1);
+    EXPECT_EQ(daemon.pid, -1) << "nobody else is ever stopped in its place";
+}
+
 TEST_F(FileServer, RunsOnUnderThePidOfItsPidFile)
 {
     XasDaemon &daemon = serverThatGoesToTheBackground("nmbd");
-    clock.at(clock.now() + 150ms, [] { xasWriteFile("/var/run/nmbd.pid", "4242\n17\n"); });
+    const XasNamedProcess server{"nmbd"};
+    clock.at(clock.now() + 150ms,
+             [&] { xasWriteFile("/var/run/nmbd.pid", std::to_string(server.pid()) + "\n17\n"); });
     xasWait(0ms);
     EXPECT_EQ(clock.now(), 200ms + 200ms);
-    EXPECT_EQ(daemon.pid, 4242);
+    EXPECT_EQ(daemon.pid, server.pid());
     EXPECT_EQ(daemon.running, 1);
     EXPECT_EQ(daemon.restarts, 0);
     EXPECT_THAT(log.lines(), ElementsAre(xasInfoLine(xasEndedText(first, "WIFEXITED"))));
@@ -66,10 +80,11 @@ TEST_F(FileServer, RunsOnUnderThePidOfItsPidFile)
 
 TEST_F(FileServer, IsSmbdUnlessItsCommandLineNamesNmbd)
 {
-    xasWriteFile("/var/run/smbd.pid", "4243");
+    const XasNamedProcess server{"smbd"};
+    xasWriteFile("/var/run/smbd.pid", std::to_string(server.pid()));
     XasDaemon &daemon = serverThatGoesToTheBackground("smbd");
     xasWait(0ms);
-    EXPECT_EQ(daemon.pid, 4243);
+    EXPECT_EQ(daemon.pid, server.pid());
     daemon.pid = 0;
 }
 

@@ -7,6 +7,9 @@
 #include "support/shell.h"
 #include "support/stub.h"
 
+#include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
 namespace {
 
 const std::string IPTABLES = "XTABLES_LIBDIR=/libexec/xtables; export XTABLES_LIBDIR; /bin/iptables ";
@@ -167,6 +170,26 @@ TEST_F(FilterAssignTest, MakesItsListingAnewWhateverStandsThere)
     EXPECT_EQ(assign(1, 2, ""), 0);
     EXPECT_EQ(xasReadFile(other), "kept");
     EXPECT_EQ(xasReadFile("/tmp/xas_ipfilter.txt"), jump("lab", "eth1"));
+}
+
+TEST_F(FilterAssignTest, IsRefusedWithoutACommandWhereItsListingCannotBeMade)
+{
+    std::remove("/tmp/xas_ipfilter.txt");
+    xasWriteFile("/tmp/xas_ipfilter.txt/inside", "kept");
+    EXPECT_EQ(assign(1, 1, "office"), 1);
+    EXPECT_EQ(xasReplyText(reply), "2 Error openning IP Filter temp file");
+    EXPECT_THAT(shell.take(), IsEmpty());
+    EXPECT_EQ(xasReadFile("/tmp/xas_ipfilter.txt/inside"), "kept");
+    std::filesystem::remove_all("/tmp/xas_ipfilter.txt");
+}
+
+TEST_F(FilterAssignTest, KeepsItsListingFromBeingWrittenByOthersWhateverTheUmaskIs)
+{
+    const mode_t before = ::umask(0);
+    std::remove("/tmp/xas_ipfilter.txt");
+    EXPECT_EQ(assign(1, 1, ""), 0);
+    EXPECT_EQ(xasModeOf("/tmp/xas_ipfilter.txt"), 0644U);
+    ::umask(before);
 }
 
 TEST_F(FilterAssignTest, CutsALongPlainCommandAtItsBuffer)

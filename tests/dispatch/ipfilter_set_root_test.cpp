@@ -6,6 +6,7 @@
 #include "dispatch/ipfilter_enable.h"
 #include "dispatch/ipfilter_script.h"
 #include "support/daemon.h"
+#include "support/faults.h"
 #include "support/ipfilter.h"
 #include "support/log.h"
 #include "support/reply.h"
@@ -81,14 +82,31 @@ TEST_F(FilterSetTest, IsRefusedWhenTheCopyCannotBeOpened)
     ::symlink("/.host/usr/bin/cp", "/bin/cp");
 }
 
+TEST_F(FilterSetTest, IsRefusedWhenTheCopyIsNotOursAlone)
+{
+    const std::string work = "/tmp/xas_iptables.sh";
+    for (const std::string &what : std::vector<std::string>{
+             "ln -s /tmp/another.sh " + work, "cp /usr/bin/xas_iptables.sh " + work + "; chmod 777 " + work,
+             "cp /usr/bin/xas_iptables.sh " + work + "; chmod 775 " + work,
+             "cp /usr/bin/xas_iptables.sh " + work + "; ln " + work + " /tmp/second.sh", "mkfifo " + work}) {
+        xasWriteFile("/tmp/another.sh", "#!/bin/sh\ntouch /tmp/ran\n", 0755);
+        stubs.put("/bin/cp", 0, "PATH=/.host/usr/bin:$PATH; " + what);
+        EXPECT_EQ(set("office", {}, XAS_FILTER_CREATE), 1) << what;
+        EXPECT_EQ(xasReplyText(reply), "2 Error openning IP Filter script") << what;
+        EXPECT_THAT(shell.take(), ElementsAre(COPY)) << what;
+        EXPECT_EQ(xasReadFile("/tmp/another.sh"), "#!/bin/sh\ntouch /tmp/ran\n");
+        std::remove("/tmp/second.sh");
+    }
+    std::remove("/bin/cp");
+    ::symlink("/.host/usr/bin/cp", "/bin/cp");
+}
+
 TEST_F(FilterSetTest, IsRefusedWhenTheScriptCannotBeWrittenToItsEnd)
 {
-    stubs.put("/bin/cp", 0, "ln -sf /dev/full /tmp/xas_iptables.sh");
+    const XasFault fault{"ferror", EIO};
     EXPECT_EQ(set("office", {}, XAS_FILTER_CREATE), 1);
     EXPECT_EQ(xasReplyText(reply), "1 Error running IP Filter script");
     EXPECT_THAT(shell.take(), ElementsAre(COPY)) << "half a script is not run";
-    std::remove("/bin/cp");
-    ::symlink("/.host/usr/bin/cp", "/bin/cp");
 }
 
 TEST_F(FilterSetTest, IsRefusedWhenTheScriptFails)

@@ -57,7 +57,7 @@ TEST_F(ProcessMsg, LetsNoExceptionOfAHandlerLeaveIt)
     apps = xasTestAppList({dns});
     {
         const XasFailingNew fault{BIG};
-        EXPECT_EQ(outcome(xasPlainMessage(XMSG_DNS)), "0 1 std::bad_alloc");
+        EXPECT_EQ(outcome(xasPlainMessage(XMSG_DNS)), "0 3 Error saving new DNS config file");
     }
     EXPECT_THAT(log.lines(), Contains(xasErrorLine("Error updating configuration for application: dns\n")));
     EXPECT_EQ(files.read("nameservers").size(), 2 * BIG);

@@ -89,7 +89,7 @@ TEST_F(VpnTest, StillWritesTheSecretsWhenTheFileCannotBeSaved)
     xasWriteFile(SECRETS, "a b: PSK \"old\"\n", 0600);
     const std::string before = xasReadFile(CONF);
     {
-        const XasFault fault{"rename", EIO};
+        const XasFault fault{"rename", EIO, "ipsec.conf.tmp -> "};
         EXPECT_EQ(update(xasTestVpn()), 1);
     }
     EXPECT_EQ(xasReplyText(reply), "3 Error saving new VPN config file");
@@ -263,8 +263,7 @@ TEST_F(VpnTest, MakesTheSecretsFilePrivateBeforeItIsWritten)
         EXPECT_EQ(update(xasTestVpn()), 0);
         ASSERT_EQ(fault.calls(), 2U);
     }
-    EXPECT_EQ(xasModeOf(SECRETS), 0600U) << "as it was created";
-    EXPECT_EQ(xasReadFile(SECRETS), "") << "no secret goes into a file that may not be private";
+    EXPECT_FALSE(xasExists(SECRETS)) << "no secret goes into a file that may not be private";
     EXPECT_EQ(update(xasTestVpn()), 0);
     EXPECT_EQ(xasModeOf(SECRETS), 0600U);
 }

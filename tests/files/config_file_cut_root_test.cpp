@@ -3,6 +3,8 @@
 // strikes.
 #include "support/small_disk.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <map>
 #include <set>
 #include <sys/mount.h>
@@ -151,6 +153,17 @@ TEST_F(CutReplacement, ThatIsAbandonedLeavesTheOldContent)
 TEST_F(CutReplacement, OfARestoreLeavesTheOldOrTheNewContent)
 {
     cutEverywhere("restore", {.live = NEW, .backup = OLD}, {OLD, NEW}, OLD, {NONE, OLD});
+}
+
+TEST_F(CutReplacement, TakesFewCallsWithOneWriteAndTwoSyncs)
+{
+    const std::vector<Call> calls = callsOf("edit", {.live = OLD, .backup = OLDER});
+    EXPECT_LE(calls.size(), 22U); // the last one is the exit
+    const auto count = [&](const char *name) {
+        return std::ranges::count(calls, name, &Call::name);
+    };
+    EXPECT_EQ(count("write"), 1);
+    EXPECT_EQ(count("fsync"), 2) << "the file, and its directory when all is done";
 }
 
 TEST_F(CutReplacement, WithoutHardLinksStillReplaces)

@@ -49,7 +49,7 @@ TEST_F(CfgOpen, ForEditingFailsWhenTheFileIsNotThere)
 TEST_F(CfgOpen, ForEditingFailsWhenTheTemporaryCannotBeMade)
 {
     dir.write("live", "old\n");
-    const XasFault fault{"open", EACCES};
+    const XasFault fault{"open", EACCES, 1}; // the first one is the live file's
     EXPECT_EQ(xasCfgOpenFiles(live().c_str(), &cf), 1);
     EXPECT_THAT(log.lines(),
                 ElementsAre(xasErrorLine("Error opening output file \"" + dir.path("live.tmp") + "\"\n")));

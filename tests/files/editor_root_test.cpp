@@ -1,5 +1,7 @@
 // What editors do when the disk fills up under them, beside what all settings share.
 #include "config/firewall_services.h"
+#include "config/ntp.h"
+#include "config/routing.h"
 #include "config/syslog.h"
 
 #include "support/hosts.h"
@@ -38,11 +40,23 @@ TEST_F(FullDisk, LeavesTheSyslogConfigurationAndSaysThatItCouldNotBeSavedForAFor
     sysLogInfo.remotes[0] = xasNamedHost("loghost");
     EXPECT_EQ(xasEditSyslogCfgFile(path.c_str(), &sysLogInfo, &reply), 1);
     EXPECT_EQ(xasReplyText(reply), "3 Error saving new syslog config file");
-    EXPECT_THAT(
-        log.lines(),
-        ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to syslog config file\n"), NOT_PRINTED));
+    EXPECT_THAT(log.lines(),
+                ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to syslog config file\n")));
     EXPECT_EQ(disk.read("syslog.conf"), text);
     EXPECT_FALSE(disk.has("syslog.conf.old"));
+}
+
+TEST_F(FullDisk, LeavesARoutingFileAndSaysOnceThatItCouldNotBeSaved)
+{
+    const std::string text = filled("hostname r\n");
+    const std::string path = disk.write("zebra.conf", text);
+    XasRoutingPayload routerCfg{};
+    routerCfg.static_enabled = 1;
+    EXPECT_EQ(xasEditZebraCfgFile(path.c_str(), &routerCfg, &reply), 1);
+    EXPECT_EQ(xasReplyText(reply), "3 Error saving new firewall config file");
+    EXPECT_THAT(log.lines(), ElementsAre(NOT_PRINTED));
+    EXPECT_EQ(disk.read("zebra.conf"), text);
+    EXPECT_FALSE(disk.has("zebra.conf.old"));
 }
 
 TEST_F(FullDisk, LeavesTheFirewallSettingsAndNamesAnotherFileForAComment)

@@ -5,6 +5,9 @@
 #include "support/log.h"
 #include "support/reply.h"
 
+#include <array>
+#include <csignal>
+#include <sys/resource.h>
 namespace {
 
 /** What is written: the tail, if any. */
@@ -56,22 +59,34 @@ TEST_F(Template, WithNothingInItFailsWithoutReason)
 
 TEST_F(Template, FailsWhenItsFileCannotBeOpened)
 {
+    ASSERT_EQ(::mkfifo(dir.path("pipe").c_str(), 0600), 0);
+    EXPECT_EQ(generate(dir.write("template", "t"), dir.path("pipe")), 1) << "a pipe is no place for a file";
+    EXPECT_EQ(xasReplyText(reply), "2 no file");
+    reply = {};
     EXPECT_EQ(generate(dir.write("template", "t"), dir.path("missing/file")), 1);
     EXPECT_EQ(xasReplyText(reply), "2 no file");
 }
 
 TEST_F(Template, FailsWhenItsFileCannotBeWrittenAndMakesNoTail)
 {
-    EXPECT_EQ(generate(dir.write("template", "t"), "/dev/full",
-                       [] {
-                           ADD_FAILURE() << "nothing goes behind a text that is not there";
-                           return std::string{};
-                       }),
-              1);
+    const std::string templateFile = dir.write("template", "t");
+    const std::string file = dir.write("file", "old");
+    ::rlimit before{};
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const ::rlimit noByte{.rlim_cur = 0, .rlim_max = before.rlim_max};
+    ::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &noByte), 0);
+    const int result = generate(templateFile, file, [] {
+        ADD_FAILURE() << "nothing goes behind a text that is not there";
+        return std::string{};
+    });
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &before), 0);
+    EXPECT_EQ(result, 1);
     EXPECT_EQ(xasReplyText(reply), "3 not written");
+    EXPECT_EQ(dir.read("file"), "old");
 }
 
-TEST_F(Template, IsExpandedIntoTheFileInPlace)
+TEST_F(Template, IsExpandedIntoTheFileAndLeavesNoOther)
 {
     EXPECT_EQ(generate(dir.write("template", "t\n"), dir.write("file", std::string(9999, 'x'))), 0);
     EXPECT_EQ(dir.read("file"), "<t\n>");
@@ -79,10 +94,10 @@ TEST_F(Template, IsExpandedIntoTheFileInPlace)
     EXPECT_EQ(xasReplyText(reply), XAS_NO_REPLY);
 }
 
-TEST_F(Template, HasItsTailMadeWhenItIsWritten)
+TEST_F(Template, HasItsTailMadeWhenItIsWrittenAndBehindIt)
 {
     const std::string file = dir.path("file");
-    EXPECT_EQ(generate(dir.write("template", "t"), file, [&] { return dir.read("file") + "!"; }), 0);
+    EXPECT_EQ(generate(dir.write("template", "t"), file, [&] { return dir.read("file.tmp") + "!"; }), 0);
     EXPECT_EQ(dir.read("file"), "<t><t>!");
 }
 

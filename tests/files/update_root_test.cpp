@@ -11,6 +11,7 @@ bool xasIsTestedHere(const XasExpectedSetting &setting)
 namespace {
 
 class AFileOnAFullDisk : public XasSettingTest {};
+class AGeneratedFileOnAFullDisk : public XasSettingTest {};
 
 std::vector<XasSettingParam> allWrittenFiles()
 {
@@ -41,4 +42,15 @@ TEST_P(AFileOnAFullDisk, FailsItsStepAndAnEditedOneStaysAsItWas)
     }
 }
 
+TEST_P(AGeneratedFileOnAFullDisk, KeepsItsOldContent)
+{
+    const XasSmallDisk disk;
+    disk.write("file", GetParam().file->oldText);
+    disk.write("filler", std::string(XasSmallDisk::FILE_SIZE, 'f'));
+    expectOutcome(XasFailure::notWritten, true, disk.path("file"));
+    EXPECT_EQ(disk.read("file"), GetParam().file->oldText);
+    EXPECT_FALSE(disk.has("file.tmp"));
+}
+
+XAS_FOR_FILES(AGeneratedFileOnAFullDisk, file.way == XasFileWay::generated);
 INSTANTIATE_TEST_SUITE_P(Of, AFileOnAFullDisk, testing::ValuesIn(allWrittenFiles()), xasSettingTestName);

@@ -4,6 +4,8 @@
 #include "support/files.h"
 #include "support/message.h"
 
+#include <cstdlib>
+#include <sys/stat.h>
 namespace {
 
 /** A store of its own, and what the library says on its diagnostics stream. */
@@ -52,6 +54,13 @@ TEST_F(ConfigStore, RefusesAFileOfAnotherSizeAndReportsIt)
         EXPECT_EQ(std::memcmp(&msg, &before, sizeof msg), 0) << size;
         EXPECT_NE(said.find(dir.path("XMSG_ETH")), std::string::npos) << size;
     }
+}
+
+TEST_F(ConfigStore, WaitsForNobodyWhereAPipeStandsInARecordsPlace)
+{
+    ASSERT_EQ(::mkfifo(dir.path("XMSG_ETH").c_str(), 0644), 0);
+    EXPECT_NE(get(XMSG_ETH), 0);
+    EXPECT_NE(said.find(dir.path("XMSG_ETH")), std::string::npos);
 }
 
 TEST_F(ConfigStore, RefusesADirectoryWhereARecordShouldBe)

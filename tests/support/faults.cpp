@@ -1,6 +1,7 @@
 #include "support/faults.h"
 
 #include <arpa/inet.h>
+#include <array>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
@@ -50,6 +51,22 @@ bool fails(const char *function, std::string_view about = {})
     return true;
 }
 
+std::vector<std::string> *callOrder = nullptr;
+
+void note(const std::string &call)
+{
+    if (callOrder != nullptr)
+        callOrder->push_back(call);
+}
+
+std::string pathOf(int fd)
+{
+    std::array<char, 4096> path{};
+    const ssize_t size =
+        ::readlink(("/proc/self/fd/" + std::to_string(fd)).c_str(), path.data(), path.size());
+    return {path.data(), size > 0 ? static_cast<std::size_t>(size) : 0};
+}
+
 /** The C library's function behind one of those defined below. */
 template <class Function>
 Function *real(Function * /*own*/, const char *name)
@@ -77,6 +94,16 @@ XasFault::XasFault(std::string_view function, int error, std::string_view onlyRe
 XasFault::~XasFault()
 {
     faults().erase(name);
+}
+
+XasCallOrder::XasCallOrder()
+{
+    callOrder = &noted;
+}
+
+XasCallOrder::~XasCallOrder()
+{
+    callOrder = nullptr;
 }
 
 unsigned XasFault::calls() const
@@ -124,6 +151,7 @@ ssize_t msgrcv(int queue, void *record, std::size_t size, long type, int flags)
 
 int msgsnd(int queue, const void *record, std::size_t size, int flags)
 {
+    note("msgsnd");
     return fails("msgsnd") ? -1 : real(msgsnd, "msgsnd")(queue, record, size, flags);
 }
 
@@ -143,9 +171,10 @@ int ioctl(int fd, unsigned long request, ...) noexcept
 
 int rename(const char *from, const char *to) noexcept
 {
-    if (faults().empty()) // nothing that costs time: measurements run with this too
+    if (faults().empty() && callOrder == nullptr) // nothing that costs time: measurements run with this too
         return real(rename, "rename")(from, to);
     const std::string about = std::string{from}.append(" -> ").append(to);
+    note("rename " + about);
     return fails("rename", about) ? -1 : real(rename, "rename")(from, to);
 }
 
@@ -175,7 +204,14 @@ int open(const char *path, int flags, ...)
 
 int fsync(int fd)
 {
+    if (callOrder != nullptr)
+        note("fsync " + pathOf(fd));
     return fails("fsync") ? -1 : real(fsync, "fsync")(fd);
+}
+
+int chmod(const char *path, mode_t mode) noexcept
+{
+    return fails("chmod") ? -1 : real(chmod, "chmod")(path, mode);
 }
 
 int fchmod(int fd, mode_t mode) noexcept

@@ -10,6 +10,7 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <vector>
 
 inline constexpr unsigned XAS_ALWAYS = std::numeric_limits<unsigned>::max();
 
@@ -28,6 +29,22 @@ class XasFault {
 
   private:
     std::string name;
+};
+
+/** While it lives, notes the calls of fsync ("fsync PATH"), rename ("rename FROM -> TO") and msgsnd in their
+ * order. */
+class XasCallOrder {
+  public:
+    XasCallOrder();
+    ~XasCallOrder();
+    XasCallOrder(const XasCallOrder &) = delete;
+    XasCallOrder &operator=(const XasCallOrder &) = delete;
+
+    /** The calls so far. */
+    [[nodiscard]] const std::vector<std::string> &calls() const { return noted; }
+
+  private:
+    std::vector<std::string> noted;
 };
 
 /** While it lives, operator new throws std::bad_alloc for blocks of at least `size` bytes after `skip` of

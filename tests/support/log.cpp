@@ -4,6 +4,9 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
+#include <sys/uio.h>
+#include <unistd.h>
 
 namespace {
 
@@ -35,11 +38,10 @@ void appendLine(int priority, const char *format, va_list arguments)
 {
     std::array<char, 8192> text{};
     const int length = std::vsnprintf(text.data(), text.size(), format, arguments);
-    const RecordHead head{priority, std::min(static_cast<std::size_t>(std::max(length, 0)), text.size() - 1)};
-    std::string record(sizeof head, '\0');
-    std::memcpy(record.data(), &head, sizeof head);
-    record.append(text.data(), head.length);
-    if (::write(logFd(), record.data(), record.size()) < 0)
+    RecordHead head{priority, std::min(static_cast<std::size_t>(std::max(length, 0)), text.size() - 1)};
+    // Without any memory, which a test may have made run out.
+    const std::array<iovec, 2> record{iovec{&head, sizeof head}, iovec{text.data(), head.length}};
+    if (::writev(logFd(), record.data(), record.size()) < 0)
         ::abort();
 }
 

@@ -51,6 +51,11 @@ class Walk {
             return true;
         for (unsigned i = 0; i < file.orderReads && isOrderMissing(); ++i)
             logPath("Error opening config file \"%s\"", XAS_ORDER_FILE);
+        if (file.orderReads != 0 && isOrderUnreadable()) {
+            for (unsigned i = 0; i < file.orderReads; ++i)
+                logPath("Error reading config file \"%s\"", XAS_ORDER_FILE);
+            return true;
+        }
         if (change(file))
             return true;
         logPath(file.texts.edit, situation.path(file));
@@ -178,6 +183,13 @@ class Walk {
     [[nodiscard]] bool fails(const XasExpectedFile &file, XasFailure how) const
     {
         return situation.fails(file, how);
+    }
+
+    [[nodiscard]] bool isOrderUnreadable() const
+    {
+        const XasExpectedFile *failing = situation.failing;
+        return situation.failure == XasFailure::notRead && failing != nullptr &&
+               failing->path == XAS_ORDER_FILE;
     }
 
     [[nodiscard]] bool isOrderMissing() const { return !outcome.files.contains("r58authconfig"); }

@@ -49,7 +49,7 @@ struct XasExpectedFile {
     bool harmless = false;        /**< its failure is none of the message */
     std::string model = {};  /**< TYPE of the template that it is made from; a failure of that is its own */
     unsigned orderReads = 0; /**< how often the order of login methods is read for it, to be logged each
-                                time when there is none */
+                                time when there is none, or it cannot be read; then the file stays */
     std::string path = {};   /**< where it must be; empty: anywhere */
 };
 

@@ -198,6 +198,7 @@ class AnEditedFile : public XasSettingTest {};
 class AGeneratedFile : public XasSettingTest {};
 class ATemplate : public XasSettingTest {};
 class ASecretFile : public XasSettingTest {};
+class ABackedUpSecret : public XasSettingTest {};
 class ARollBack : public XasSettingTest {};
 
 TEST_P(ASettingDeathTest, NeedsAMessageOfItsTypeAndAList)
@@ -361,6 +362,25 @@ TEST_P(ASecretFile, IsItsOwnersAloneWhateverItsModeWas)
     }
 }
 
+TEST_P(ABackedUpSecret, LeavesNoOpenBackupThoughItWasOpen)
+{
+    dir.write(name(), GetParam().file->oldText, 0644);
+    EXPECT_TRUE(
+        send({.setting = setting, .failing = nullptr, .directory = dir.path(), .fullDisk = {}, .files = {}})
+            .success);
+    EXPECT_EQ(xasModeOf(dir.path(name() + ".old")), SECRET_MODE);
+}
+
+TEST_P(ABackedUpSecret, IsClosedToOthersThoughTheNewOneCannotBeRenamed)
+{
+    dir.write(name(), GetParam().file->oldText, 0644);
+    const XasFault fault{"rename", EIO, name() + ".tmp -> "};
+    EXPECT_FALSE(
+        send({.setting = setting, .failing = nullptr, .directory = dir.path(), .fullDisk = {}, .files = {}})
+            .success);
+    EXPECT_EQ(xasModeOf(dir.path(name())), SECRET_MODE);
+}
+
 TEST_P(ARollBack, GoesThroughItsFilesInOrderThoughNoneCanBeBroughtBack)
 {
     const XasFault fault{"rename", EIO, ".old -> "};
@@ -390,6 +410,7 @@ XAS_FOR_FILES(AnEditedFile, file.way == XasFileWay::edited);
 XAS_FOR_FILES(AGeneratedFile, file.way == XasFileWay::generated);
 XAS_FOR_FILES(ATemplate, file.way == XasFileWay::model);
 XAS_FOR_FILES(ASecretFile, file.secret);
+XAS_FOR_FILES(ABackedUpSecret, file.secret &&xasHasBackup(file));
 XAS_FOR_FILES(ARollBack, !file.restoredIfEditFails.empty());
 
 #endif

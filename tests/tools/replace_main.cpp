@@ -8,6 +8,7 @@
 //
 // The new text is LINES (5) lines "new <number>". Exits with the library's result.
 #include "files/editor.h"
+#include "files/sync.h"
 
 #include <cstdlib>
 #include <string>
@@ -53,5 +54,7 @@ int main(int argc, char **argv)
         return 2;
     // The cuts are meant for the work alone, not for what a runtime writes at exit (counters of coverage,
     // say).
-    std::_Exit(doWork(argv[1], argv[2], newText(argc > 3 ? std::atoi(argv[3]) : 5)));
+    const int result = doWork(argv[1], argv[2], newText(argc > 3 ? std::atoi(argv[3]) : 5));
+    xasSyncTouched();
+    std::_Exit(result);
 }

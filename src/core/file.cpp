@@ -1,0 +1,75 @@
+#include "core/file.h"
+
+#include "core/log.h"
+
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr std::size_t CHUNK_SIZE = 16384;
+
+/** 0; or what is wrong with the file, as errno has it. */
+int complaintOf(int fd)
+{
+    struct stat status {};
+    if (::fstat(fd, &status) != 0)
+        return errno;
+    if (S_ISDIR(status.st_mode))
+        return 0;
+    if (!S_ISREG(status.st_mode))
+        return EINVAL;
+    return status.st_size > static_cast<off_t>(XAS_FILE_MAX) ? EFBIG : 0;
+}
+
+} // namespace
+
+XasFile xasOpenFile(const std::string &path)
+{
+    // A pipe that nobody writes to would be waited for at its opening.
+    const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0)
+        return nullptr;
+    int complaint = complaintOf(fd);
+    if (complaint == 0) {
+        if (FILE *file = ::fdopen(fd, "r"))
+            return XasFile{file};
+        complaint = errno;
+    }
+    ::close(fd);
+    errno = complaint;
+    return nullptr;
+}
+
+std::optional<std::string> xasReadAll(FILE *file)
+{
+    std::string text;
+    std::array<char, CHUNK_SIZE> chunk; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by read
+    for (;;) {
+        const ssize_t got = ::read(::fileno(file), chunk.data(), chunk.size());
+        if (got == 0 || (got < 0 && errno == EISDIR))
+            return text;
+        if (got < 0)
+            return std::nullopt;
+        text.append(chunk.data(), static_cast<std::size_t>(got));
+        if (text.size() > XAS_FILE_MAX)
+            return std::nullopt;
+    }
+}
+
+XasReading xasReadWhole(const std::string &path, std::string &text)
+{
+    const XasFile file = xasOpenFile(path);
+    if (!file)
+        return XasReading::notOpened;
+    std::optional<std::string> whole = xasReadAll(file.get());
+    if (!whole) {
+        xasLogError("Error reading config file \"%s\"\n", path.c_str());
+        return XasReading::notRead;
+    }
+    text = std::move(*whole);
+    return XasReading::whole;
+}
