@@ -82,7 +82,7 @@ int xasEditFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStat
 int xasFailEdit(const XasEditTexts *texts, XasReplyStatus *reply, const char *what)
 {
     xasLogError("%s\n", what);
-    if (texts != nullptr && texts->saveReason != nullptr)
-        xasSetReply(*reply, XAS_RCODE_SAVE, texts->saveReason);
+    const bool hasReason = texts != nullptr && texts->saveReason != nullptr;
+    xasSetReply(*reply, XAS_RCODE_SAVE, hasReason ? texts->saveReason : what);
     return 1;
 }

@@ -47,7 +47,8 @@ struct XasTextMaker {
     XasNewText (*make)(const void *context, std::string_view oldText, XasReplyStatus *reply);
 };
 
-/** Tells that an exception ended an edit: logged, with code and reason of a failed save. Returns 1. */
+/** Tells that an exception ended an edit: logged, with code and reason of a failed save; the exception itself
+ * is the reason where that has none. Returns 1. */
 int xasFailEdit(const XasEditTexts *texts, XasReplyStatus *reply, const char *what);
 
 /** Runs an edit, which no exception leaves: one is its failure. Returns what it returns, or 1. */

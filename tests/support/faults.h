@@ -53,6 +53,8 @@ class XasFailingNew {
   public:
     explicit XasFailingNew(std::size_t size = 1, unsigned skip = 0, unsigned times = XAS_ALWAYS);
     ~XasFailingNew();
+    /** True when a block was refused. */
+    [[nodiscard]] static bool hasFailed();
     XasFailingNew(const XasFailingNew &) = delete;
     XasFailingNew &operator=(const XasFailingNew &) = delete;
 };

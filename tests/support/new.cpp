@@ -35,6 +35,11 @@ XasFailingNew::XasFailingNew(std::size_t size, unsigned skip, unsigned times)
     failing = {size, skip, times};
 }
 
+bool XasFailingNew::hasFailed()
+{
+    return failing.calls > failing.skip;
+}
+
 XasFailingNew::~XasFailingNew()
 {
     failing = {};

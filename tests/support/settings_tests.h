@@ -6,6 +6,7 @@
 #define XAS_TEST_SUPPORT_SETTINGS_TESTS_H
 
 #include "dispatch/settings.h"
+#include "files/sync.h"
 #include "msg/fields.h"
 #include "support/apps.h"
 #include "support/faults.h"
@@ -264,6 +265,63 @@ TEST_P(ASetting, HasTheLinesOfAHarmlessTextWhateverByteATextHolds)
             if (xasFindUnfitText(xasFindSetting(msg.xH.msgtype)->texts, msg).empty()) {
                 ASSERT_EQ(linesOf(msg), harmless) << where.name << " with byte " << byte;
             }
+        }
+    }
+}
+
+TEST_P(ASetting, IsToldAndRolledBackWhicheverAllocationFails)
+{
+    std::vector<std::pair<std::string, std::string>> list;
+    for (const XasExpectedFile &each : setting.files)
+        list.emplace_back(each.type, dir.path(XasSituation::name(each)));
+    const XasCfgFileList cfgFiles = xasTestCfgFiles(list);
+    const auto texts = [this] {
+        XasFileListing files = listing();
+        std::erase_if(files, [](const auto &file) {
+            return file.first.ends_with(".old") || file.first.ends_with(".tmp");
+        });
+        return files;
+    };
+    const auto rolledBack =
+        [this](XasFileListing files) { // but for what stands behind a file that stops nothing
+            for (auto file = std::ranges::find(setting.files, true, &XasExpectedFile::goesOn);
+                 file != setting.files.end(); ++file)
+                files.erase(XasSituation::name(*file));
+            return files;
+        };
+    const XasFileListing before = texts();
+    EXPECT_TRUE(
+        send({.setting = setting, .failing = nullptr, .directory = dir.path(), .fullDisk = {}, .files = {}})
+            .success);
+    const XasFileListing after = texts();
+    const bool isLastAlone = rolledBack(before).size() < before.size(); // its failure is its own, too
+    const bool rollsBack = std::ranges::any_of(
+        setting.files, [](const XasExpectedFile &file) { return !file.restoredIfEditFails.empty(); });
+    bool wasEver = true;
+    for (unsigned allocation = 0; wasEver; ++allocation) {
+        prepare();
+        XasMessage msg = setting.message;
+        XasReplyStatus reply;
+        int result = -1;
+        {
+            const XasFailingNew fault{1, allocation, 1};
+            try {
+                result = xasCallHandler(setting.msgtype, &msg, &cfgFiles, &reply);
+            } catch (const std::bad_alloc &) { // before any file was touched: the dispatcher tells
+                EXPECT_EQ(texts(), before);
+                continue;
+            }
+            wasEver = XasFailingNew::hasFailed();
+        }
+        xasSyncTouched();
+        SCOPED_TRACE("allocation " + std::to_string(allocation));
+        if (result != 0) {
+            EXPECT_NE(reply.rcode, 0U);
+            EXPECT_FALSE(log.take().empty());
+        }
+        if (result != 0 && rollsBack) {
+            EXPECT_THAT(rolledBack(texts()),
+                        AnyOf(rolledBack(before), rolledBack(isLastAlone ? after : before)));
         }
     }
 }
