@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <string>
 #include <string_view>
 
@@ -23,7 +24,11 @@ inline constexpr std::size_t XAS_REASON_MAX = 499;
 inline std::string xasRoomForReason()
 {
     std::string text;
-    text.reserve(XAS_REASON_MAX);
+    try {
+        text.reserve(XAS_REASON_MAX);
+    } catch (const std::bad_alloc &) {
+        text.clear(); // the reason will be cut to what there is room for
+    }
     return text;
 }
 
@@ -38,11 +43,16 @@ struct XasReason {
     const char *text;
 };
 
-/** Fills the reply; the reason is cut to XAS_REASON_MAX characters. */
-inline void xasSetReply(XasReplyStatus &reply, std::uint32_t rcode, std::string_view reason)
+/** Fills the reply; the reason is cut to XAS_REASON_MAX characters, and to what fits when memory has run out.
+ */
+inline void xasSetReply(XasReplyStatus &reply, std::uint32_t rcode, std::string_view reason) noexcept
 {
     reply.rcode = rcode;
-    reply.rstr = reason.substr(0, XAS_REASON_MAX);
+    try {
+        reply.rstr = reason.substr(0, XAS_REASON_MAX);
+    } catch (const std::bad_alloc &) {
+        reply.rstr = reason.substr(0, reply.rstr.capacity());
+    }
 }
 
 inline void xasSetReply(XasReplyStatus &reply, const XasReason &reason)

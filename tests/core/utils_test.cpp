@@ -292,3 +292,12 @@ TEST_F(StoredEth, GivesEachPortsOwnWords)
     EXPECT_EQ(mode, 23U);
     EXPECT_THAT(log.lines(), IsEmpty());
 }
+
+TEST_F(Utils, LooksForAnAccountInAChildAndTakesItForThereWhenNobodyCanAsk)
+{
+    EXPECT_TRUE(xasHasAccount("root"));
+    EXPECT_FALSE(xasHasAccount("nobody of that name"));
+    const XasFault fault{"fork", EAGAIN};
+    EXPECT_TRUE(xasHasAccount("nobody of that name"));
+    EXPECT_EQ(fault.calls(), 1U);
+}

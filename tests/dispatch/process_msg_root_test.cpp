@@ -1,5 +1,6 @@
 // The dispatcher's steps in their order, and the acknowledgement. (Types with steps of their own:
 // process_types_root_test.cpp and setting_steps_root_test.cpp.)
+#include "dispatch/settings.h"
 #include "support/dispatcher_fixture.h"
 #include "support/faults.h"
 
@@ -62,6 +63,28 @@ TEST_F(ProcessMsg, LetsNoExceptionOfAHandlerLeaveIt)
     EXPECT_THAT(log.lines(), Contains(xasErrorLine("Error updating configuration for application: dns\n")));
     EXPECT_EQ(files.read("nameservers").size(), 2 * BIG);
     EXPECT_THAT(programs(), ElementsAre("start-dns", "killall", "killall"));
+}
+
+TEST_F(ProcessMsg, IsAnsweredWhicheverAllocationFails)
+{
+    std::vector<XasTestApp> all{scripted("router"), scripted("ypbind")};
+    for (const XasSetting &setting : xasSettings()) {
+        if (!setting.application.empty())
+            all.push_back(scripted(std::string{setting.application}));
+    }
+    apps = xasTestAppList(all);
+    for (const XasSetting &setting : xasSettings()) {
+        bool wasRefused = true;
+        for (unsigned allocation = 0; wasRefused; ++allocation) {
+            queues.send(xasPlainMessage(setting.msgtype));
+            {
+                const XasFailingNew fault{1, allocation, 1};
+                EXPECT_EQ(xasProcessMsg(apps, [](XasMessage &) { return XasIdleResult::failed; }), 0);
+                wasRefused = XasFailingNew::hasFailed();
+            }
+            ASSERT_EQ(!isSilent(), setting.answered) << setting.msgtype << ", allocation " << allocation;
+        }
+    }
 }
 
 TEST_F(ProcessMsg, AnswersWithARecordWhoseEveryByteIsKnown)
