@@ -2,6 +2,7 @@
 
 #include "xms/commands.h"
 #include "xms/describe.h"
+#include "xms/man.h"
 #include "xms/markdown.h"
 #include "xms/preview.h"
 #include "xms/record.h"
@@ -47,6 +48,7 @@ struct CommandLine {
     bool quiet = false;
     bool markdown = false;
     bool settings = false;
+    bool man = false;
     bool dump = false;
     std::string type;
     std::vector<std::string> assignments;
@@ -138,6 +140,8 @@ XmsExit describe(const CommandLine &line)
 {
     if (line.settings)
         return print(xmsSettingsMarkdown());
+    if (line.man)
+        return print(xmsMessagesMan());
     if (line.markdown)
         return print(xmsMarkdown());
     if (line.type.empty())
@@ -156,6 +160,7 @@ void addDescribe(CLI::App &app, CommandLine &line)
     command->add_flag("--markdown", line.markdown, "All types, as a Markdown document");
     command->add_flag("--settings", line.settings,
                       "What all types change and answer, as a Markdown document");
+    command->add_flag("--man", line.man, "All types, as a manual page");
 }
 
 void addQuestions(CLI::App &app, CommandLine &line)
