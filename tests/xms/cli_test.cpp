@@ -120,3 +120,18 @@ TEST_F(XmsCli, ColourIsForTerminalsUnlessAskedFor)
     EXPECT_EQ(run({"describe", "dns", "--color=always"}), 0);
     EXPECT_THAT(output, HasSubstr("\033[1mXMSG_DNS\033[0m"));
 }
+
+TEST_F(XmsCli, TheVersionIsThatOfTheProject)
+{
+    EXPECT_EQ(run({"--version"}), 0);
+    EXPECT_EQ(output, "xms " XAS_PROJECT_VERSION "\n");
+}
+
+TEST_F(XmsCli, AWatchTakesKnownTypesAndFilters)
+{
+    EXPECT_EQ(run({"watch", "--type", "dsn"}), 2);
+    EXPECT_THAT(errors, HasSubstr("did you mean dns"));
+    EXPECT_EQ(run({"watch", "--only", "applied"}), 2);
+    EXPECT_EQ(run({"watch", "--type", "dns", "--type", "XMSG_NTP", "--only", "refused", "--json"}), 3)
+        << "only the server is missing";
+}

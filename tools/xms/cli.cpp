@@ -10,6 +10,7 @@
 #include "xms/serve.h"
 #include "xms/settings_text.h"
 #include "xms/socket.h"
+#include "xms/watch.h"
 
 #include <CLI/CLI.hpp>
 #include <cstdlib>
@@ -49,7 +50,7 @@ struct CommandLine {
     bool markdown = false;
     bool settings = false;
     bool man = false;
-    bool dump = false;
+    XmsWatchOptions watch;
     std::string type;
     std::vector<std::string> assignments;
     XmsSetOptions set;
@@ -177,8 +178,15 @@ void addQuestions(CLI::App &app, CommandLine &line)
 
     CLI::App *watch =
         addCommand(app, line, "watch", "Show what passes between server and xasd, as it happens",
-                   [&] { return xmsWatchCommand(line.options, line.dump); });
-    watch->add_flag("--dump", line.dump, "Show each message whole, passwords included");
+                   [&] { return xmsWatchCommand(line.options, line.watch); });
+    watch->add_flag("--dump", line.watch.dump, "Show each message whole, passwords included");
+    watch
+        ->add_option("--type", line.watch.types,
+                     "Only messages of this type, and their acknowledgements; may be repeated")
+        ->expected(1)
+        ->take_all();
+    watch->add_option("--only", line.watch.only, "refused: only settings that are refused, with their answer")
+        ->check(CLI::IsMember({"refused"}));
 }
 
 void addRecordings(CLI::App &app, CommandLine &line)
@@ -200,6 +208,7 @@ void addRecordings(CLI::App &app, CommandLine &line)
 void addAll(CLI::App &app, CommandLine &line)
 {
     app.require_subcommand(1);
+    app.set_version_flag("--version", "xms " XMS_VERSION, "Print the version and exit");
     app.add_option("--socket", line.options.socket, "Where the server listens")
         ->envname("XMS_SOCKET")
         ->capture_default_str();
