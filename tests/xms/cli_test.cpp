@@ -135,3 +135,14 @@ TEST_F(XmsCli, AWatchTakesKnownTypesAndFilters)
     EXPECT_EQ(run({"watch", "--type", "dns", "--type", "XMSG_NTP", "--only", "refused", "--json"}), 3)
         << "only the server is missing";
 }
+
+TEST_F(XmsCli, ACheckNeedsNoServer)
+{
+    EXPECT_EQ(run({"check", dir.write("list.xml", "<SYSAPP x=\"\"/>")}), 1);
+    EXPECT_THAT(output, HasSubstr("list.xml:1: warning: "));
+    EXPECT_EQ(run({"check", "--json", dir.write("list.xml", "<SYSAPP")}), 1);
+    EXPECT_THAT(output, StartsWith("{\"line\":1,\"worry\":\"error\",\"kind\":\"xml\""));
+    EXPECT_EQ(run({"check", "--root", dir.path("none")}), 2);
+    EXPECT_EQ(errors, "xms: cannot read " + dir.path("none/r58/sysapp.xml") + "\n");
+    EXPECT_EQ(run({"check", "--root", XAS_APPLIANCE_ROOT}), 0);
+}

@@ -3,6 +3,7 @@
 #include "core/sysapp_parser.h"
 #include "dispatch/settings.h"
 #include "support/files.h"
+#include "xms/check.h"
 
 namespace {
 
@@ -86,6 +87,8 @@ TEST_F(XmsManSysapp, TheExampleIsAListThatTheDaemonReads)
     XasAppList apps;
     const std::string example = between(page, ".Bd -literal", ".Ed");
     ASSERT_EQ(xasLoadAppList(dir.write("sysapp.xml", example).c_str(), apps), 0);
+    for (const XmsFinding &finding : xmsCheckList(dir.path("sysapp.xml"), ""))
+        EXPECT_EQ(finding.worry, XmsWorry::hint) << finding.text;
     ASSERT_EQ(apps.size(), 5U);
     const XasApp *eth = xasFindApp("eth", apps);
     ASSERT_NE(eth, nullptr);

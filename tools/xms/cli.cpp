@@ -1,5 +1,6 @@
 #include "xms/cli.h"
 
+#include "xms/check.h"
 #include "xms/commands.h"
 #include "xms/describe.h"
 #include "xms/man.h"
@@ -32,8 +33,9 @@ constexpr const char *EXAMPLES =
     "  xms set eth eth1.source=static eth1.ip=192.168.1.10 eth1.mask=255.255.255.0\n"
     "  xms get eth                                          what is stored\n"
     "  xms describe eth                                     which fields and values there are\n"
+    "  xms check                                            what is wrong in the application list\n"
     "\n"
-    "Exit status: 0 done, the setting was applied; 1 refused by xasd, or nothing stored;\n"
+    "Exit status: 0 done, the setting was applied; 1 refused by xasd, nothing stored, or a list with faults;\n"
     "2 wrong arguments or values; 3 no server, or no acknowledgement in time.";
 
 constexpr const char *SET_HELP =
@@ -55,6 +57,8 @@ struct CommandLine {
     std::vector<std::string> assignments;
     XmsSetOptions set;
     std::string recording;
+    std::string list;
+    std::string root;
     std::function<XmsExit()> run;
 };
 
@@ -189,6 +193,17 @@ void addQuestions(CLI::App &app, CommandLine &line)
         ->check(CLI::IsMember({"refused"}));
 }
 
+void addCheck(CLI::App &app, CommandLine &line)
+{
+    CLI::App *check =
+        addCommand(app, line, "check", "Tell what is wrong or suspicious in an application list",
+                   [&] { return xmsCheckCommand(line.options, line.list, line.root); });
+    check->add_option("SYSAPP.XML", line.list, "The list, by default that of the root");
+    check->add_option("--root", line.root, "Look for programs and files below this directory");
+    check->footer("Ends with status 1 when there is more than hints. Without a list and a root it is this\n"
+                  "machine's own list that is checked.");
+}
+
 void addRecordings(CLI::App &app, CommandLine &line)
 {
     CLI::App *record =
@@ -221,6 +236,7 @@ void addAll(CLI::App &app, CommandLine &line)
     addQuestions(app, line);
     addDescribe(app, line);
     addRecordings(app, line);
+    addCheck(app, line);
     app.footer(EXAMPLES); // after the commands, which would take it over
 }
 
