@@ -64,6 +64,7 @@ XmsFindings xmsCheckList(const std::string &path, const std::string &root)
     const auto elements = appElements(scan);
     if (elements.size() == apps.size()) { // otherwise applications stand in each other, which has been said
         std::vector<XmsCheckedApp> checked;
+        checked.reserve(apps.size());
         std::size_t next = 0;
         for (const XasApp &app : apps)
             checked.push_back({app, *elements[next++], scan});

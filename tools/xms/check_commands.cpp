@@ -32,6 +32,7 @@ struct Command {
 std::vector<Command> commandsOf(const XmsCheckedApp &checked)
 {
     std::vector<Command> commands;
+    commands.reserve(checked.app.daemons.size() + 2);
     for (std::size_t n = 0; n < checked.app.daemons.size(); ++n)
         commands.push_back({checked, "EXE", checked.app.daemons[n].exe, checked.lineOf("EXE", n)});
     if (checked.app.startScript)

@@ -21,6 +21,7 @@ void show(const std::string &text)
 std::vector<std::uint32_t> typesOf(const std::vector<std::string> &names)
 {
     std::vector<std::uint32_t> types;
+    types.reserve(names.size());
     for (const std::string &name : names)
         types.push_back(xmsTypeFromText(name));
     return types;
