@@ -120,3 +120,29 @@ TEST_F(XmsCli, ColourIsForTerminalsUnlessAskedFor)
     EXPECT_EQ(run({"describe", "dns", "--color=always"}), 0);
     EXPECT_THAT(output, HasSubstr("\033[1mXMSG_DNS\033[0m"));
 }
+
+TEST_F(XmsCli, TheVersionIsThatOfTheProject)
+{
+    EXPECT_EQ(run({"--version"}), 0);
+    EXPECT_EQ(output, "xms " XAS_PROJECT_VERSION "\n");
+}
+
+TEST_F(XmsCli, AWatchTakesKnownTypesAndFilters)
+{
+    EXPECT_EQ(run({"watch", "--type", "dsn"}), 2);
+    EXPECT_THAT(errors, HasSubstr("did you mean dns"));
+    EXPECT_EQ(run({"watch", "--only", "applied"}), 2);
+    EXPECT_EQ(run({"watch", "--type", "dns", "--type", "XMSG_NTP", "--only", "refused", "--json"}), 3)
+        << "only the server is missing";
+}
+
+TEST_F(XmsCli, ACheckNeedsNoServer)
+{
+    EXPECT_EQ(run({"check", dir.write("list.xml", "<SYSAPP x=\"\"/>")}), 1);
+    EXPECT_THAT(output, HasSubstr("list.xml:1: warning: "));
+    EXPECT_EQ(run({"check", "--json", dir.write("list.xml", "<SYSAPP")}), 1);
+    EXPECT_THAT(output, StartsWith("{\"line\":1,\"worry\":\"error\",\"kind\":\"xml\""));
+    EXPECT_EQ(run({"check", "--root", dir.path("none")}), 2);
+    EXPECT_EQ(errors, "xms: cannot read " + dir.path("none/r58/sysapp.xml") + "\n");
+    EXPECT_EQ(run({"check", "--root", XAS_APPLIANCE_ROOT}), 0);
+}

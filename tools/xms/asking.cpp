@@ -2,12 +2,19 @@
 
 #include "xms/hex.h"
 
+#include <poll.h>
+
 namespace {
 
-XmsJson ask(const XmsDescriptor &server, const XmsJson &command)
+XmsJson ask(const XmsDescriptor &server, const XmsJson &command, const XmsPatience &patience = {})
 {
     std::string buffer;
     xmsSendLine(server, xmsJsonLine(command));
+    if (patience.tell) {
+        pollfd answer{server.get(), POLLIN, 0};
+        if (::poll(&answer, 1, static_cast<int>(patience.limit.count())) == 0)
+            patience.tell();
+    }
     return xmsReadAnswer(server, buffer);
 }
 
@@ -27,12 +34,14 @@ XmsJson xmsReadAnswer(const XmsDescriptor &server, std::string &buffer)
 }
 
 XmsOutcome xmsAskToSet(const XmsDescriptor &server, const XasMessage &record, const XmsUserEntry &users,
-                       double timeoutSeconds)
+                       double timeoutSeconds, const XmsPatience &patience)
 {
-    const XmsJson answer = ask(server, {{"do", "set"},
-                                        {"record", xmsToHex(record)},
-                                        {"users", xmsToHex(users)},
-                                        {"timeout_ms", static_cast<std::int64_t>(timeoutSeconds * 1000)}});
+    const XmsJson answer = ask(server,
+                               {{"do", "set"},
+                                {"record", xmsToHex(record)},
+                                {"users", xmsToHex(users)},
+                                {"timeout_ms", static_cast<std::int64_t>(timeoutSeconds * 1000)}},
+                               patience);
     return xmsOutcomeFrom(record.xH.msgtype, answer);
 }
 

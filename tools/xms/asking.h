@@ -7,15 +7,24 @@
 #include "xms/socket.h"
 #include "xms/users.h"
 
+#include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
 
 /** The server's next line; its complaints, its end and what cannot be understood are thrown as XmsError. */
 XmsJson xmsReadAnswer(const XmsDescriptor &server, std::string &buffer);
 
-/** Has a setting sent, the list of users behind it when there is one, and waits for what becomes of it. */
+/** When and how people are told that they are waiting. */
+struct XmsPatience {
+    std::function<void()> tell = {}; /**< none: nobody is told */
+    std::chrono::milliseconds limit{1000};
+};
+
+/** Has a setting sent, the list of users behind it when there is one, and waits for what becomes of it;
+ * a wait that tries the patience is told once. */
 XmsOutcome xmsAskToSet(const XmsDescriptor &server, const XasMessage &record, const XmsUserEntry &users,
-                       double timeoutSeconds);
+                       double timeoutSeconds, const XmsPatience &patience = {});
 
 /** The stored record of the type and request keys of `request`, or none. */
 std::optional<XasMessage> xmsAskStored(const XmsDescriptor &server, const XasMessage &request);

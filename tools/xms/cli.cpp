@@ -1,7 +1,9 @@
 #include "xms/cli.h"
 
+#include "xms/check.h"
 #include "xms/commands.h"
 #include "xms/describe.h"
+#include "xms/man.h"
 #include "xms/markdown.h"
 #include "xms/preview.h"
 #include "xms/record.h"
@@ -9,6 +11,7 @@
 #include "xms/serve.h"
 #include "xms/settings_text.h"
 #include "xms/socket.h"
+#include "xms/watch.h"
 
 #include <CLI/CLI.hpp>
 #include <cstdlib>
@@ -30,8 +33,9 @@ constexpr const char *EXAMPLES =
     "  xms set eth eth1.source=static eth1.ip=192.168.1.10 eth1.mask=255.255.255.0\n"
     "  xms get eth                                          what is stored\n"
     "  xms describe eth                                     which fields and values there are\n"
+    "  xms check                                            what is wrong in the application list\n"
     "\n"
-    "Exit status: 0 done, the setting was applied; 1 refused by xasd, or nothing stored;\n"
+    "Exit status: 0 done, the setting was applied; 1 refused by xasd, nothing stored, or a list with faults;\n"
     "2 wrong arguments or values; 3 no server, or no acknowledgement in time.";
 
 constexpr const char *SET_HELP =
@@ -47,11 +51,14 @@ struct CommandLine {
     bool quiet = false;
     bool markdown = false;
     bool settings = false;
-    bool dump = false;
+    bool man = false;
+    XmsWatchOptions watch;
     std::string type;
     std::vector<std::string> assignments;
     XmsSetOptions set;
     std::string recording;
+    std::string list;
+    std::string root;
     std::function<XmsExit()> run;
 };
 
@@ -138,6 +145,8 @@ XmsExit describe(const CommandLine &line)
 {
     if (line.settings)
         return print(xmsSettingsMarkdown());
+    if (line.man)
+        return print(xmsMessagesMan());
     if (line.markdown)
         return print(xmsMarkdown());
     if (line.type.empty())
@@ -156,6 +165,7 @@ void addDescribe(CLI::App &app, CommandLine &line)
     command->add_flag("--markdown", line.markdown, "All types, as a Markdown document");
     command->add_flag("--settings", line.settings,
                       "What all types change and answer, as a Markdown document");
+    command->add_flag("--man", line.man, "All types, as a manual page");
 }
 
 void addQuestions(CLI::App &app, CommandLine &line)
@@ -172,8 +182,26 @@ void addQuestions(CLI::App &app, CommandLine &line)
 
     CLI::App *watch =
         addCommand(app, line, "watch", "Show what passes between server and xasd, as it happens",
-                   [&] { return xmsWatchCommand(line.options, line.dump); });
-    watch->add_flag("--dump", line.dump, "Show each message whole, passwords included");
+                   [&] { return xmsWatchCommand(line.options, line.watch); });
+    watch->add_flag("--dump", line.watch.dump, "Show each message whole, passwords included");
+    watch
+        ->add_option("--type", line.watch.types,
+                     "Only messages of this type, and their acknowledgements; may be repeated")
+        ->expected(1)
+        ->take_all();
+    watch->add_option("--only", line.watch.only, "refused: only settings that are refused, with their answer")
+        ->check(CLI::IsMember({"refused"}));
+}
+
+void addCheck(CLI::App &app, CommandLine &line)
+{
+    CLI::App *check =
+        addCommand(app, line, "check", "Tell what is wrong or suspicious in an application list",
+                   [&] { return xmsCheckCommand(line.options, line.list, line.root); });
+    check->add_option("SYSAPP.XML", line.list, "The list, by default that of the root");
+    check->add_option("--root", line.root, "Look for programs and files below this directory");
+    check->footer("Ends with status 1 when there is more than hints. Without a list and a root it is this\n"
+                  "machine's own list that is checked.");
 }
 
 void addRecordings(CLI::App &app, CommandLine &line)
@@ -195,6 +223,7 @@ void addRecordings(CLI::App &app, CommandLine &line)
 void addAll(CLI::App &app, CommandLine &line)
 {
     app.require_subcommand(1);
+    app.set_version_flag("--version", "xms " XMS_VERSION, "Print the version and exit");
     app.add_option("--socket", line.options.socket, "Where the server listens")
         ->envname("XMS_SOCKET")
         ->capture_default_str();
@@ -207,6 +236,7 @@ void addAll(CLI::App &app, CommandLine &line)
     addQuestions(app, line);
     addDescribe(app, line);
     addRecordings(app, line);
+    addCheck(app, line);
     app.footer(EXAMPLES); // after the commands, which would take it over
 }
 

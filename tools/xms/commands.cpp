@@ -38,7 +38,12 @@ XmsExit xmsSetCommand(const XmsOptions &options, const XmsSetOptions &set)
     const XmsSetting setting = xmsSettingFrom(set);
     const XmsDescriptor server = xmsConnect(options.socket);
     const XasMessage record = overStored(server, setting, set);
-    const XmsOutcome outcome = xmsAskToSet(server, record, setting.users, set.timeoutSeconds);
+    const auto tellSlow = [&] {
+        std::fprintf(stderr, "xms: %s is being applied, waiting up to %g s\n",
+                     msgShortName(record.xH.msgtype).c_str(), set.timeoutSeconds);
+    };
+    const XmsOutcome outcome =
+        xmsAskToSet(server, record, setting.users, set.timeoutSeconds, {.tell = tellSlow});
     print(options.json ? xmsJsonLine(xmsOutcomeJson(outcome)) : xmsOutcomeText(outcome, options.paint));
     return xmsOutcomeExit(outcome);
 }
@@ -59,22 +64,4 @@ XmsExit xmsGetCommand(const XmsOptions &options, const std::string &type,
     else
         print(xmsToHex(stored->payload));
     return XmsExit::applied;
-}
-
-XmsExit xmsWatchCommand(const XmsOptions &options, bool dump)
-{
-    const XmsDescriptor server = xmsConnect(options.socket);
-    std::string buffer;
-    xmsAskToWatch(server, buffer);
-    XasMessage last{};
-    for (;;) {
-        const XmsTraffic traffic = xmsTrafficFrom(xmsReadAnswer(server, buffer));
-        if (options.json)
-            print(xmsJsonLine(xmsTrafficJson(traffic)));
-        else
-            print(dump ? xmsTrafficDump(traffic, last, options.paint)
-                       : xmsTrafficLine(traffic, options.paint));
-        if (traffic.toDaemon)
-            last = xmsTrafficMessage(traffic);
-    }
 }

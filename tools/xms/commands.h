@@ -24,7 +24,4 @@ XmsExit xmsSetCommand(const XmsOptions &options, const XmsSetOptions &set);
 XmsExit xmsGetCommand(const XmsOptions &options, const std::string &type,
                       const std::vector<std::string> &keys);
 
-/** Shows what passes between server and daemon until the server ends: a line each, or with `dump` whole. */
-XmsExit xmsWatchCommand(const XmsOptions &options, bool dump);
-
 #endif

@@ -3,7 +3,7 @@
 #include "dispatch/settings.h"
 #include "msg/type_names.h"
 #include "msg/values.h"
-#include "wire/message_names.h"
+#include "xms/reference.h"
 #include "xms/settings_text.h"
 
 #include <algorithm>
@@ -14,16 +14,6 @@ namespace {
 constexpr const char *TYPES_NOTE =
     "\n  application: what xasd reconfigures; - is a type that it refuses (acknowledgements and errors aside)\n"
     "  fields: how many can be set by name; - is a type that is not described, set with --raw\n";
-
-std::vector<std::uint32_t> namedTypes()
-{
-    std::vector<std::uint32_t> types;
-    for (std::uint32_t msgtype = XMSG_ETH; msgtype <= XMSG_ERROR; ++msgtype) {
-        if (!xasMsgTypeName(msgtype).empty())
-            types.push_back(msgtype);
-    }
-    return types;
-}
 
 /** The default of a field as text: its own, else what zero bytes mean. */
 std::string defaultText(const XasMsgFieldAt &where)
@@ -171,7 +161,7 @@ std::string xmsHandlingText(const XasMsgFields &fields)
 std::string xmsTypesText()
 {
     std::vector<std::vector<std::string>> rows = {{"no", "type", "application", "fields", "meaning"}};
-    for (const std::uint32_t msgtype : namedTypes()) {
+    for (const std::uint32_t msgtype : xmsNamedTypes()) {
         const XasMsgFields *fields = msgFieldsOf(msgtype);
         const std::string application = xmsApplicationText(msgtype);
         rows.push_back({std::to_string(msgtype), msgShortName(msgtype),
@@ -185,7 +175,7 @@ std::string xmsTypesText()
 XmsJson xmsTypesJson()
 {
     XmsJson json = XmsJson::array();
-    for (const std::uint32_t msgtype : namedTypes())
+    for (const std::uint32_t msgtype : xmsNamedTypes())
         json.push_back(typeJson(msgtype));
     return json;
 }

@@ -3,55 +3,22 @@
 #include "auth/user_message.h"
 #include "msg/fields.h"
 #include "msg/type_names.h"
-#include "wire/message_names.h"
 #include "xms/describe.h"
+#include "xms/reference.h"
 
 #include <algorithm>
 
 namespace {
 
-using Rows = std::vector<std::vector<std::string>>;
+using Rows = XmsRows;
 
 constexpr const char *ABOUT =
     "# Messages\n"
     "\n"
     "<!-- Generated from the descriptions of the fields: run ./dev docs after a change of src/msg. -->\n"
-    "\n"
-    "The daemon and the configuration server exchange records of 2488 bytes through two System V message queues:\n"
-    "key 1005 from the daemon to the server, key 1006 to the daemon. The queue's own message type is that of the\n"
-    "record. Numbers are little-endian, IPv4 addresses in network byte order. A text ends at its first NUL byte\n"
-    "or with its field. All offsets count from the start of the record.\n"
-    "\n"
-    "`xms describe TYPE` shows the same for one type.\n";
+    "\n";
 
-constexpr const char *KINDS =
-    "\n"
-    "## Kinds\n"
-    "\n"
-    "| kind | bytes |\n"
-    "|---|---|\n"
-    "| text | characters up to a NUL byte or the end of the field |\n"
-    "| u8, u16, u32, u64 | unsigned number |\n"
-    "| i32 | signed number |\n"
-    "| flag | 0 no, anything else yes |\n"
-    "| choice | number, whose values are named in brackets |\n"
-    "| mask | one bit for each port or right, from the lowest on |\n"
-    "| IPv4 | 4 bytes in network order; where \"none\" is possible, that is 255.255.255.255 |\n"
-    "| IPv6 | 16 bytes; all zero is none |\n"
-    "| IPv6 socket | `sockaddr_in6`, 28 bytes; an address that is all zero is none |\n"
-    "| address | u32, not 0 for IPv6; then 16 bytes: the IPv6 address, or the IPv4 address in the first four; all zero is "
-    "none |\n"
-    "| host | u32, not 0 for a name; u32, not 0 for IPv6; then 68 bytes: the name, or the address as above without "
-    "its u32; an empty name is none |\n";
-
-constexpr const char *USERS =
-    "\n"
-    "### The list of users\n"
-    "\n"
-    "When num_users is not 0, a second entry of 120 + 224 × num_users bytes follows the message in the queue: 120\n"
-    "bytes that nobody reads, then the users. The place in the message behind num_users (offset 164) is the\n"
-    "daemon's own. The offsets below are those of the first user in that entry; each further one stands 224 bytes\n"
-    "behind.\n";
+constexpr const char *MORE = "\n`xms describe TYPE` shows the same for one type.\n";
 
 /** A cell's text where bars and angle brackets would be taken for markup. */
 std::string cell(const std::string &text)
@@ -88,34 +55,20 @@ std::string xmsMarkdownTable(const std::vector<std::string> &head, const Rows &r
 
 namespace {
 
-/** "0 Set, 1 Get, 2 Return": the names from 0 up to the first number without one. */
-std::string numbered(std::string_view (*nameOf)(std::uint32_t))
-{
-    std::string text;
-    for (std::uint32_t number = 0; !nameOf(number).empty(); ++number)
-        text += (number == 0 ? "" : ", ") + std::to_string(number) + " " + std::string{nameOf(number)};
-    return text;
-}
-
 std::string headerSection()
 {
-    return "\n## The header\n" +
-           xmsMarkdownTable({"field", "offset", "bytes", "meaning"},
-                            {{"`msgtype`", "0", "4", "type of the message, see below"},
-                             {"`action`", "4", "4", numbered(xasActionName)},
-                             {"`sender`", "8", "4", numbered(xasSenderName)},
-                             {"`id`", "12", "4", "number of the message, given by its sender"},
-                             {"`orig_id`", "16", "4", "in an answer the `id` of what it answers, else 0"},
-                             {"", "20", "100", "not used, zero"},
-                             {"", "120", "2368", "payload, by type"}});
+    Rows rows = xmsHeaderRows();
+    for (auto &row : rows) {
+        if (!row.front().empty())
+            row.front() = "`" + row.front() + "`";
+    }
+    return "\n## The header\n" + xmsMarkdownTable({"field", "offset", "bytes", "meaning"}, rows);
 }
 
 std::string typesSection()
 {
     Rows rows;
-    for (std::uint32_t msgtype = XMSG_ETH; msgtype <= XMSG_ERROR; ++msgtype) {
-        if (xasMsgTypeName(msgtype).empty())
-            continue;
+    for (const std::uint32_t msgtype : xmsNamedTypes()) {
         const XasMsgFields *fields = msgFieldsOf(msgtype);
         std::vector<std::string> row = {std::to_string(msgtype), "`" + msgLongName(msgtype) + "`",
                                         xmsApplicationText(msgtype), ""};
@@ -161,12 +114,14 @@ std::string typeSection(const XasMsgFields &fields)
 
 std::string xmsMarkdown()
 {
-    std::string text = ABOUT + headerSection() + typesSection() + KINDS;
-    for (std::uint32_t msgtype = XMSG_ETH; msgtype <= XMSG_ERROR; ++msgtype) {
+    std::string text = std::string{ABOUT} + XMS_WIRE_TEXT + MORE + headerSection() + typesSection() +
+                       "\n## Kinds\n" + xmsMarkdownTable({"kind", "bytes"}, xmsKindRows());
+    for (const std::uint32_t msgtype : xmsNamedTypes()) {
         if (const XasMsgFields *fields = msgFieldsOf(msgtype))
             text += typeSection(*fields);
         if (msgtype == XMSG_LOCALUSERS)
-            text += USERS + fieldsTable(XAS_LISTED_USER_MESSAGE);
+            text += std::string{"\n### The list of users\n\n"} + XMS_USERS_TEXT +
+                    fieldsTable(XAS_LISTED_USER_MESSAGE);
     }
     return text;
 }
