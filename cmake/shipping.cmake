@@ -9,6 +9,7 @@ endif()
 
 add_library(xas_shipped INTERFACE) # what the daemon consists of is compiled so
 add_library(xas_shipped_link INTERFACE)
+add_library(xas_quick_link INTERFACE) # the tests and the tools are linked so
 if(XAS_IS_SHIPPED)
     target_compile_options(xas_shipped INTERFACE
         -g1 -ffunction-sections -fdata-sections -fno-asynchronous-unwind-tables -fno-threadsafe-statics
@@ -16,6 +17,7 @@ if(XAS_IS_SHIPPED)
     target_link_options(xas_shipped_link INTERFACE -pie LINKER:-z,relro,-z,now,--gc-sections,--as-needed)
     if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
         target_compile_options(xas_shipped INTERFACE -flto -ffat-lto-objects)
+        target_link_options(xas_quick_link INTERFACE -fno-lto)
         target_link_options(xas_shipped_link INTERFACE -flto=auto)
     endif()
     if(XAS_STATIC_RUNTIME)
