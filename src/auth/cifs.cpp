@@ -33,7 +33,7 @@ bool isComplete(const XasCifsPayload &cifs)
 
 std::string xasSmbText(std::string_view oldText, const XasCifsPayload &cifs)
 {
-    std::string newText;
+    std::string newText = xasBeginNewText(oldText);
     xasForEachLine(oldText, [&](std::string_view line) {
         const bool isComment = line.starts_with('#') || line.starts_with(';');
         const std::string_view key = isComment ? std::string_view{} : keyOf(line);
@@ -49,7 +49,7 @@ std::string xasSmbText(std::string_view oldText, const XasCifsPayload &cifs)
 
 XasNewText xasSmbPassText(std::string_view oldText, const XasCifsPayload &cifs, XasReplyStatus *reply)
 {
-    std::string newText;
+    std::string newText = xasBeginNewText(oldText);
     xasForEachLine(oldText, [&](std::string_view line) {
         if (line.starts_with('#') || cifs.enabled == 0 || !line.starts_with("cifs"))
             newText += line;
@@ -63,7 +63,7 @@ XasNewText xasSmbPassText(std::string_view oldText, const XasCifsPayload &cifs, 
         xasLogError("Invalid samba password, lanman_pwd = %s, nt_pwd = %s, lct_field = %s\n", lanman.c_str(),
                     nt.c_str(), changed.c_str());
         xasSetReply(*reply, INVALID_PASSWORD, "Invalid samba password");
-        return {newText, false};
+        return {std::move(newText), false};
     }
     newText += xasFormatLine("cifsuser:100:%s:%s:[U          ]:%s:Cifs User\n", lanman.c_str(), nt.c_str(),
                              changed.c_str());

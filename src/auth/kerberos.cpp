@@ -21,12 +21,13 @@ std::string xasKerberosText(std::string templateText, const XasKerberosPayload &
 std::string xasHostsTextWithLine(std::string_view oldText, const char *address, const char *canonicalName,
                                  const char *alias)
 {
-    std::string newText;
+    std::string newText = xasBeginNewText(oldText);
     xasForEachLine(oldText, [&](std::string_view line) {
         if (line.starts_with('#') || line.find(canonicalName) == std::string_view::npos)
             newText += line;
     });
-    return newText + xasFormat("%s    %s  %s\n", address, canonicalName, alias);
+    newText += xasFormat("%s    %s  %s\n", address, canonicalName, alias);
+    return newText;
 }
 
 constexpr XasTemplateEditor<XasKerberosPayload> xasEditKerberosCfgFile{

@@ -22,7 +22,7 @@ void replaceOptional(std::string &text, const char *mark, const char *placeholde
 
 std::string xasOpenLdapText(std::string_view oldText, const XasLdapPayload &ldap)
 {
-    std::string newText;
+    std::string newText = xasBeginNewText(oldText);
     xasForEachLine(oldText, [&](std::string_view line) {
         if (!line.starts_with("HOST") && !line.starts_with("BASE"))
             newText += line;

@@ -107,7 +107,7 @@ std::string xasNfsServersText(const XasNfsServers &servers)
 
 std::string xasFstabText(std::string_view oldText, const XasNfsShares &shares, XasReplyStatus *reply)
 {
-    std::string newText;
+    std::string newText = xasBeginNewText(oldText);
     xasForEachLine(oldText, [&](std::string_view line) {
         if (line.starts_with('#') || !isNfsLine(line))
             newText += line;

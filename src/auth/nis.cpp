@@ -37,7 +37,7 @@ std::string xasYpText(const XasNisPayload &nis)
 
 std::string xasNisNetworkText(std::string_view oldText, std::string_view domain)
 {
-    std::string newText;
+    std::string newText = xasBeginNewText(oldText);
     xasForEachLine(oldText, [&](std::string_view line) {
         const bool isOurs = !line.starts_with('#') && xasFirstToken(line, " =").starts_with("NISDOMAIN");
         if (!isOurs)

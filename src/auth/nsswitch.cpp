@@ -46,7 +46,7 @@ std::string xasNsswitchSources(const XasAuthOrder &order, bool isPasswd)
 
 std::string xasNsswitchText(std::string_view oldText, const XasAuthOrder &order)
 {
-    std::string newText;
+    std::string newText = xasBeginNewText(oldText);
     xasForEachLine(oldText, [&](std::string_view line) {
         const auto *const database = std::ranges::find_if(
             DATABASES, [&](const Database &candidate) { return line.starts_with(candidate.key); });

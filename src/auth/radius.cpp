@@ -35,7 +35,7 @@ std::string secondLine(const XasRadiusServer &server, std::uint8_t timeout)
 
 std::string xasRadiusText(std::string_view oldText, const XasRadiusPayload &radius)
 {
-    std::string newText;
+    std::string newText = xasBeginNewText(oldText);
     xasForEachLine(oldText, [&](std::string_view line) {
         if (line.starts_with('#'))
             newText += line;

@@ -64,38 +64,39 @@ const CommunityKey *findCommunityKey(std::string_view word)
     return found != COMMUNITY_KEYS.end() ? found : nullptr;
 }
 
-std::string communityLine(std::string_view line, const CommunityKey &key, const XasSnmpPayload &snmp,
-                          Communities &written)
+void appendCommunity(std::string &text, std::string_view line, const CommunityKey &key,
+                     const XasSnmpPayload &snmp, Communities &written)
 {
     if (snmp.community_mode == XAS_SNMP_NO_COMMUNITIES)
-        return {};
-    if (snmp.community_mode != XAS_SNMP_WRITE_COMMUNITIES)
-        return std::string{line};
+        return;
+    if (snmp.community_mode != XAS_SNMP_WRITE_COMMUNITIES) {
+        text += line;
+        return;
+    }
     (key.isReadOnly ? written.readOnly : written.readWrite) = true;
-    return keyLine(key.writtenAs,
-                   key.isReadOnly ? xasFieldString(snmp.ro_community) : xasFieldString(snmp.rw_community));
+    text += keyLine(key.writtenAs,
+                    key.isReadOnly ? xasFieldString(snmp.ro_community) : xasFieldString(snmp.rw_community));
 }
 
-std::string editedLine(std::string_view line, const XasSnmpPayload &snmp, Communities &written)
+void appendEdited(std::string &text, std::string_view line, const XasSnmpPayload &snmp, Communities &written)
 {
     const std::string_view word = xasFirstToken(line, " \t");
     if (word == "syscontact")
-        return keyLine("syscontact", xasFieldString(snmp.syscontact));
-    if (word == "syslocation")
-        return keyLine("syslocation", xasFieldString(snmp.syslocation));
-    if (word == "rouser")
-        return userLines("rouser", snmp, xasFieldString(snmp.v3user), xasFieldString(snmp.v3pass),
-                         xasFieldString(snmp.v3phrase));
-    if (word == "rwuser")
-        return userLines("rwuser", snmp, xasFieldString(snmp.v3rwuser), xasFieldString(snmp.v3rwpass),
-                         xasFieldString(snmp.v3rwphrase));
-    if (word == "trapcommunity")
-        return keyLine("trapcommunity", xasFieldString(snmp.trap_community));
-    if (word == "trapsink" || word == "trap2sink" || word == "createUser")
-        return {};
-    if (const CommunityKey *key = findCommunityKey(word))
-        return communityLine(line, *key, snmp, written);
-    return std::string{line};
+        text += keyLine("syscontact", xasFieldString(snmp.syscontact));
+    else if (word == "syslocation")
+        text += keyLine("syslocation", xasFieldString(snmp.syslocation));
+    else if (word == "rouser")
+        text += userLines("rouser", snmp, xasFieldString(snmp.v3user), xasFieldString(snmp.v3pass),
+                          xasFieldString(snmp.v3phrase));
+    else if (word == "rwuser")
+        text += userLines("rwuser", snmp, xasFieldString(snmp.v3rwuser), xasFieldString(snmp.v3rwpass),
+                          xasFieldString(snmp.v3rwphrase));
+    else if (word == "trapcommunity")
+        text += keyLine("trapcommunity", xasFieldString(snmp.trap_community));
+    else if (const CommunityKey *key = findCommunityKey(word))
+        appendCommunity(text, line, *key, snmp, written);
+    else if (word != "trapsink" && word != "trap2sink" && word != "createUser")
+        text += line;
 }
 
 /** The communities that no line of the file had. */
@@ -124,9 +125,9 @@ std::string trapLines(const XasHostAddr &host)
 
 std::string xasSnmpText(std::string_view oldText, const XasSnmpPayload &snmp)
 {
-    std::string newText;
+    std::string newText = xasBeginNewText(oldText);
     Communities written;
-    xasForEachLine(oldText, [&](std::string_view line) { newText += editedLine(line, snmp, written); });
+    xasForEachLine(oldText, [&](std::string_view line) { appendEdited(newText, line, snmp, written); });
     newText += missingCommunities(snmp, written);
     for (const XasHostAddr &host : snmp.trap_hosts)
         newText += trapLines(host);

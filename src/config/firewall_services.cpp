@@ -45,18 +45,20 @@ std::string udpServices(const XasFirewallCfg &fWallCfg)
            (fWallCfg.smb != 0 ? "135 netbios-ns netbios-dgm" : "");
 }
 
-/** What becomes of a line. An unknown reject method is for the caller to find. */
-std::string newLine(std::string_view line, std::string_view key, const XasFirewallCfg &fWallCfg)
+/** Appends what becomes of a line. An unknown reject method is for the caller to find. */
+void appendEdited(std::string &text, std::string_view line, const XasFirewallCfg &fWallCfg)
 {
+    const std::string_view key = xasFirstToken(line, "=");
     if (key == "TCP_PUBLIC_SERVICES")
-        return setting(key, tcpServices(fWallCfg));
-    if (key == "UDP_PUBLIC_SERVICES")
-        return setting(key, udpServices(fWallCfg));
-    if (key == "REJECT_METHOD")
-        return setting(key, REJECT_METHODS.at(fWallCfg.reject_method));
-    if (key == "INVISIBLE_TO_PING")
-        return setting(key, fWallCfg.invisible != 0 ? "yes" : "no");
-    return std::string{line};
+        text += setting(key, tcpServices(fWallCfg));
+    else if (key == "UDP_PUBLIC_SERVICES")
+        text += setting(key, udpServices(fWallCfg));
+    else if (key == "REJECT_METHOD")
+        text += setting(key, REJECT_METHODS.at(fWallCfg.reject_method));
+    else if (key == "INVISIBLE_TO_PING")
+        text += setting(key, fWallCfg.invisible != 0 ? "yes" : "no");
+    else
+        text += line;
 }
 
 std::uint32_t storedSshPort()
@@ -71,14 +73,13 @@ std::uint32_t storedSshPort()
 
 XasNewText xasFirewallText(std::string_view oldText, const XasFirewallCfg &fWallCfg, XasReplyStatus *reply)
 {
-    XasNewText newText{std::string{}};
+    XasNewText newText{xasBeginNewText(oldText)};
     const bool isMethodKnown = fWallCfg.reject_method < REJECT_METHODS.size();
     xasForEachLine(oldText, [&](std::string_view line) {
-        const std::string_view key = xasFirstToken(line, "=");
-        if (key == "REJECT_METHOD" && !isMethodKnown)
+        if (!isMethodKnown && xasFirstToken(line, "=") == "REJECT_METHOD")
             newText.complete = false;
         if (newText.complete)
-            newText.text += newLine(line, key, fWallCfg);
+            appendEdited(newText.text, line, fWallCfg);
     });
     if (!newText.complete)
         xasSetReply(*reply, XAS_RCODE_MISSING, "Invalid reject method");

@@ -8,8 +8,9 @@
 
 namespace {
 
-constexpr std::array<std::string_view, 3> LOOPBACK_WORDS = {"127.0.0.1", "localhost.localdomain",
-                                                            "localhost"};
+/** The one that the fewest other lines begin to have comes first. */
+constexpr std::array<std::string_view, 3> LOOPBACK_WORDS = {"localhost.localdomain", "localhost",
+                                                            "127.0.0.1"};
 
 bool isLoopbackLine(std::string_view line)
 {
@@ -41,8 +42,9 @@ std::string xasFullHostname(const XasHostnamePayload &payload)
 
 std::string xasHostsText(std::string_view oldText, const XasHostnamePayload &payload)
 {
-    std::string newText = xasFormatLine("%s\t%s\t%s\t%s\n", "127.0.0.1", xasFullHostname(payload).c_str(),
-                                        "localhost.localdomain", "localhost");
+    std::string newText = xasBeginNewText(oldText);
+    newText += xasFormatLine("%s\t%s\t%s\t%s\n", "127.0.0.1", xasFullHostname(payload).c_str(),
+                             "localhost.localdomain", "localhost");
     xasForEachLine(oldText, [&](std::string_view line) {
         if (!isLoopbackLine(line))
             newText += line;

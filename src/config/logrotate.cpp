@@ -47,7 +47,7 @@ std::string resized(std::string_view line, const SizeRule &rule, int kilobytes)
 
 std::string xasLogrotateText(std::string_view oldText, const XasSyslogPayload &syslog)
 {
-    std::string newText;
+    std::string newText = xasBeginNewText(oldText);
     int kilobytes = syslog.log_size;
     xasForEachLine(oldText, [&](std::string_view line) {
         for (const SizeRule &rule : SIZE_RULES) {

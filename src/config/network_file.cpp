@@ -32,7 +32,7 @@ std::string gatewayIPv6Line(const XasNetInfo &netInfo)
 
 std::string xasNetCfgText(std::string_view oldText, const XasNetInfo &netInfo)
 {
-    std::string newText;
+    std::string newText = xasBeginNewText(oldText);
     bool hasGateway = false;
     bool hasGatewayIPv6 = false;
     xasForEachLine(oldText, [&](std::string_view line) {

@@ -64,7 +64,7 @@ std::string xasNtpStepText(const XasNtpPayload &ntp)
 
 std::string xasNtpCfgText(std::string_view oldText, const XasNtpPayload &ntp)
 {
-    std::string newText;
+    std::string newText = xasBeginNewText(oldText);
     bool hasServers = false;
     xasForEachLine(oldText, [&](std::string_view line) {
         const Directive directive{line};

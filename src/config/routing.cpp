@@ -50,7 +50,7 @@ std::string ripSections(std::uint32_t ripVersion)
 
 std::string xasZebraText(std::string_view oldText, const XasRoutingPayload &routing)
 {
-    std::string newText;
+    std::string newText = xasBeginNewText(oldText);
     xasForEachLine(oldText, [&](std::string_view line) {
         if (!beforeEquals(line).starts_with("ip route"))
             newText += line;
@@ -64,7 +64,7 @@ std::string xasZebraText(std::string_view oldText, const XasRoutingPayload &rout
 
 std::string xasRipdText(std::string_view oldText, const XasRoutingPayload &routing)
 {
-    std::string newText;
+    std::string newText = xasBeginNewText(oldText);
     bool inRipSection = false;
     xasForEachLine(oldText, [&](std::string_view line) {
         const std::string_view command = beforeEquals(line);

@@ -38,16 +38,16 @@ bool isForwardingRule(std::string_view line)
     return line.find('@') != std::string_view::npos;
 }
 
-/** What becomes of a line that is neither a comment nor a forwarding rule. */
-std::string localRule(std::string_view line, const XasSyslogPayload &syslog)
+/** Appends what becomes of a line that is neither a comment nor a forwarding rule. */
+void appendLocalRule(std::string &text, std::string_view line, const XasSyslogPayload &syslog)
 {
     const std::string_view facility = xasFirstToken(line, ".");
     const auto *const category = std::ranges::find(CATEGORIES, facility, &LogCategory::facility);
     if (category == CATEGORIES.end())
-        return std::string{line};
-    if (line.find('/') == std::string_view::npos)
-        return {};
-    return xasFormatLine("%s.%s    %s\n", category->facility, levelName(*category, syslog), category->file);
+        text += line;
+    else if (line.find('/') != std::string_view::npos)
+        text +=
+            xasFormatLine("%s.%s    %s\n", category->facility, levelName(*category, syslog), category->file);
 }
 
 std::string remoteRules(const char *server, const XasSyslogPayload &syslog)
@@ -67,12 +67,12 @@ bool xasAreSyslogLevelsValid(const XasSyslogPayload &syslog)
 
 std::string xasSyslogLocalText(std::string_view oldText, const XasSyslogPayload &syslog)
 {
-    std::string newText;
+    std::string newText = xasBeginNewText(oldText);
     xasForEachLine(oldText, [&](std::string_view line) {
         if (line.starts_with('#'))
             newText += line;
         else if (!isForwardingRule(line))
-            newText += localRule(line, syslog);
+            appendLocalRule(newText, line, syslog);
     });
     return newText;
 }

@@ -2,7 +2,6 @@
 
 #include "core/log.h"
 
-#include <array>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -23,6 +22,14 @@ int complaintOf(int fd)
     if (!S_ISREG(status.st_mode))
         return EINVAL;
     return status.st_size > static_cast<off_t>(XAS_FILE_MAX) ? EFBIG : 0;
+}
+
+/** What a file takes with room for one byte more, at which its end shows; a file may not know its size. */
+std::size_t expectedSize(int fd)
+{
+    struct stat status {};
+    const bool isKnown = ::fstat(fd, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0;
+    return isKnown ? static_cast<std::size_t>(status.st_size) + 1 : CHUNK_SIZE;
 }
 
 } // namespace
@@ -46,16 +53,20 @@ XasFile xasOpenFile(const std::string &path)
 
 std::optional<std::string> xasReadAll(FILE *file)
 {
-    std::string text;
-    std::array<char, CHUNK_SIZE> chunk; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by read
-    for (;;) {
-        const ssize_t got = ::read(::fileno(file), chunk.data(), chunk.size());
-        if (got == 0 || (got < 0 && errno == EISDIR))
-            return text;
-        if (got < 0)
+    const int fd = ::fileno(file);
+    std::string text(expectedSize(fd), '\0');
+    for (std::size_t size = 0;;) {
+        if (size == text.size())
+            text.resize(size + CHUNK_SIZE);
+        const ssize_t got = ::read(fd, text.data() + size, text.size() - size);
+        if (got < 0 && errno != EISDIR)
             return std::nullopt;
-        text.append(chunk.data(), static_cast<std::size_t>(got));
-        if (text.size() > XAS_FILE_MAX)
+        if (got <= 0) {
+            text.resize(size);
+            return text;
+        }
+        size += static_cast<std::size_t>(got);
+        if (size > XAS_FILE_MAX)
             return std::nullopt;
     }
 }

@@ -46,8 +46,9 @@ std::string escaped(std::string text, std::string_view format)
 {
     if (std::ranges::none_of(text, isControl))
         return text;
-    const std::string_view end = text.ends_with('\n') ? "\n" : "";
-    text.resize(text.size() - end.size());
+    const bool isEnded = text.ends_with('\n');
+    if (isEnded)
+        text.pop_back();
     format.remove_suffix(format.ends_with('\n') ? 1 : 0);
     const bool areAllOurs = std::ranges::count(text, '\n') == std::ranges::count(format, '\n');
     std::string line;
@@ -57,7 +58,7 @@ std::string escaped(std::string text, std::string_view format)
         else
             line += c;
     }
-    return line.append(end);
+    return isEnded ? line + '\n' : line;
 }
 
 /** As logText(), without memory: a long text is cut, and control characters but for that at the end become

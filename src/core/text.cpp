@@ -33,6 +33,15 @@ std::string xasFormatLine(const char *format, ...)
     return text;
 }
 
+std::string xasBeginNewText(std::string_view oldText)
+{
+    constexpr std::size_t SHARE = 8; // of the old text that the new one may be longer
+    constexpr std::size_t MORE_LINES = 4 * XAS_LINE_MAX;
+    std::string text;
+    text.reserve(oldText.size() + oldText.size() / SHARE + MORE_LINES);
+    return text;
+}
+
 std::string_view xasWithoutLineEnd(std::string_view line)
 {
     if (line.ends_with('\n')) {

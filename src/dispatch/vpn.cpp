@@ -189,7 +189,7 @@ void addSecrets(const XasVpnPayload &vpn, const std::optional<std::string> &addr
 
 std::string xasIPsecGlobalText(std::string_view oldText)
 {
-    std::string newText;
+    std::string newText = xasBeginNewText(oldText);
     bool inConnections = false;
     xasForEachLine(oldText, [&](std::string_view line) {
         inConnections = inConnections || line.starts_with("conn ");

@@ -88,8 +88,8 @@ int xasAppendToFile(const std::string &path, std::string_view text, XasFileAcces
     XasGeneratedFile file{path, access};
     if (!file)
         return 1;
-    whole += text;
     file.write(whole);
+    file.write(text);
     return file.save() ? 0 : 1;
 }
 

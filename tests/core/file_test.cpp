@@ -3,6 +3,7 @@
 
 #include "support/faults.h"
 #include "support/files.h"
+#include "support/growth.h"
 #include "support/log.h"
 
 #include <cerrno>
@@ -84,6 +85,22 @@ TEST_F(ReadFile, IsReadWholeWithEveryByte)
     const std::string bytes = std::string(70000, 'x') + std::string{"\0\n\xFF", 3};
     EXPECT_EQ(xasReadWhole(dir.write("file", bytes), text), XasReading::whole);
     EXPECT_EQ(text, bytes);
+}
+
+TEST_F(ReadFile, TakesItsOwnSizeOfMemory)
+{
+    const XasFile file = xasOpenFile(dir.write("file", std::string(1'000'000, 'x')));
+    const XasAllocated allocated = xasAllocatedBy([&] { text = xasReadAll(file.get()).value(); });
+    EXPECT_EQ(allocated.blocks, 1U);
+    EXPECT_LE(allocated.bytes, 1'000'002U) << "a byte at which the end shows, and the terminating one";
+}
+
+TEST_F(ReadFile, ThatGrowsWhileItIsReadIsReadToItsEnd)
+{
+    const std::string path = dir.write("growing", "begin");
+    const XasFile file = xasOpenFile(path);
+    std::filesystem::resize_file(path, 40'005);
+    EXPECT_EQ(xasReadAll(file.get()), "begin" + std::string(40'000, '\0'));
 }
 
 TEST_F(ReadFile, IsNotOpenedWhenItCannotBecomeAStream)

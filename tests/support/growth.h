@@ -1,4 +1,4 @@
-/** Whether the time that an editor takes for a line depends on the length of the file. */
+/** Whether the time and the memory that an editor takes for a line depend on the length of the file. */
 #ifndef XAS_TEST_SUPPORT_GROWTH_H
 #define XAS_TEST_SUPPORT_GROWTH_H
 
@@ -7,13 +7,40 @@
 #include <string>
 #include <string_view>
 
+/** What operator new was asked for. */
+struct XasAllocated {
+    std::size_t blocks = 0;
+    std::size_t bytes = 0;
+};
+
+/** Since the program began. */
+XasAllocated xasAllocatedSoFar();
+
+/** What `work` allocates. */
+template <class Work>
+XasAllocated xasAllocatedBy(const Work &work)
+{
+    const XasAllocated before = xasAllocatedSoFar();
+    work();
+    const XasAllocated after = xasAllocatedSoFar();
+    return {after.blocks - before.blocks, after.bytes - before.bytes};
+}
+
+/** The line, so many times. */
+inline std::string xasRepeated(std::string_view line, std::size_t lines)
+{
+    std::string text;
+    text.reserve(line.size() * lines);
+    for (std::size_t i = 0; i < lines; ++i)
+        text += line;
+    return text;
+}
+
 /** The least processor time, in seconds, of two runs of `edit` over a text of that many lines. */
 template <class Edit>
 double xasEditSeconds(Edit edit, std::string_view line, std::size_t lines)
 {
-    std::string text;
-    for (std::size_t i = 0; i < lines; ++i)
-        text += line;
+    const std::string text = xasRepeated(line, lines);
     double least = 1e9;
     for (int run = 0; run < 2; ++run) {
         const std::clock_t before = std::clock();

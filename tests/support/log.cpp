@@ -63,6 +63,15 @@ void syslog(int priority, const char *format, ...)
     va_end(arguments);
 }
 
+/** What a fortified program calls instead. */
+void __syslog_chk(int priority, int /*flag*/, const char *format, ...)
+{
+    va_list arguments;
+    va_start(arguments, format);
+    appendLine(priority, format, arguments);
+    va_end(arguments);
+}
+
 void vsyslog(int priority, const char *format, va_list arguments)
 {
     appendLine(priority, format, arguments);

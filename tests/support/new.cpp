@@ -1,5 +1,6 @@
-// operator new that fails on request (xas_test_faults.h).
+// operator new that fails on request (support/faults.h) and is counted (support/growth.h).
 #include "support/faults.h"
+#include "support/growth.h"
 
 #include <cstdlib>
 #include <new>
@@ -14,6 +15,7 @@ struct FailingNew {
 };
 
 FailingNew failing;
+XasAllocated allocated;
 
 bool fails(std::size_t size)
 {
@@ -25,10 +27,17 @@ bool fails(std::size_t size)
 
 void *allocate(std::size_t size)
 {
+    ++allocated.blocks;
+    allocated.bytes += size;
     return fails(size) ? nullptr : std::malloc(size);
 }
 
 } // namespace
+
+XasAllocated xasAllocatedSoFar()
+{
+    return allocated;
+}
 
 XasFailingNew::XasFailingNew(std::size_t size, unsigned skip, unsigned times)
 {
