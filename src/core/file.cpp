@@ -2,6 +2,7 @@
 
 #include "core/log.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -24,12 +25,12 @@ int complaintOf(int fd)
     return status.st_size > static_cast<off_t>(XAS_FILE_MAX) ? EFBIG : 0;
 }
 
-/** What a file takes with room for one byte more, at which its end shows; a file may not know its size. */
-std::size_t expectedSize(int fd)
+/** The size of a file as it says itself; 0 when it does not know. */
+std::size_t statedSize(int fd)
 {
     struct stat status {};
-    const bool isKnown = ::fstat(fd, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0;
-    return isKnown ? static_cast<std::size_t>(status.st_size) + 1 : CHUNK_SIZE;
+    const bool isKnown = ::fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
+    return isKnown ? static_cast<std::size_t>(status.st_size) : 0;
 }
 
 } // namespace
@@ -54,20 +55,21 @@ XasFile xasOpenFile(const std::string &path)
 std::optional<std::string> xasReadAll(FILE *file)
 {
     const int fd = ::fileno(file);
-    std::string text(expectedSize(fd), '\0');
+    const std::size_t stated = statedSize(fd);
+    std::string text(stated != 0 ? stated + 1 : CHUNK_SIZE, '\0'); // a longer one shows
     for (std::size_t size = 0;;) {
         if (size == text.size())
             text.resize(size + CHUNK_SIZE);
         const ssize_t got = ::read(fd, text.data() + size, text.size() - size);
         if (got < 0 && errno != EISDIR)
             return std::nullopt;
-        if (got <= 0) {
+        size += static_cast<std::size_t>(std::max<ssize_t>(got, 0));
+        if (size > XAS_FILE_MAX)
+            return std::nullopt;
+        if (got <= 0 || size == stated) {
             text.resize(size);
             return text;
         }
-        size += static_cast<std::size_t>(got);
-        if (size > XAS_FILE_MAX)
-            return std::nullopt;
     }
 }
 
