@@ -40,12 +40,13 @@ TEST(XmsUsers, NeedALoginEach)
 
 TEST(XmsUsers, AreRefusedWhenTheDaemonWouldSkipThem)
 {
-    for (const auto &[field, value] : std::vector<std::pair<std::string, std::string>>{
-             {"login", "-r"}, {"login", "a:b"}, {"password", "x:0"}, {"password", "x\n"}, {"escseq", "\r"}}) {
+    const std::vector<XmsAssignment> refused = {
+        {"login", "-r"}, {"login", "a:b"}, {"password", "x:0"}, {"password", "x\n"}, {"escseq", "\r"}};
+    for (const XmsAssignment &each : refused) {
         const auto give = [&] {
-            usersOf({{"user1.login", "bob"}, {"user1." + field, value}});
+            usersOf({{"user1.login", "bob"}, {"user1." + each.name, each.value}});
         };
-        EXPECT_EQ(complaintOf(give), "user1: Invalid user to add") << field << ' ' << value;
+        EXPECT_EQ(complaintOf(give), "user1: Invalid user to add") << each.name << ' ' << each.value;
     }
 }
 
