@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <map>
 #include <set>
+#include <utility>
 
 namespace {
 
@@ -127,10 +128,12 @@ void checkPaths(const std::vector<XmsCheckedApp> &apps, XmsFindings &findings)
             if (!entry.type || !entry.path)
                 continue;
             const auto &[path, type] = *typeOfPath.emplace(*entry.path, *entry.type).first;
-            if (type != *entry.type)
-                findings.push_back(
-                    {checked.lineOfFile(n), XmsWorry::warning, "path",
-                     path + " is of TYPE " + *entry.type + " here and of TYPE " + type + " before"});
+            if (type == *entry.type)
+                continue;
+            std::string text = path;
+            text.append(" is of TYPE ").append(*entry.type);
+            text.append(" here and of TYPE ").append(type).append(" before");
+            findings.push_back({checked.lineOfFile(n), XmsWorry::warning, "path", std::move(text)});
         }
     }
 }
