@@ -157,8 +157,15 @@ TEST_F(CutReplacement, OfARestoreLeavesTheOldOrTheNewContent)
 
 TEST_F(CutReplacement, TakesFewCallsWithOneWriteAndTwoSyncs)
 {
-    const std::vector<Call> calls = callsOf("edit", {.live = OLD, .backup = OLDER});
-    EXPECT_LE(calls.size(), 22U); // the last one is the exit
+    std::vector<Call> calls = callsOf("edit", {.live = OLD, .backup = OLDER});
+#ifdef __SANITIZE_ADDRESS__ // it maps memory of its own for a block of a new size, and a stack that it gives
+                            // back
+    std::erase_if(calls, [](const Call &call) { return call.name == "mmap" || call.name == "sigaltstack"; });
+#endif
+    std::string names;
+    for (const Call &call : calls)
+        names += call.name + " ";
+    EXPECT_LE(calls.size(), 22U) << names; // the last one is the exit
     const auto count = [&](const char *name) {
         return std::ranges::count(calls, name, &Call::name);
     };
