@@ -5,6 +5,7 @@
 #include "core/utils.h"
 #include "files/generated_file.h"
 #include "files/sync.h"
+#include "wire/control.h"
 
 #include <algorithm>
 #include <array>
@@ -82,8 +83,7 @@ std::string withoutRemoved(std::string_view list, Removal removal)
 bool xasIsValidLogin(std::string_view login)
 {
     const auto isRefused = [](char c) {
-        const auto code = static_cast<unsigned char>(c);
-        return code <= ' ' || code == 0x7f || c == '/' || c == ':';
+        return xasIsControl(c) || c == ' ' || c == '/' || c == ':';
     };
     return !login.empty() && !login.starts_with('-') && std::ranges::none_of(login, isRefused);
 }

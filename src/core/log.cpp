@@ -9,6 +9,7 @@
 #include <string>
 
 #include "core/text.h"
+#include "wire/control.h"
 
 namespace {
 
@@ -33,18 +34,11 @@ std::string_view tagOf(const std::array<Tag, N> &table, int value)
     return found != table.end() ? found->name : std::string_view{};
 }
 
-/** True for a character that could begin a line of its own in a log, or do something to a terminal. */
-bool isControl(char c)
-{
-    const auto code = static_cast<unsigned char>(c);
-    return code < ' ' || code == 0x7F;
-}
-
 /** The text with its control characters in octal, but for a line feed at its end and those within the format.
  * When a value has one, too, nobody can tell them apart, and all are. */
 std::string escaped(std::string text, std::string_view format)
 {
-    if (std::ranges::none_of(text, isControl))
+    if (std::ranges::none_of(text, xasIsControl))
         return text;
     const bool isEnded = text.ends_with('\n');
     if (isEnded)
@@ -53,7 +47,7 @@ std::string escaped(std::string text, std::string_view format)
     const bool areAllOurs = std::ranges::count(text, '\n') == std::ranges::count(format, '\n');
     std::string line;
     for (const char c : text) {
-        if (isControl(c) && !(c == '\n' && areAllOurs))
+        if (xasIsControl(c) && !(c == '\n' && areAllOurs))
             line += xasFormat("\\%03o", static_cast<unsigned>(c));
         else
             line += c;
@@ -69,7 +63,7 @@ void logTextOnStack(int facility, int level, const char *format, va_list argumen
     std::vsnprintf(text.data(), text.size(), format, arguments);
     const std::size_t size = std::strlen(text.data());
     for (std::size_t i = 0; i + 1 < size; ++i)
-        text.at(i) = isControl(text.at(i)) ? '?' : text.at(i);
+        text.at(i) = xasIsControl(text.at(i)) ? '?' : text.at(i);
     syslog(level, "%s/%s-%s", xasFacilityTag(facility).data(), xasLevelTag(level).data(), text.data());
 }
 

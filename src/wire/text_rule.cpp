@@ -1,20 +1,15 @@
 #include "wire/text_rule.h"
 
 #include "wire/address.h"
+#include "wire/control.h"
 
 #include <algorithm>
 
 namespace {
 
-bool isControl(char c)
-{
-    const auto code = static_cast<unsigned char>(c);
-    return code < ' ' || code == 0x7F;
-}
-
 bool isLine(std::string_view text)
 {
-    return std::ranges::none_of(text, isControl);
+    return std::ranges::none_of(text, xasIsControl);
 }
 
 bool isLineWithout(std::string_view text, std::string_view refused)
