@@ -6,6 +6,8 @@
 #include "host_message.h"
 #include "least.h"
 #include "support/apps.h"
+#include "support/growth.h"
+#include "support/line_editors.h"
 #include "table.h"
 
 #include <cstdio>
@@ -48,16 +50,41 @@ void replaceLeast(const std::vector<std::string> &paths, const std::string &dire
     require(leastSync(directory.c_str()) == 0, "the C program did not sync");
 }
 
-void runSed(const std::string &path)
+void run(std::vector<std::string> words)
 {
-    std::string script = "1s/.*/127.0.0.1\tconsole.example.org\tlocalhost.localdomain\tlocalhost/";
-    std::string name = path;
-    std::string words[] = {"sed", "-i", "-e"};
-    char *argv[] = {words[0].data(), words[1].data(), words[2].data(), script.data(), name.data(), nullptr};
+    std::vector<char *> argv;
+    for (std::string &word : words)
+        argv.push_back(word.data());
+    argv.push_back(nullptr);
     pid_t pid = 0;
     int status = 0;
-    require(::posix_spawnp(&pid, "sed", nullptr, nullptr, argv, environ) == 0, "sed was not started");
-    require(::waitpid(pid, &status, 0) == pid && status == 0, "sed failed");
+    require(::posix_spawnp(&pid, argv.front(), nullptr, nullptr, argv.data(), environ) == 0, argv.front());
+    require(::waitpid(pid, &status, 0) == pid && status == 0, argv.front());
+}
+
+void runSed(const std::string &path)
+{
+    const std::string script = "1s/.*/127.0.0.1\tconsole.example.org\tlocalhost.localdomain\tlocalhost/";
+    run({"sed", "-i", "-e", script, path});
+}
+
+/** With the one lens that is needed; a name that is there already would not be written. */
+void runAugtool(const std::string &directory, int round)
+{
+    run({"sh", "-c", R"(exec augtool --noautoload --root "$0" --transform 'Hosts.lns incl /hosts' --autosave \
+             set /files/hosts/1/canonical "$1" >/dev/null)",
+         directory, "console" + std::to_string(round) + ".example.org"});
+}
+
+void measureAugtool(const Place &place, double ours, const std::string &what)
+{
+    constexpr const char *AUGTOOL = "/usr/bin/augtool";
+    if (!xasExists(AUGTOOL))
+        return;
+    BenchTimes augtool;
+    for (int round = 0; round < 5; ++round)
+        augtool.add(benchSeconds([&] { runAugtool(place.directory, round); }));
+    benchRow((what + ": beside augtool, its start included").c_str(), ours / augtool.least(), "ratio");
 }
 
 void measureFile(const Place &place, std::size_t lines, double mostBesideC)
@@ -80,6 +107,25 @@ void measureFile(const Place &place, std::size_t lines, double mostBesideC)
     benchRow((what + ": beside the C program").c_str(), taken / least.least(), "ratio", mostBesideC);
     benchRow((what + ": beside sed -i, its start included, unsynced").c_str(), taken / sed.least(), "ratio",
              !place.isOnDisk && lines > 10'000 ? 1 : -1);
+    if (lines == 200)
+        measureAugtool(place, taken, what);
+}
+
+/** The text alone, without its file: the editor for which it grows most. */
+void measureGrowth()
+{
+    double most = 0;
+    std::string whose;
+    for (const XasLineEditor &edit : xasLineEditors()) {
+        const double few = xasEditSeconds(edit.run, edit.line, 10'000) / 10'000;
+        const double many = xasEditSeconds(edit.run, edit.line, 1'000'000) / 1'000'000;
+        if (many / few > most) {
+            most = many / few;
+            whose = edit.editor;
+        }
+    }
+    benchRow(("a line of 1,000,000 beside one of 10,000, the worst of all editors: " + whose).c_str(), most,
+             "ratio", XAS_CONSTANT_GROWTH);
 }
 
 void measureMessage(const Place &place, double mostBesideC)
@@ -129,6 +175,7 @@ void benchFileWork()
     measureFile(inMemory, 200, 2);
     measureFile(inMemory, 100'000, 3);
     measureMessage(inMemory, 2);
+    measureGrowth();
     measureFile(onDisk, 1, -1);
     measureFile(onDisk, 200, 1.1);
     measureFile(onDisk, 100'000, -1);

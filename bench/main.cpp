@@ -5,6 +5,7 @@
 #include "files_bench.h"
 #include "support/root.h"
 #include "table.h"
+#include "types_bench.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -19,6 +20,7 @@ int main(int argc, char **argv)
         benchDaemon();
         if (argc > 1)
             benchRow("the program as it is installed", std::atof(argv[1]) / 1e3, "kB", 280);
+        benchTypes();
     } catch (const std::exception &error) {
         std::fprintf(stderr, "bench: %s\n", error.what());
         return 1;

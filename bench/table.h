@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
-#include <limits>
+#include <vector>
 
 /** Prints the title of the rows below it. */
 void benchTitle(const char *title);
@@ -21,15 +21,24 @@ double benchSeconds(const Work &work)
     return std::chrono::duration<double>{std::chrono::steady_clock::now() - before}.count();
 }
 
-/** The times of one way to do a work. The least counts: whatever else the machine does only adds to it. */
+/** The times of one way to do a work. */
 class BenchTimes {
   public:
-    void add(double seconds) { shortest = std::min(shortest, seconds); }
+    void add(double seconds) { times.push_back(seconds); }
 
-    [[nodiscard]] double least() const { return shortest; }
+    /** What counts where nothing shortens it: whatever else the machine does only adds to it. */
+    [[nodiscard]] double least() const { return *std::ranges::min_element(times); }
+
+    /** What counts of a time that begins at an uncertain moment. */
+    [[nodiscard]] double median() const
+    {
+        std::vector<double> sorted = times;
+        std::ranges::sort(sorted);
+        return sorted[sorted.size() / 2];
+    }
 
   private:
-    double shortest = std::numeric_limits<double>::max();
+    std::vector<double> times;
 };
 
 #endif

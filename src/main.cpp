@@ -6,6 +6,7 @@
 #include "core/link_watch.h"
 #include "core/log.h"
 #include "core/log_maintenance.h"
+#include "core/pages.h"
 #include "core/startup.h"
 #include "core/wait.h"
 #include "dispatch/ipfilter_timer.h"
@@ -74,6 +75,7 @@ int main(int argc, char *argv[])
     if (xasOpenLinkSocket() != 0)
         return START_FAILED;
     ::alarm(XAS_ALARM_PERIOD);
+    xasReleaseStartPages();
     for (;;)
         processMessage(apps);
 }

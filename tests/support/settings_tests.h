@@ -13,6 +13,7 @@
 #include "support/files.h"
 #include "support/log.h"
 #include "support/message.h"
+#include "support/settings_files.h"
 #include "support/settings_outcome.h"
 
 #include <map>
@@ -72,38 +73,12 @@ inline bool xasHasBackup(const XasExpectedFile &file)
 /** A setting's files as they are before its message, and the message. */
 class XasSettingTest : public XasFilesTest, public testing::WithParamInterface<XasSettingParam> {
   protected:
-    static constexpr mode_t OLD_MODE = 0640;
-    static constexpr mode_t SECRET_MODE = 0600;
+    static constexpr mode_t OLD_MODE = XAS_SETTING_FILE_MODE;
+    static constexpr mode_t SECRET_MODE = XAS_SETTING_SECRET_MODE;
 
     XasSettingTest() { prepare(); }
 
-    /** Everything as it was. What is read at fixed paths is there too, and says as little as it can. */
-    void prepare()
-    {
-        for (const std::string &name : dir.names())
-            std::filesystem::remove_all(dir.path(name));
-        if (setting.hasFixedPaths) {
-            std::filesystem::remove_all("/etc/sysconfig");
-            std::filesystem::create_directory_symlink(dir.path(), "/etc/sysconfig");
-            for (const char *path : {"/etc/krb5.conf", "/etc/tacplus.conf", "/etc/ipsec.secrets", "/www/xml",
-                                     "/tmp/.save/fips_mode"})
-                std::filesystem::remove_all(path);
-            dir.write("r58authconfig", "LOCAL=0\n", OLD_MODE);
-        }
-        for (const XasExpectedFile &each : setting.files)
-            put(each);
-    }
-
-    void put(const XasExpectedFile &each)
-    {
-        const std::string name = XasSituation::name(each);
-        if (each.way == XasFileWay::directory)
-            dir.write(name + "/inside", each.oldText);
-        else if (each.way == XasFileWay::link)
-            std::filesystem::create_symlink(each.oldText, dir.path(name));
-        else
-            dir.write(name, each.oldText, each.secret ? SECRET_MODE : OLD_MODE);
-    }
+    void prepare() { xasPutSettingFiles(setting, dir); }
 
     void putDirectory(const std::string &name)
     {
@@ -271,10 +246,7 @@ TEST_P(ASetting, HasTheLinesOfAHarmlessTextWhateverByteATextHolds)
 
 TEST_P(ASetting, IsToldAndRolledBackWhicheverAllocationFails)
 {
-    std::vector<std::pair<std::string, std::string>> list;
-    for (const XasExpectedFile &each : setting.files)
-        list.emplace_back(each.type, dir.path(XasSituation::name(each)));
-    const XasCfgFileList cfgFiles = xasTestCfgFiles(list);
+    const XasCfgFileList cfgFiles = xasTestCfgFiles(xasSettingFileList(setting, dir));
     const auto texts = [this] {
         XasFileListing files = listing();
         std::erase_if(files, [](const auto &file) {

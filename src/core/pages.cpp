@@ -1,0 +1,35 @@
+#include "core/pages.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <link.h>
+#include <string_view>
+#include <sys/mman.h>
+#include <unistd.h>
+
+namespace {
+
+/** A library's segment that is only read comes from its file. What the linker has written to is in others. */
+int releaseLibrary(dl_phdr_info *library, std::size_t /*size*/, void * /*unused*/)
+{
+    const std::string_view path{library->dlpi_name};
+    if (path.empty() || path.find("/libc.") != std::string_view::npos)
+        return 0;
+    const std::uintptr_t page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+    for (int i = library->dlpi_phnum - 1; i >= 0; --i) { // the first segment holds this table
+        const ElfW(Phdr) &segment = library->dlpi_phdr[i];
+        if (segment.p_type != PT_LOAD || (segment.p_flags & PF_W) != 0)
+            continue;
+        const std::uintptr_t start = (library->dlpi_addr + segment.p_vaddr) & ~(page - 1);
+        const std::uintptr_t end = library->dlpi_addr + segment.p_vaddr + segment.p_memsz;
+        ::madvise(reinterpret_cast<void *>(start), end - start, MADV_DONTNEED);
+    }
+    return 0;
+}
+
+} // namespace
+
+void xasReleaseStartPages()
+{
+    ::dl_iterate_phdr(releaseLibrary, nullptr);
+}
