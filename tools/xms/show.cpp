@@ -214,6 +214,16 @@ XmsJson xmsTrafficJson(const XmsTraffic &traffic)
     return json;
 }
 
+std::string xmsLogLineText(const XmsLogLine &line, XmsPaint paint)
+{
+    return xmsPainted(paint, XmsInk::faint, clockText(line.timeMs) + "  log " + xmsEscaped(line.text));
+}
+
+XmsJson xmsLogJson(const XmsLogLine &line)
+{
+    return {{"time_ms", line.timeMs}, {"log", line.text}};
+}
+
 std::string xmsJsonLine(const XmsJson &json)
 {
     return json.dump(-1, ' ', false, XmsJson::error_handler_t::replace);
