@@ -152,3 +152,9 @@ TEST_F(XmsCli, ACheckNeedsNoServer)
     EXPECT_EQ(errors, "xms: cannot read " + dir.path("none/r58/sysapp.xml") + "\n");
     EXPECT_EQ(run({"check", "--root", XAS_APPLIANCE_ROOT}), 0);
 }
+
+TEST_F(XmsCli, AnOptionThatMayBeRepeatedTakesOneWord)
+{
+    EXPECT_EQ(run({"set", "--log", "/dev/null", "--log", "/dev/zero", "dns", "dns1=ns1"}), 2);
+    EXPECT_THAT(errors, HasSubstr("dns1: \"ns1\" will not do"));
+}

@@ -77,7 +77,7 @@ void xmsAddLogs(CLI::App &command, XmsCommandLine &line)
     command
         .add_option("--log", line.options.logs,
                     "Log file to follow, by default /var/log/sw and /var/log/general; may be repeated")
-        ->expected(1)
+        ->allow_extra_args(false) // what follows is not another one
         ->take_all();
 }
 

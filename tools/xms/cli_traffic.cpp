@@ -2,6 +2,7 @@
 #include "xms/check.h"
 #include "xms/command_line.h"
 #include "xms/replay.h"
+#include "xms/report.h"
 #include "xms/serve.h"
 
 namespace {
@@ -34,7 +35,7 @@ void addWatch(CLI::App &app, XmsCommandLine &line)
     watch
         ->add_option("--type", line.watch.types,
                      "Only messages of this type, and their acknowledgements; may be repeated")
-        ->expected(1)
+        ->allow_extra_args(false)
         ->take_all();
     watch->add_option("--only", line.watch.only, "refused: only settings that are refused, with their answer")
         ->check(CLI::IsMember({"refused"}));
@@ -72,6 +73,12 @@ void addRecordings(CLI::App &app, XmsCommandLine &line)
     replay->add_option("FILE", line.recording, "The file; - is standard input")->required();
     replay->footer("Ends with status 1 when a setting was answered differently when it was recorded.");
     xmsAddTimeout(*replay, line.set.timeoutSeconds);
+
+    CLI::App *report = xmsAddCommand(app, line, "report", "Make one page of HTML of a recording",
+                                     [&] { return xmsReportCommand(line.options, line.recording); });
+    report->add_option("FILE", line.recording, "The file; - is standard input")->required();
+    xmsAddSecrets(*report, line, "Show the secrets that the recording holds");
+    report->footer("The page is written to standard output, needs no other file and runs nothing.");
 }
 
 } // namespace

@@ -41,6 +41,7 @@ _xms_options() {
     describe) printf '%s\n' --markdown --settings --man ;;
     watch) printf '%s\n' --dump --type --only --log --secrets ;;
     record) printf '%s\n' --files --list --log --secrets ;;
+    report) printf '%s\n' --secrets ;;
     replay) printf '%s\n' --timeout ;;
     check) printf '%s\n' --root ;;
     esac
@@ -66,12 +67,12 @@ _xms() {
         if [[ $current == -* ]]; then
             words=$(_xms_options "$command")
         elif [[ -z $command ]]; then
-            words='serve set preview get apply types watch describe record replay check'
+            words='serve set preview get apply types watch describe record replay report check'
         else
             case $command:$type in
             set: | preview: | get: | describe:) words=$(_xms_types) ;;
             set:* | preview:* | get:*) words=$(_xms_fields "$type") ;;
-            apply:* | record:* | replay:* | check:*)
+            apply:* | record:* | replay:* | report:* | check:*)
                 mapfile -t COMPREPLY < <(compgen -f -- "$current")
                 return
                 ;;
