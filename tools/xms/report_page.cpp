@@ -199,39 +199,53 @@ std::string titleOf(std::uint32_t msgtype)
     return msgtype == 0 ? "others" : msgShortName(msgtype);
 }
 
+Row totalOf(const std::map<std::uint32_t, Row> &rows)
+{
+    Row total;
+    for (const auto &[msgtype, row] : rows) {
+        for (std::size_t end = 0; end < row.ends.size(); ++end)
+            total.ends[end] += row.ends[end];
+        total.changes += row.changes;
+        total.slowest = std::max(total.slowest, row.slowest);
+    }
+    return total;
+}
+
+std::string countCell(std::size_t count)
+{
+    return element("td", "number", count == 0 ? "-" : number(count));
+}
+
+/** A row for each type; an outcome that there is none of has no column. */
 std::string tableText(const std::map<std::uint32_t, Row> &rows)
 {
+    const Row total = totalOf(rows);
+    const auto column = [](const std::string &title) {
+        return "<th scope=\"col\" class=\"number\">" + title + "</th>";
+    };
     std::string text = "<tr><th scope=\"col\">type</th>";
-    for (const char *column : {"applied", "refused", "unanswered", "event", "files changed", "longest"})
-        text += "<th scope=\"col\" class=\"number\">" + std::string{column} + "</th>";
-    text += "</tr>\n";
+    for (std::size_t end = 0; end < ENDS.size(); ++end)
+        text += total.ends[end] == 0 ? "" : column(ENDS[end]);
+    text += column("files") + column("longest") + "</tr>\n";
     for (const auto &[msgtype, row] : rows) {
         text += "<tr><th scope=\"row\">" + xmsHtml(titleOf(msgtype)) + "</th>";
-        for (const std::size_t count : row.ends)
-            text += element("td", "number", count == 0 ? "-" : number(count));
-        text += element("td", "number", row.changes == 0 ? "-" : number(row.changes)) +
+        for (std::size_t end = 0; end < ENDS.size(); ++end)
+            text += total.ends[end] == 0 ? "" : countCell(row.ends[end]);
+        text += countCell(row.changes) +
                 element("td", "number", row.slowest == 0 ? "-" : tookText(row.slowest)) + "</tr>\n";
     }
     return "<div class=\"wide\" tabindex=\"0\"><table>\n" + text + "</table></div>\n";
 }
 
-std::string figuresText(const std::map<std::uint32_t, Row> &rows)
+std::string figuresText(const Row &total)
 {
-    std::array<std::size_t, 4> ends{};
-    std::size_t changes = 0;
-    for (const auto &[msgtype, row] : rows) {
-        for (std::size_t end = 0; end < ends.size(); ++end)
-            ends[end] += row.ends[end];
-        changes += row.changes;
-    }
     std::string text;
-    for (std::size_t end = 0; end < ends.size(); ++end)
-        text +=
-            element("li", ENDS[end], "<b>" + number(ends[end]) + "</b>" + ENDS[end] + (end == 3 ? "s" : "")) +
-            "\n";
-    return element("ul", "figures",
-                   "\n" + text + element("li", "", "<b>" + number(changes) + "</b>changes of files")) +
-           "\n";
+    for (std::size_t end = 0; end < ENDS.size(); ++end)
+        text += element("li", ENDS[end],
+                        "<b>" + number(total.ends[end]) + "</b>" + ENDS[end] + (end == 3 ? "s" : "")) +
+                "\n";
+    text += element("li", "", "<b>" + number(total.changes) + "</b>changes of files");
+    return element("ul", "figures", "\n" + text) + "\n";
 }
 
 std::string refusalsText(const XmsReport &report)
@@ -261,7 +275,7 @@ std::string filtersText(const std::map<std::uint32_t, Row> &rows)
     std::string types = radio("type", "type-all", "all", true);
     for (const auto &[msgtype, row] : rows)
         types += radio("type", "type-" + number(msgtype), xmsHtml(titleOf(msgtype)), false);
-    return "<form>\n<fieldset><legend>Outcome</legend>\n" + ends +
+    return "<form>\n<h2>Show</h2>\n<fieldset><legend>Outcome</legend>\n" + ends +
            "</fieldset>\n<fieldset><legend>Type</legend>\n" + types + "</fieldset>\n</form>\n";
 }
 
@@ -286,8 +300,8 @@ std::string headerText(const XmsReport &report, const std::map<std::uint32_t, Ro
            timeText(report.beginMs, "%Y-%m-%d %H:%M:%S") + ", " + seconds + " s, " +
            counted(report.steps.size(), "message") + ". " +
            (report.hasSecrets ? "<strong>With secrets.</strong>" : "Secrets are masked.") + "</p>\n" +
-           figuresText(rows) + refusalsText(report) + "<h2>By type</h2>\n" + tableText(rows) +
-           "<h2>Show</h2>\n" + filtersText(rows) + "</header>\n";
+           figuresText(totalOf(rows)) + refusalsText(report) + "<h2>By type</h2>\n" + tableText(rows) +
+           filtersText(rows) + "</header>\n";
 }
 
 } // namespace
@@ -295,9 +309,7 @@ std::string headerText(const XmsReport &report, const std::map<std::uint32_t, Ro
 std::string xmsReportPage(const XmsReport &report)
 {
     const auto rows = rowsOf(report);
-    std::int64_t slowest = 0;
-    for (const auto &[msgtype, row] : rows)
-        slowest = std::max(slowest, row.slowest);
+    const std::int64_t slowest = totalOf(rows).slowest;
     std::string page =
         "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
         "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "

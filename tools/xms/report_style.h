@@ -69,7 +69,7 @@ summary code { color: var(--ink); font-weight: 400; }
   --good: #0b5128; --good-back: #e8f6ed; --bad: #8b1219; --bad-back: #fdeeee; --wait: #5d3b00; --wait-back: #fdf5e2;
   --told: #173f6b; --told-back: #edf4fb; --accent: #173f6b; }
   body { font-size: 9.5pt; print-color-adjust: exact; -webkit-print-color-adjust: exact; } form { display: none; }
-  header, main, footer { max-width: none; padding: 0; } .head, summary, tr { break-inside: avoid; break-after: avoid; }
+  header, main, footer { max-width: none; padding: 0; } .head, summary { break-inside: avoid; break-after: avoid; } tr { break-inside: avoid; }
   pre span { white-space: pre-wrap; width: auto; overflow-wrap: anywhere; } a { color: inherit; text-decoration: none; } }
 )";
 
