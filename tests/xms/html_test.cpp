@@ -40,7 +40,7 @@ TEST(XmsHtml, OfAnyBytesNothingIsLeftThatHasAMeaning)
     for (int round = 0; round < 2000; ++round) {
         std::string text(random() % 40, '\0');
         for (char &c : text)
-            c = static_cast<char>(random() % 2 == 0 ? "<>&\"'\xC3\xE2"[random() % 7] : random());
+            c = random() % 2 == 0 ? "<>&\"'\xC3\xE2"[random() % 7] : static_cast<char>(random());
         const std::string html = xmsHtml(text);
         EXPECT_EQ(html.find_first_of("<>\"'"), std::string::npos);
         EXPECT_EQ(html.find('\0'), std::string::npos);

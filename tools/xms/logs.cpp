@@ -76,7 +76,7 @@ std::string XmsLogs::readNew(File &file)
         open(file, false);
     const int log = ::open(file.path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     std::string text(std::min(static_cast<std::size_t>(status.st_size - file.read), LOOK_MAX), '\0');
-    const ssize_t size = log < 0 ? 0 : pread(log, text.data(), text.size(), file.read);
+    const ssize_t size = log < 0 ? 0 : pread(log, text.data(), text.size(), static_cast<off_t>(file.read));
     if (log >= 0)
         close(log);
     text.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));

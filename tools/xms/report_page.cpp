@@ -48,7 +48,7 @@ std::string counted(std::size_t count, const std::string &one)
 
 std::string timeText(std::int64_t timeMs, const char *form)
 {
-    const std::time_t seconds = timeMs / 1000;
+    const auto seconds = static_cast<std::time_t>(timeMs / 1000);
     std::tm local{};
     std::array<char, 64> text{};
     if (localtime_r(&seconds, &local) == nullptr ||
