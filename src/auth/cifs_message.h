@@ -21,9 +21,11 @@ inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasCifsPayload, eth1, flag, "on the first port").byDefault("yes"),
     XAS_FIELD(XasCifsPayload, eth2, flag, "on the second port"),
     XAS_FIELD(XasCifsPayload, lanman_pwd, text, "LAN Manager hash of the password, 32 hexadecimal digits")
+        .secret()
         .holding(XasTextRule::column)
         .readIf(xasIsSet<&XasCifsPayload::enabled>),
     XAS_FIELD(XasCifsPayload, nt_pwd, text, "NT hash of the password, 32 hexadecimal digits")
+        .secret()
         .holding(XasTextRule::column)
         .readIf(xasIsSet<&XasCifsPayload::enabled>),
     XAS_FIELD(XasCifsPayload, lct_field, text,

@@ -45,6 +45,7 @@ inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasLdapPayload, bind_name, text, "bind DN; empty: none")
         .readIf(xasIsSet<&XasLdapPayload::enabled>),
     XAS_FIELD(XasLdapPayload, bind_passwd, text, "bind password; empty: none")
+        .secret()
         .readIf(xasIsSet<&XasLdapPayload::enabled>),
     XAS_FIELD(XasLdapPayload, bind_with_login, flag, "the current login goes into the bind name"),
     XAS_FIELD(XasLdapPayload, port, number, "port; 0: the default"),

@@ -36,6 +36,7 @@ inline constexpr XasMsgField FIELDS[] = {
         .byDefault("none")
         .readIf(xasIsSet<&XasRadiusPayload::enabled>),
     XAS_FIELD_AS("secret1", XasRadiusPayload, server1.secret, text, "its shared secret")
+        .secret()
         .holding(XasTextRule::secret)
         .readIf(xasIsSet<&XasRadiusPayload::enabled>),
     XAS_FIELD_AS("port1", XasRadiusPayload, server1.port, number, "its port").byDefault("1812"),
@@ -43,6 +44,7 @@ inline constexpr XasMsgField FIELDS[] = {
         .byDefault("none")
         .readIf(xasIsSet<&XasRadiusPayload::enabled>),
     XAS_FIELD_AS("secret2", XasRadiusPayload, server2.secret, text, "its shared secret")
+        .secret()
         .holding(XasTextRule::secret)
         .readIf(isSecondWritten),
     XAS_FIELD_AS("port2", XasRadiusPayload, server2.port, number, "its port").byDefault("1812"),

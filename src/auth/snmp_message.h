@@ -62,11 +62,11 @@ inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasSnmpPayload, syslocation, text, "where the appliance stands"),
     XAS_FIELD(XasSnmpPayload, syscontact, text, "who looks after it"),
     XAS_FIELD(XasSnmpPayload, v3user, text, "read-only user of version 3"),
-    XAS_FIELD(XasSnmpPayload, v3pass, text, "its pass phrase for authentication"),
-    XAS_FIELD(XasSnmpPayload, v3phrase, text, "its pass phrase for privacy"),
+    XAS_FIELD(XasSnmpPayload, v3pass, text, "its pass phrase for authentication").secret(),
+    XAS_FIELD(XasSnmpPayload, v3phrase, text, "its pass phrase for privacy").secret(),
     XAS_FIELD(XasSnmpPayload, v3rwuser, text, "read-write user of version 3"),
-    XAS_FIELD(XasSnmpPayload, v3rwpass, text, "its pass phrase for authentication"),
-    XAS_FIELD(XasSnmpPayload, v3rwphrase, text, "its pass phrase for privacy"),
+    XAS_FIELD(XasSnmpPayload, v3rwpass, text, "its pass phrase for authentication").secret(),
+    XAS_FIELD(XasSnmpPayload, v3rwphrase, text, "its pass phrase for privacy").secret(),
     XAS_FIELD(XasSnmpPayload, v3security, choice,
               "what both users must do: nothing, prove who they are, or encrypt too")
         .of(LEVELS)
@@ -74,10 +74,12 @@ inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasSnmpPayload, v3auth, choice, "hash of the authentication").of(HASHES).byDefault("sha"),
     XAS_FIELD(XasSnmpPayload, v3encrypt, choice, "cipher of the privacy").of(CIPHERS).byDefault("aes"),
     XAS_FIELD(XasSnmpPayload, ro_community, text, "community that may read, of version 1 and 2")
+        .secret()
         .readIf(areCommunitiesWritten),
     XAS_FIELD(XasSnmpPayload, rw_community, text, "community that may write, too")
+        .secret()
         .readIf(areCommunitiesWritten),
-    XAS_FIELD(XasSnmpPayload, trap_community, text, "community that traps are sent with"),
+    XAS_FIELD(XasSnmpPayload, trap_community, text, "community that traps are sent with").secret(),
     XAS_FIELD(XasSnmpPayload, community_mode, choice,
               "what becomes of the two communities in the agent's file")
         .of(MODES),

@@ -33,6 +33,7 @@ inline constexpr XasMsgField FIELDS[] = {
               "position among the login methods, for others: the order on disk counts"),
     XAS_FIELD_AS("", XasTacacsPayload, servers[0], hostAddr, "a server").byDefault("none").in(SERVERS),
     XAS_FIELD(XasTacacsPayload, server1_secret, text, "the secret shared with all of them")
+        .secret()
         .holding(XasTextRule::pamValue),
     XAS_FIELD(XasTacacsPayload, encrypt, flag, "the traffic is encrypted").byDefault("yes"),
     XAS_FIELD(XasTacacsPayload, service, choice, "how the password travels").of(SERVICES),

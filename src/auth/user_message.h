@@ -124,6 +124,7 @@ inline bool isNeverRead(const XasMessage & /*msg*/, std::size_t /*element*/)
 inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD_OF(XasUserPayload, user, login, text, "login name"),
     XAS_FIELD_OF(XasUserPayload, user, password, text, "encrypted password; empty: none")
+        .secret()
         .readIf(isPasswordTaken),
     XAS_FIELD_OF(XasUserPayload, user, uid, number, "user id"),
     XAS_FIELD_OF(XasUserPayload, user, listen, mask, "ports that the user may listen to"),

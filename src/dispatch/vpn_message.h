@@ -74,6 +74,7 @@ inline constexpr XasMsgField FIELDS[] = {
         .of(METHODS)
         .byDefault("psk"),
     XAS_FIELD(XasVpnPayload, auth_key, text, "the pre-shared key, or the remote public RSA key")
+        .secret()
         .holding(XasTextRule::quoted)
         .readIf(isKeyWritten),
     XAS_FIELD(XasVpnPayload, remote_host, hostAddr, "the other end; none: whoever knows the key")
@@ -104,7 +105,7 @@ inline constexpr XasMsgField FIELDS[] = {
     XAS_FIELD(XasVpnPayload, modecfg, flag, "the other end configures the appliance's address"),
     XAS_FIELD(XasVpnPayload, xauth, flag, "the appliance logs in at the other end"),
     XAS_FIELD(XasVpnPayload, xauth_login, text, "user name of that login").readIf(isLoginWritten),
-    XAS_FIELD(XasVpnPayload, xauth_passwd, text, "its password").readIf(isLoginSecretWritten),
+    XAS_FIELD(XasVpnPayload, xauth_passwd, text, "its password").secret().readIf(isLoginSecretWritten),
 };
 static_assert(xasFieldsAreSound<XasVpnPayload>(FIELDS));
 

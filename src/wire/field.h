@@ -100,6 +100,7 @@ struct XasMsgField {
     std::span<const XasValueName> names = {}; /**< of a choice */
     std::optional<XasRange> range = {};   /**< narrower than the width; of a choice: numbers without name */
     bool none = false;                    /**< of an IPv4 address: 255.255.255.255 means none */
+    bool isSecret = false;                /**< of a text: shown to people only when they ask for it */
     XasTextRule rule = XasTextRule::line; /**< of a text; the name in a host record is a word */
     XasReadCondition isRead = nullptr;    /**< of a text that the daemon does not always read: when it does */
     std::string_view initial = {};        /**< the default as text; empty: all zero */
@@ -131,6 +132,7 @@ struct XasMsgField {
     {
         return with(&XasMsgField::isRead, condition);
     }
+    constexpr XasMsgField secret() const { return with(&XasMsgField::isSecret, true); }
     constexpr XasMsgField byDefault(std::string_view text) const { return with(&XasMsgField::initial, text); }
     constexpr XasMsgField in(const XasMsgGroup &all) const { return with(&XasMsgField::group, &all); }
     constexpr XasMsgField counting(const XasMsgGroup &all) const { return with(&XasMsgField::counts, &all); }
@@ -229,7 +231,8 @@ constexpr bool xasFieldIsSound(const XasMsgField &field)
 {
     const bool isChoice = field.kind == XasFieldKind::choice;
     return xasWidthFits(field.kind, field.place.width) && (field.isRepeated() || !field.name.empty()) &&
-           !field.meaning.empty() && isChoice == !field.names.empty();
+           !field.meaning.empty() && isChoice == !field.names.empty() &&
+           (!field.isSecret || field.kind == XasFieldKind::text);
 }
 
 /** True for a field that holds text which is checked: a text, or a host record. */

@@ -3,9 +3,8 @@
 #include "core/sysapp_parser.h"
 #include "dispatch/settings.h"
 #include "support/files.h"
+#include "support/mutated.h"
 #include "xms/error.h"
-
-#include <random>
 
 namespace {
 
@@ -69,24 +68,6 @@ class XmsCheck : public XasFilesTest {
     std::string output;
 };
 
-/** The shipped list with a few characters lost, doubled or replaced. */
-std::string mutated(std::string text, std::mt19937 &random)
-{
-    const auto below = [&](std::size_t end) {
-        return static_cast<std::size_t>(random() % end);
-    };
-    const std::size_t at = below(text.size() - 8);
-    const std::size_t length = 1 + below(8);
-    switch (below(3)) {
-    case 0:
-        return text.erase(at, length);
-    case 1:
-        return text.insert(at, text.substr(at, length));
-    default:
-        return text.replace(at, 1, 1, "<>/ \tAa0&"[below(9)]);
-    }
-}
-
 bool isClean(const XmsFindings &findings)
 {
     return std::ranges::all_of(findings,
@@ -117,7 +98,7 @@ TEST_F(XmsCheck, AgreesWithTheDaemonAboutListsThatWereTamperedWith)
     int loaded = 0;
     int clean = 0;
     for (int i = 0; i < 1000; ++i) {
-        const std::string text = mutated(shipped, random);
+        const std::string text = xasMutatedList(shipped, random);
         const std::string path = dir.write("mutated.xml", text);
         const XmsFindings findings = xmsCheckList(path, "");
         XasAppList apps;

@@ -38,6 +38,10 @@ TEST_F(XmsCli, WrongArgumentsEndWithStatusTwo)
     EXPECT_EQ(run({"frobnicate"}), 2);
     EXPECT_EQ(run({"set"}), 2);
     EXPECT_EQ(run({"get"}), 2);
+    EXPECT_EQ(errors, "xms: one type is shown or, with --all, all of them\n");
+    EXPECT_EQ(run({"get", "dns", "--all"}), 2);
+    EXPECT_EQ(run({"apply"}), 2);
+    EXPECT_EQ(run({"apply", "--stop", "--go-on", "file"}), 2);
     EXPECT_EQ(run({"--color", "blue", "types"}), 2);
     EXPECT_EQ(run({"set", "--timeout", "-1", "dns"}), 2);
     EXPECT_EQ(run({"describe"}), 2);
@@ -76,6 +80,8 @@ TEST_F(XmsCli, WithoutAServerTheStatusIsThree)
 {
     for (const std::vector<std::string> &words : {std::vector<std::string>{"set", "dns", "dns1=10.0.0.1"},
                                                   {"get", "dns"},
+                                                  {"get", "--all", "--yaml"},
+                                                  {"apply", dir.path("file")},
                                                   {"watch"},
                                                   {"record", dir.path("session")}}) {
         EXPECT_EQ(run(words), 3) << words.front();
@@ -145,4 +151,10 @@ TEST_F(XmsCli, ACheckNeedsNoServer)
     EXPECT_EQ(run({"check", "--root", dir.path("none")}), 2);
     EXPECT_EQ(errors, "xms: cannot read " + dir.path("none/r58/sysapp.xml") + "\n");
     EXPECT_EQ(run({"check", "--root", XAS_APPLIANCE_ROOT}), 0);
+}
+
+TEST_F(XmsCli, AnOptionThatMayBeRepeatedTakesOneWord)
+{
+    EXPECT_EQ(run({"set", "--log", "/dev/null", "--log", "/dev/zero", "dns", "dns1=ns1"}), 2);
+    EXPECT_THAT(errors, HasSubstr("dns1: \"ns1\" will not do"));
 }

@@ -80,3 +80,13 @@ TEST(XmsOutcomes, ProgramsGetEveryPartOfTheAcknowledgement)
               R"({"type":"dns","id":7,"result":"refused","success":false,"complete":true,"rcode":3,)"
               R"("rstr":"no","ms":104.4,"stored":false})");
 }
+
+TEST(XmsOutcomes, TheLogOfARefusalStandsBelowIt)
+{
+    XmsOutcome outcome = xmsOutcomeFrom(XMSG_HOSTNAME, answered(false, 1, "no"));
+    outcome.log = {"xasd: sw/err-no", "a\tb"};
+    EXPECT_EQ(xmsOutcomeText(outcome, XmsPaint::plain), "hostname #7: refused, rcode 1, \"no\", 104 ms\n"
+                                                        "  log: xasd: sw/err-no\n"
+                                                        "  log: a\\x09b");
+    EXPECT_EQ(xmsOutcomeJson(outcome).at("log").dump(), R"(["xasd: sw/err-no","a\tb"])");
+}

@@ -121,13 +121,13 @@ TEST(XmsRecording, AMessageLosesTheZeroesAtItsEnd)
 {
     XasMessage record =
         XasMessageBuilder{XMSG_NAT_NOTIFY}.sender(1).id(7).set("add", 1).set("address", "10.1.0.0");
-    EXPECT_EQ(xmsJsonLine(xmsRecordingLine(traffic(true, record))),
+    EXPECT_EQ(xmsJsonLine(xmsRecordingLine(traffic(true, record), true)),
               R"({"time_ms":1700000000123,"to_daemon":true,"type":"nat_notify","action":0,"sender":1,"id":7,)"
               R"("orig_id":0,"payload":"010000000a01"})");
     record = XasMessageBuilder{66}.sender(4).id(8);
     record.xH.action = XAS_ACTION_RETURN;
     record.xH.orig_id = 5;
-    EXPECT_EQ(xmsJsonLine(xmsRecordingLine(traffic(false, record))),
+    EXPECT_EQ(xmsJsonLine(xmsRecordingLine(traffic(false, record), true)),
               R"({"time_ms":1700000000123,"to_daemon":false,"type":"66","action":2,"sender":4,"id":8,)"
               R"("orig_id":5,"payload":""})");
 }
@@ -135,7 +135,7 @@ TEST(XmsRecording, AMessageLosesTheZeroesAtItsEnd)
 TEST(XmsRecording, WhatIsNoMessageIsKeptWhole)
 {
     EXPECT_EQ(
-        xmsJsonLine(xmsRecordingLine({5, true, XmsUserEntry(344, std::byte{0x61})})),
+        xmsJsonLine(xmsRecordingLine({5, true, XmsUserEntry(344, std::byte{0x61})}, true)),
         R"({"time_ms":5,"to_daemon":true,"users":")" +
             [] {
                 std::string hex;
@@ -144,7 +144,7 @@ TEST(XmsRecording, WhatIsNoMessageIsKeptWhole)
                 return hex;
             }() +
             "\"}");
-    EXPECT_EQ(xmsJsonLine(xmsRecordingLine({5, false, {std::byte{1}, std::byte{2}}})),
+    EXPECT_EQ(xmsJsonLine(xmsRecordingLine({5, false, {std::byte{1}, std::byte{2}}}, true)),
               R"({"time_ms":5,"to_daemon":false,"bytes":"0102"})");
 }
 
@@ -153,8 +153,41 @@ TEST(XmsRecording, WhatWasWrittenIsReadAgain)
     const XasMessage record =
         XasMessageBuilder{XMSG_TIMEZONE}.sender(1).id(7).set("zone", std::string(2368, 'z'));
     const auto settings = settingsOf(xmsJsonLine(xmsRecordingStart()) + "\n" +
-                                     xmsJsonLine(xmsRecordingLine(traffic(true, record))) + "\n");
+                                     xmsJsonLine(xmsRecordingLine(traffic(true, record), true)) + "\n");
     ASSERT_EQ(settings.size(), 1U);
     EXPECT_EQ(xasMessageBytes(settings[0].record), xasMessageBytes(record));
     EXPECT_FALSE(settings[0].reply);
+}
+
+TEST(XmsRecording, WithoutSecretsTheFieldsThatHadOneAreNamed)
+{
+    const XasMessage record = XasMessageBuilder{XMSG_TACACS}.sender(1).id(7).set("server1_secret", "testing");
+    const XmsJson line = xmsRecordingLine(traffic(true, record), false);
+    EXPECT_EQ(line.at("masked").dump(), R"(["server1_secret"])");
+    const auto settings =
+        settingsOf(xmsJsonLine(xmsRecordingStart()) + "\n" + xmsJsonLine(line) + "\n" + DNS);
+    ASSERT_EQ(settings.size(), 2U);
+    EXPECT_EQ(xasValueIn(settings[0].record, "server1_secret"), "********");
+    EXPECT_THAT(settings[0].masked, ElementsAre("server1_secret"));
+    EXPECT_THAT(settings[1].masked, IsEmpty());
+    EXPECT_FALSE(xmsRecordingLine(traffic(true, record), true).contains("masked"));
+}
+
+TEST(XmsRecording, LogLinesAndChangesAreReadAgainInTheirOrder)
+{
+    const XmsFileChange change{5, "/etc/x", "@@ -1 +1 @@\n-a\n+b\n", true};
+    EXPECT_EQ(xmsJsonLine(xmsChangeLine(change)),
+              R"({"time_ms":5,"file":"/etc/x","difference":"@@ -1 +1 @@\n-a\n+b\n","closed":true})");
+    std::istringstream recording{START + xmsJsonLine(xmsLogJson({4, "a line"})) + "\n" + DNS +
+                                 xmsJsonLine(xmsChangeLine(change)) + "\n"};
+    std::vector<XmsRecordedEvent> events;
+    xmsReadRecording(recording, "session", [&](const XmsRecordedEvent &event) { events.push_back(event); });
+    ASSERT_EQ(events.size(), 3U);
+    EXPECT_EQ(std::get<XmsLogLine>(events[0]).text, "a line");
+    EXPECT_EQ(std::get<XmsLogLine>(events[0]).timeMs, 4);
+    EXPECT_EQ(xmsTrafficMessage(std::get<XmsRecordedTraffic>(events[1]).traffic).xH.id, 3U);
+    const auto &again = std::get<XmsFileChange>(events[2]);
+    EXPECT_EQ(again.path, change.path);
+    EXPECT_EQ(again.difference, change.difference);
+    EXPECT_TRUE(again.isClosed);
 }

@@ -27,9 +27,10 @@ std::string hexOfZeroes(std::size_t bytes)
 class XmsReplay : public XmsServeTest {
   protected:
     /** Starts recording into a file and waits until it has begun. */
-    void record()
+    void record(std::vector<std::string> options = {})
     {
-        recorder = startProgram({"record", dir.path("session")}, "recorder");
+        options.insert(options.begin(), {"record", dir.path("session"), "--log", dir.path("sw")});
+        recorder = startProgram(options, "recorder");
         ASSERT_TRUE(xasEventually([&] { return dir.has("session") && !dir.read("session").empty(); }));
     }
 
@@ -165,7 +166,7 @@ TEST_F(XmsReplay, ProgramsAreToldWhatWasRecorded)
 TEST_F(XmsReplay, EverythingThatPassesIsRecordedForTheOwnerOnly)
 {
     serve();
-    record();
+    record({"--secrets"});
     EXPECT_EQ(setAndAnswer({"set", "hostname", "hostname=a1"}, true), 0);
     EXPECT_EQ(setAndAnswer({"set", "dns"}, false, "no"), 1);
     send(std::string(5, 'x'));
@@ -235,4 +236,66 @@ TEST_F(XmsReplay, AnEventIsSentAgainAndAnUnansweredSettingIsNotCompared)
     EXPECT_EQ(printed(), "notify #1: sent (never answered)\n"
                          "hostname #2: refused, rcode 1, \"no\", N ms\n"
                          "2 settings replayed, all as recorded\n");
+}
+
+TEST_F(XmsReplay, ASessionThatWasRecordedWithoutItsSecretsIsNotReplayed)
+{
+    serve();
+    record();
+    EXPECT_EQ(setAndAnswer({"set", "radius", "secret1=testing"}, true), 0);
+    ASSERT_TRUE(xasEventually([&] { return recordedLines().size() == 3; }));
+    EXPECT_EQ(endRecording(), 0);
+    EXPECT_EQ(dir.read("session").find("74657374696e67"), std::string::npos) << "testing";
+    EXPECT_THAT(recordedLines()[1], HasSubstr(R"("masked":["secret1"])"));
+    EXPECT_EQ(run({"replay", dir.path("session")}), 2);
+    EXPECT_EQ(dir.read("out.err"), "xms: radius #1 was recorded without its secrets (secret1): what is to be "
+                                   "replayed is recorded with --secrets\n");
+    EXPECT_FALSE(receive(std::chrono::milliseconds{100}));
+}
+
+TEST_F(XmsReplay, ASessionThatWasRecordedWithItsSecretsIsReplayed)
+{
+    serve();
+    record({"--secrets"});
+    EXPECT_EQ(setAndAnswer({"set", "radius", "secret1=testing"}, true), 0);
+    ASSERT_TRUE(xasEventually([&] { return recordedLines().size() == 3; }));
+    EXPECT_EQ(endRecording(), 0);
+    const pid_t client = startProgram({"replay", dir.path("session")}, "out");
+    receiveAndAnswer(true);
+    EXPECT_EQ(statusOf(client), 0);
+    EXPECT_EQ(xasValueIn(received, "secret1"), "testing");
+}
+
+TEST_F(XmsReplay, WhatIsLoggedAndWhatChangesIsRecordedButNotReplayed)
+{
+    serve();
+    dir.write("sysapp.xml", "<SYSAPP><APP><NAME>radius</NAME><CFGFILE><TYPE>radius</TYPE><PATH>" +
+                                dir.path("server") + "</PATH></CFGFILE></APP></SYSAPP>");
+    dir.write("server", "10.0.0.1 before\n");
+    dir.write("store/XMSG_RADIUS", xasMessageBytes(XasMessageBuilder{XMSG_RADIUS}.set("secret1", "before")));
+    record({"--files", "--list", dir.path("sysapp.xml")});
+    const pid_t client = startProgram({"set", "radius", "secret1=testing"}, "out");
+    const auto setting = receive();
+    ASSERT_TRUE(setting);
+    ASSERT_TRUE(xasEventually([&] { return recordedLines().size() == 2; }));
+    dir.write("server", "10.0.0.1 testing\n");
+    dir.write("sw", "Nov 22 05:21:43 console xasd: sw/info-secret testing is written \n");
+    acknowledge(setting->xH.id, true);
+    EXPECT_EQ(statusOf(client), 0);
+    ASSERT_TRUE(xasEventually([&] { return recordedLines().size() == 5; }));
+    EXPECT_EQ(endRecording(), 0);
+    EXPECT_EQ(recordedLines()[2], R"({"log":"xasd: sw/info-secret ******** is written"})");
+    EXPECT_EQ(recordedLines()[3], APPLIED);
+    EXPECT_EQ(recordedLines()[4],
+              R"({"file":")" + dir.path("server") +
+                  R"(","difference":"@@ -1 +1 @@\n-10.0.0.1 ********\n+10.0.0.1 ********\n"})");
+    EXPECT_EQ(dir.read("session").find("testing"), std::string::npos);
+    EXPECT_EQ(dir.read("session").find("before"), std::string::npos);
+}
+
+TEST_F(XmsReplay, AListThatIsNotThereEndsARecordingBeforeItBegins)
+{
+    serve();
+    EXPECT_EQ(run({"record", "--files", "--list", dir.path("none"), dir.path("session")}), 2);
+    EXPECT_EQ(dir.read("out.err"), "xms: cannot read the application list " + dir.path("none") + "\n");
 }

@@ -227,3 +227,81 @@ TEST_F(XmsServe, QueuesThatAreKeptAreUsedAgainWithoutWhatWasLeftInThem)
     EXPECT_EQ(received.xH.msgtype, XMSG_DNS);
     EXPECT_GT(received.xH.id, 1000U); // no id that an earlier server may have used
 }
+
+TEST_F(XmsServe, SecretsAreMaskedUnlessTheyAreAskedFor)
+{
+    serve();
+    const pid_t watcher = startProgram({"watch", "--dump"}, "watched");
+    const pid_t other = startProgram({"watch", "--json", "--secrets"}, "watched openly");
+    EXPECT_TRUE(xasEventually([&] {
+        EXPECT_EQ(run({"set", "notify", "text=Eth1 here"}), 0);
+        EXPECT_TRUE(receive());
+        return dir.has("watched") && !dir.read("watched").empty() && dir.has("watched openly") &&
+               !dir.read("watched openly").empty();
+    }));
+    EXPECT_EQ(setAndAnswer({"set", "radius", "secret1=testing"}, true), 0);
+    EXPECT_EQ(run({"get", "radius"}), 0);
+    EXPECT_THAT(dir.read("out"), AllOf(HasSubstr("secret1  ********\n"), HasSubstr("secret2\n")));
+    EXPECT_EQ(run({"get", "radius", "--json"}), 0);
+    EXPECT_THAT(dir.read("out"), HasSubstr(R"("secret1":"********")"));
+    EXPECT_EQ(run({"get", "radius", "--secrets"}), 0);
+    EXPECT_THAT(dir.read("out"), HasSubstr("secret1  testing\n"));
+    EXPECT_EQ(stop(), 0);
+    EXPECT_EQ(statusOf(watcher), 3);
+    EXPECT_EQ(statusOf(other), 3);
+    EXPECT_THAT(dir.read("traffic"), AllOf(HasSubstr("secret1=********"), Not(HasSubstr("testing"))));
+    EXPECT_THAT(dir.read("watched"), AllOf(HasSubstr("secret: ********"), Not(HasSubstr("testing"))));
+    EXPECT_THAT(dir.read("watched openly"), HasSubstr(R"("secret1":"testing")"));
+}
+
+TEST_F(XmsServe, WhatIsNotDescribedIsShownOnlyOnRequest)
+{
+    serve();
+    dir.write("store/XMSG_SSH", xasMessageBytes(XasMessageBuilder{XMSG_SSH}.bytes(120, "pass")));
+    EXPECT_EQ(run({"get", "ssh"}), 0);
+    EXPECT_EQ(dir.read("out"), "  not described, and may hold secrets: --secrets shows its bytes\n");
+    EXPECT_EQ(run({"get", "ssh", "--secrets"}), 0);
+    EXPECT_THAT(dir.read("out"), StartsWith("7061737300"));
+}
+
+TEST_F(XmsServe, ARefusalComesWithWhatWasLoggedMeanwhile)
+{
+    serve();
+    const std::string log = dir.write("sw", "of before\n");
+    for (const bool isRefused : {true, false}) {
+        const pid_t client = startProgram({"set", "radius", "secret1=testing", "--log", log}, "out");
+        const auto setting = receive();
+        ASSERT_TRUE(setting);
+        dir.write("sw", "of before\nNov 22 05:21:43 console xasd: sw/err-no \x1b[31m testing\n");
+        acknowledge(setting->xH.id, !isRefused, "no");
+        EXPECT_EQ(statusOf(client), isRefused ? 1 : 0);
+        EXPECT_EQ(dir.read("out").find("\n  log: xasd: sw/err-no \\x1b[31m ********\n") != std::string::npos,
+                  isRefused);
+        dir.write("sw", "of before\n");
+    }
+}
+
+TEST_F(XmsServe, WhatIsLoggedIsShownBetweenTheMessages)
+{
+    serve({"--quiet"});
+    const std::string log = dir.write("sw", "");
+    const pid_t watcher = startProgram({"watch", "--type", "dns", "--log", log}, "watched");
+    EXPECT_TRUE(xasEventually([&] {
+        EXPECT_EQ(setAndAnswer({"set", "dns"}, true), 0);
+        return dir.has("watched") && !dir.read("watched").empty();
+    }));
+    const pid_t client = startProgram({"set", "dns", "dns1=10.0.0.53"}, "out");
+    const auto setting = receive();
+    ASSERT_TRUE(setting);
+    EXPECT_TRUE(xasEventually([&] { return dir.read("watched").ends_with("dns1=10.0.0.53\n"); }));
+    dir.write("sw", "xasd: sw/info-Running /r58/bin/dns\n");
+    acknowledge(setting->xH.id, true);
+    EXPECT_EQ(statusOf(client), 0);
+    EXPECT_TRUE(xasEventually([&] { return dir.read("watched").find("53\n") != std::string::npos; }));
+    EXPECT_EQ(stop(), 0);
+    EXPECT_EQ(statusOf(watcher), 3);
+    const std::string shown = dir.read("watched");
+    EXPECT_THAT(shown.substr(shown.find("dns1=10.0.0.53\n")),
+                testing::ContainsRegex("^dns1=10.0.0.53\n..:..:..\\....  log xasd: sw/info-Running "
+                                       "/r58/bin/dns\n..:..:..\\....  <- APP  Return  acknak "));
+}

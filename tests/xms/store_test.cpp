@@ -91,3 +91,18 @@ TEST_F(XmsStore, FilterSetsAreKeptByNumberAndARemovedSetIsForgotten)
     EXPECT_THAT(dir.names(), ElementsAre("XMSG_IPFILTER_SET-64"));
     EXPECT_EQ(xmsStoreApplied(filterSet(3, 2)), ""); // once more: nothing to forget
 }
+
+TEST_F(XmsStore, EveryRecordIsFoundByTheNameOfItsFile)
+{
+    EXPECT_EQ(xmsStoreApplied(filterSet(2, 0)), "");
+    EXPECT_EQ(xmsStoreApplied(filterSet(1, 0)), "");
+    EXPECT_EQ(xmsStoreApplied(hostnameRecord("console1")), "");
+    dir.write("XMSG_DNS", "short");
+    dir.write("XMSG_NTP", xasMessageBytes(hostnameRecord("elsewhere")));
+    dir.write("XMSG_HOSTNAME.tmp", xasMessageBytes(hostnameRecord("left")));
+    const auto records = xmsReadAllStored();
+    ASSERT_EQ(records.size(), 3U);
+    EXPECT_EQ(xasValueIn(records[0], "hostname"), "console1");
+    EXPECT_EQ(xasValueIn(records[1], "id"), "1");
+    EXPECT_EQ(xasValueIn(records[2], "id"), "2");
+}

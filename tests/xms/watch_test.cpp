@@ -35,16 +35,25 @@ XmsTraffic users()
     return {1, true, std::vector<std::byte>(344)};
 }
 
-/** What the filter shows of the traffic: ids of records, 0 for lists of users, a blank after each. */
-std::string shownOf(XmsWatchFilter filter, const std::vector<XmsTraffic> &all)
+/** What the filter shows: ids of records, 0 for lists of users, texts of log lines, a blank after each. */
+std::string shownOf(XmsWatchFilter filter, const std::vector<XmsEvent> &all)
 {
     std::string text;
-    for (const XmsTraffic &traffic : all) {
-        for (const XmsTraffic &shown : filter.pass(traffic))
-            text += std::to_string(xmsTrafficMessage(shown).xH.id) + " ";
+    for (const XmsEvent &event : all) {
+        for (const XmsEvent &shown : filter.pass(event)) {
+            const auto *traffic = std::get_if<XmsTraffic>(&shown);
+            text += traffic == nullptr ? std::get<XmsLogLine>(shown).text
+                                       : std::to_string(xmsTrafficMessage(*traffic).xH.id);
+            text += " ";
+        }
         text += "| ";
     }
     return text;
+}
+
+XmsEvent logged(const std::string &text)
+{
+    return XmsLogLine{1, text};
 }
 
 } // namespace
@@ -97,11 +106,35 @@ TEST(XmsWatch, AnswersThemselvesCanBeAskedFor)
     EXPECT_EQ(shownOf({{XMSG_ACKNAK}, false}, {setting(XMSG_DNS, 1), answer(1, true)}), "| 1001 | ");
 }
 
-TEST(XmsWatch, MessagesThatAreNeverAnsweredDoNotPileUp)
+TEST(XmsWatch, MessagesThatAreNotAnsweredDoNotPileUp)
 {
     XmsWatchFilter filter{{}, true};
     for (std::uint32_t id = 1; id <= 257; ++id)
-        filter.pass(setting(XMSG_NOTIFY, id));
+        filter.pass(setting(XMSG_DNS, id));
     EXPECT_EQ(filter.pass(answer(1, false)).size(), 0U) << "256 are held";
     EXPECT_EQ(filter.pass(answer(2, false)).size(), 2U);
+}
+
+TEST(XmsWatch, EventsAreNeverAnsweredAndWaitForNothing)
+{
+    EXPECT_EQ(shownOf({{XMSG_NOTIFY}, false}, {setting(XMSG_NOTIFY, 1), logged("a")}), "1 | | ");
+    EXPECT_EQ(shownOf({{}, true}, {setting(XMSG_NOTIFY, 1), logged("a"), setting(XMSG_DNS, 2), logged("b"),
+                                   answer(2, false)}),
+              "| | | | 2 b 1002 | ");
+}
+
+TEST(XmsWatch, WhatIsLoggedIsShownInBetween)
+{
+    EXPECT_EQ(shownOf({{}, false}, {logged("a"), setting(XMSG_DNS, 1), logged("b")}), "a | 1 | b | ");
+}
+
+TEST(XmsWatch, OfAFilterOnlyTheLogOfItsOwnSettingsIsShown)
+{
+    EXPECT_EQ(shownOf({{XMSG_DNS}, false}, {logged("a"), setting(XMSG_NTP, 1), logged("b"), answer(1, true),
+                                            setting(XMSG_DNS, 2), logged("c"), answer(2, true), logged("d")}),
+              "| | | | 2 | c | 1002 | | ");
+    EXPECT_EQ(shownOf({{}, true}, {logged("a"), setting(XMSG_DNS, 1), setting(XMSG_NTP, 2), logged("b"),
+                                   answer(1, true), logged("c"), answer(2, false)}),
+              "| | | | | | 2 c 1002 | ")
+        << "the daemon acts on the first one first";
 }

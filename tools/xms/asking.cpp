@@ -54,6 +54,16 @@ std::optional<XasMessage> xmsAskStored(const XmsDescriptor &server, const XasMes
     return xmsRecordFromHex(record->get<std::string>());
 }
 
+std::vector<XasMessage> xmsAskAllStored(const XmsDescriptor &server)
+{
+    std::vector<XasMessage> records;
+    for (const auto &hex : ask(server, {{"do", "get_all"}}).value("records", std::vector<std::string>{})) {
+        if (const auto record = xmsRecordFromHex(hex))
+            records.push_back(*record);
+    }
+    return records;
+}
+
 void xmsAskToWatch(const XmsDescriptor &server, std::string &buffer)
 {
     xmsSendLine(server, xmsJsonLine({{"do", "watch"}}));

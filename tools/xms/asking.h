@@ -11,6 +11,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 /** The server's next line; its complaints, its end and what cannot be understood are thrown as XmsError. */
 XmsJson xmsReadAnswer(const XmsDescriptor &server, std::string &buffer);
@@ -28,6 +29,9 @@ XmsOutcome xmsAskToSet(const XmsDescriptor &server, const XasMessage &record, co
 
 /** The stored record of the type and request keys of `request`, or none. */
 std::optional<XasMessage> xmsAskStored(const XmsDescriptor &server, const XasMessage &request);
+
+/** Every stored record. */
+std::vector<XasMessage> xmsAskAllStored(const XmsDescriptor &server);
 
 /** Asks for the traffic, and returns once the server tells it; `buffer` may then hold some of it already. */
 void xmsAskToWatch(const XmsDescriptor &server, std::string &buffer);

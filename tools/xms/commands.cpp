@@ -4,6 +4,8 @@
 #include "xms/asking.h"
 #include "xms/hex.h"
 #include "xms/protocol.h"
+#include "xms/secrets.h"
+#include "xms/settings_file.h"
 
 #include <cstdio>
 
@@ -31,37 +33,81 @@ XasMessage overStored(const XmsDescriptor &server, const XmsSetting &setting, co
     return *stored;
 }
 
+/** What has been logged, without the secrets of the setting. */
+std::vector<std::string> logLines(XmsLogs &logs, const XmsSetting &setting, bool withSecrets)
+{
+    XmsKnownSecrets secrets;
+    secrets.learn(setting.record);
+    secrets.learn(XmsTraffic{0, true, setting.users});
+    std::vector<std::string> lines;
+    for (const XmsLogLine &line : logs.settle())
+        lines.push_back(withSecrets ? line.text : secrets.hide(line.text));
+    return lines;
+}
+
+/** The stored record that is asked for. Throws XmsError. */
+std::vector<XasMessage> storedOf(const XmsDescriptor &server, const XmsGetOptions &get)
+{
+    XasMessage request = xmsDefaultRecord(xmsTypeFromText(get.type));
+    xmsAssign(request, xmsParseAssignments(get.keys));
+    const auto stored = xmsAskStored(server, request);
+    if (!stored)
+        throw XmsError{XmsExit::refused, "nothing is stored for " + msgLongName(request.xH.msgtype)};
+    return {*stored};
+}
+
+void printRecord(const XmsOptions &options, const XmsGetOptions &get, const XasMessage &record)
+{
+    const bool isDescribed = msgFieldsOf(record.xH.msgtype) != nullptr;
+    if (get.all)
+        print(xmsPainted(options.paint, XmsInk::strong, msgShortName(record.xH.msgtype)));
+    if (options.json)
+        print(xmsJsonLine({{"type", msgShortName(record.xH.msgtype)}, {"fields", xmsFieldsJson(record)}}));
+    else if (isDescribed)
+        std::fputs(xmsFieldsTable(record).c_str(), stdout);
+    else
+        print(options.secrets ? xmsToHex(record.payload)
+                              : "  not described, and may hold secrets: --secrets shows its bytes");
+}
+
 } // namespace
+
+XmsOutcome xmsSendSetting(const XmsOptions &options, const XmsDescriptor &server, const XmsSetting &setting,
+                          double timeoutSeconds)
+{
+    const auto tellSlow = [&] {
+        std::fprintf(stderr, "xms: %s is being applied, waiting up to %g s\n",
+                     msgShortName(setting.record.xH.msgtype).c_str(), timeoutSeconds);
+    };
+    XmsLogs logs{options.logs};
+    XmsOutcome outcome =
+        xmsAskToSet(server, setting.record, setting.users, timeoutSeconds, {.tell = tellSlow});
+    if (outcome.result == "refused")
+        outcome.log = logLines(logs, setting, options.secrets);
+    print(options.json ? xmsJsonLine(xmsOutcomeJson(outcome)) : xmsOutcomeText(outcome, options.paint));
+    return outcome;
+}
 
 XmsExit xmsSetCommand(const XmsOptions &options, const XmsSetOptions &set)
 {
-    const XmsSetting setting = xmsSettingFrom(set);
+    XmsSetting setting = xmsSettingFrom(set);
     const XmsDescriptor server = xmsConnect(options.socket);
-    const XasMessage record = overStored(server, setting, set);
-    const auto tellSlow = [&] {
-        std::fprintf(stderr, "xms: %s is being applied, waiting up to %g s\n",
-                     msgShortName(record.xH.msgtype).c_str(), set.timeoutSeconds);
-    };
-    const XmsOutcome outcome =
-        xmsAskToSet(server, record, setting.users, set.timeoutSeconds, {.tell = tellSlow});
-    print(options.json ? xmsJsonLine(xmsOutcomeJson(outcome)) : xmsOutcomeText(outcome, options.paint));
-    return xmsOutcomeExit(outcome);
+    setting.record = overStored(server, setting, set);
+    return xmsOutcomeExit(xmsSendSetting(options, server, setting, set.timeoutSeconds));
 }
 
-XmsExit xmsGetCommand(const XmsOptions &options, const std::string &type,
-                      const std::vector<std::string> &keys)
+XmsExit xmsGetCommand(const XmsOptions &options, const XmsGetOptions &get)
 {
-    XasMessage request = xmsDefaultRecord(xmsTypeFromText(type));
-    xmsAssign(request, xmsParseAssignments(keys));
-    const auto stored = xmsAskStored(xmsConnect(options.socket), request);
-    if (!stored)
-        throw XmsError{XmsExit::refused, "nothing is stored for " + msgLongName(request.xH.msgtype)};
-    const bool isDescribed = msgFieldsOf(stored->xH.msgtype) != nullptr;
-    if (options.json)
-        print(xmsJsonLine({{"type", msgShortName(stored->xH.msgtype)}, {"fields", xmsFieldsJson(*stored)}}));
-    else if (isDescribed)
-        std::fputs(xmsFieldsTable(*stored).c_str(), stdout);
+    const XmsDescriptor server = xmsConnect(options.socket);
+    std::vector<XasMessage> records = get.all ? xmsAskAllStored(server) : storedOf(server, get);
+    if (!options.secrets)
+        std::ranges::transform(records, records.begin(), xmsMaskedRecord);
+    if (get.yaml)
+        std::fputs((xmsSettingsHead(options.secrets) + xmsSettingsYaml(records)).c_str(), stdout);
+    else if (get.all && options.json)
+        print(xmsJsonLine(xmsSettingsJson(records)));
     else
-        print(xmsToHex(stored->payload));
+        for (const XasMessage &record : records)
+            printRecord(options, get, record);
     return XmsExit::applied;
 }

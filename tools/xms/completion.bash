@@ -7,7 +7,7 @@ _xms_look() {
     command='' type=''
     for ((i = 1; i < COMP_CWORD; i++)); do
         case ${COMP_WORDS[i]} in
-        --socket | --color | --timeout | --raw | --root | --only | --type) ((i++)) ;;
+        --socket | --color | --timeout | --raw | --root | --only | --type | --log | --list) ((i++)) ;;
         -*) ;;
         *)
             if [[ -z $command ]]; then
@@ -33,11 +33,15 @@ _xms_options() {
     printf '%s\n' --help --json --socket --color
     case $1 in
     '') printf '%s\n' --version ;;
-    serve) printf '%s\n' --keep --quiet ;;
-    set) printf '%s\n' --fresh --force --timeout --raw ;;
+    serve) printf '%s\n' --keep --quiet --secrets ;;
+    set) printf '%s\n' --fresh --force --timeout --raw --log --secrets ;;
+    get) printf '%s\n' --all --yaml --secrets ;;
+    apply) printf '%s\n' --dry-run --stop --go-on --keep --again --timeout --log --secrets ;;
     preview) printf '%s\n' --fresh --force ;;
     describe) printf '%s\n' --markdown --settings --man ;;
-    watch) printf '%s\n' --dump --type --only ;;
+    watch) printf '%s\n' --dump --type --only --log --secrets ;;
+    record) printf '%s\n' --files --list --log --secrets ;;
+    report) printf '%s\n' --secrets ;;
     replay) printf '%s\n' --timeout ;;
     check) printf '%s\n' --root ;;
     esac
@@ -55,7 +59,7 @@ _xms() {
         mapfile -t COMPREPLY < <(compgen -d -- "$current")
         return
         ;;
-    --socket | --raw | --timeout)
+    --socket | --raw | --timeout | --log | --list)
         mapfile -t COMPREPLY < <(compgen -f -- "$current")
         return
         ;;
@@ -63,12 +67,12 @@ _xms() {
         if [[ $current == -* ]]; then
             words=$(_xms_options "$command")
         elif [[ -z $command ]]; then
-            words='serve set preview get types watch describe record replay check'
+            words='serve set preview get apply types watch describe record replay report check'
         else
             case $command:$type in
             set: | preview: | get: | describe:) words=$(_xms_types) ;;
             set:* | preview:* | get:*) words=$(_xms_fields "$type") ;;
-            record:* | replay:* | check:*)
+            apply:* | record:* | replay:* | report:* | check:*)
                 mapfile -t COMPREPLY < <(compgen -f -- "$current")
                 return
                 ;;

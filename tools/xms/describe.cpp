@@ -72,7 +72,8 @@ std::vector<std::string> fieldRow(const XasMsgField &field)
             std::to_string(field.place.width),
             msgKindName(field),
             initial.empty() ? "-" : initial,
-            std::string{field.meaning} + (values.empty() ? "" : " (" + values + ")")};
+            std::string{field.meaning} + (values.empty() ? "" : " (" + values + ")") +
+                (field.isSecret ? "; a secret" : "")};
 }
 
 XmsJson fieldJson(const XasMsgFieldAt &where)
@@ -85,6 +86,8 @@ XmsJson fieldJson(const XasMsgFieldAt &where)
                     {"default", defaultText(where)},
                     {"meaning", field.meaning},
                     {"expects", msgAllowedText(field)}};
+    if (field.isSecret)
+        json["secret"] = true;
     for (const XasValueName &value : field.names)
         json["values"].push_back({{"value", value.value}, {"name", value.name}});
     return json;

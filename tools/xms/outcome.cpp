@@ -9,6 +9,14 @@
 
 namespace {
 
+std::string logText(const std::vector<std::string> &log, XmsPaint paint)
+{
+    std::string text;
+    for (const std::string &line : log)
+        text += "\n" + xmsPainted(paint, XmsInk::faint, "  log: " + xmsEscaped(line));
+    return text;
+}
+
 std::string milliseconds(double ms)
 {
     std::array<char, 32> text{};
@@ -56,7 +64,8 @@ std::string xmsOutcomeText(const XmsOutcome &outcome, XmsPaint paint)
     if (outcome.result == "timeout")
         return start + xmsPainted(paint, XmsInk::bad, "no acknowledgement in time") + ": " + outcome.problem;
     const std::string text = start + xmsReplyText(outcome.reply, paint) + ", " + milliseconds(outcome.ms);
-    return outcome.problem.empty() ? text : text + "; not stored: " + outcome.problem;
+    return (outcome.problem.empty() ? text : text + "; not stored: " + outcome.problem) +
+           logText(outcome.log, paint);
 }
 
 XmsJson xmsOutcomeJson(const XmsOutcome &outcome)
@@ -72,6 +81,8 @@ XmsJson xmsOutcomeJson(const XmsOutcome &outcome)
     }
     if (!outcome.problem.empty())
         json["problem"] = outcome.problem;
+    if (!outcome.log.empty())
+        json["log"] = outcome.log;
     return json;
 }
 

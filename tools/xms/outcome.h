@@ -17,7 +17,8 @@ struct XmsOutcome {
     XasReplyPayload reply{}; /**< of the acknowledgement */
     double ms = 0;           /**< from the queue to the acknowledgement */
     bool stored = false;
-    std::string problem; /**< why it was not stored, or not answered */
+    std::string problem;          /**< why it was not stored, or not answered */
+    std::vector<std::string> log; /**< what was logged meanwhile, of a setting that was refused */
 };
 
 /** The outcome from the server's answer line. Throws XmsError when the answer is no outcome. */
@@ -26,7 +27,7 @@ XmsOutcome xmsOutcomeFrom(std::uint32_t msgtype, const XmsJson &answer);
 /** What an acknowledgement says: "refused, rcode 1, "Error determining hosts file"". */
 std::string xmsReplyText(const XasReplyPayload &reply, XmsPaint paint);
 
-/** One line for people, without line end. */
+/** One line for people, without line end, and one for each line of the log. */
 std::string xmsOutcomeText(const XmsOutcome &outcome, XmsPaint paint);
 XmsJson xmsOutcomeJson(const XmsOutcome &outcome);
 XmsExit xmsOutcomeExit(const XmsOutcome &outcome);

@@ -4,6 +4,7 @@
 #include "msg/type_names.h"
 #include "xms/error.h"
 #include "xms/hex.h"
+#include "xms/secrets.h"
 
 #include <algorithm>
 
@@ -37,23 +38,46 @@ XasMessage messageOf(const XmsJson &line)
     return record;
 }
 
-/** The setting that a list of users or an acknowledgement belongs to. */
-XmsRecordedSetting &last(std::vector<XmsRecordedSetting> &settings, auto belongs)
+/** The bytes that passed. */
+std::vector<std::byte> bytesOf(const XmsJson &line)
 {
-    const auto found = std::find_if(settings.rbegin(), settings.rend(), belongs);
-    if (found == settings.rend())
-        throw std::invalid_argument{"belongs to nothing"};
-    return *found;
+    if (!line.contains("users") && !line.contains("bytes")) {
+        const XasMessage record = messageOf(line);
+        const auto bytes = std::as_bytes(std::span{&record, 1});
+        return {bytes.begin(), bytes.end()};
+    }
+    const bool isList = line.contains("users");
+    const auto bytes = xmsFromHex(line.at(isList ? "users" : "bytes").get<std::string>());
+    if (!bytes || (isList && !xmsUserCount(bytes->size())))
+        throw std::invalid_argument{"no list"};
+    return *bytes;
 }
 
-void addUsers(std::vector<XmsRecordedSetting> &settings, const XmsJson &line)
+XmsRecordedEvent eventOf(const XmsJson &line)
 {
-    const auto users = xmsFromHex(line.at("users").get<std::string>());
-    if (!users || !xmsUserCount(users->size()))
-        throw std::invalid_argument{"no list"};
-    last(settings, [](const XmsRecordedSetting &setting) {
-        return setting.record.xH.msgtype == XMSG_LOCALUSERS && setting.users.empty();
-    }).users = *users;
+    const auto timeMs = line.value("time_ms", std::int64_t{0});
+    if (line.contains("log"))
+        return XmsLogLine{timeMs, line.at("log").get<std::string>()};
+    if (line.contains("file"))
+        return XmsFileChange{timeMs, line.at("file").get<std::string>(),
+                             line.at("difference").get<std::string>(), line.value("closed", false)};
+    return XmsRecordedTraffic{{timeMs, line.at("to_daemon").get<bool>(), bytesOf(line)},
+                              line.value("masked", std::vector<std::string>{})};
+}
+
+/** Of a setting whose list has not come yet. */
+bool awaitsUsers(const XmsRecordedSetting &setting)
+{
+    return setting.record.xH.msgtype == XMSG_LOCALUSERS && setting.users.empty();
+}
+
+void addUsers(std::vector<XmsRecordedSetting> &settings, const XmsRecordedTraffic &list)
+{
+    const auto setting = std::find_if(settings.rbegin(), settings.rend(), awaitsUsers);
+    if (setting == settings.rend())
+        throw std::invalid_argument{"belongs to nothing"};
+    setting->users = list.traffic.bytes;
+    setting->masked.insert(setting->masked.end(), list.masked.begin(), list.masked.end());
 }
 
 void addReply(std::vector<XmsRecordedSetting> &settings, const XasMessage &record)
@@ -66,17 +90,17 @@ void addReply(std::vector<XmsRecordedSetting> &settings, const XasMessage &recor
         found->reply = xasReadPayload<XasReplyPayload>(record);
 }
 
-void addLine(std::vector<XmsRecordedSetting> &settings, const XmsJson &line)
+void addTraffic(std::vector<XmsRecordedSetting> &settings, const XmsRecordedTraffic &recorded)
 {
-    const bool toDaemon = line.at("to_daemon").get<bool>();
-    if (line.contains("users"))
-        return addUsers(settings, line);
-    if (line.contains("bytes"))
+    const XmsTraffic &traffic = recorded.traffic;
+    if (traffic.toDaemon && xmsUserCount(traffic.bytes.size()))
+        return addUsers(settings, recorded);
+    if (traffic.bytes.size() != XAS_MESSAGE_SIZE)
         return;
-    const XasMessage record = messageOf(line);
-    if (toDaemon && record.xH.action == XAS_ACTION_SET)
-        settings.push_back({.record = record});
-    else if (!toDaemon && record.xH.msgtype == XMSG_ACKNAK)
+    const XasMessage record = xmsTrafficMessage(traffic);
+    if (traffic.toDaemon && record.xH.action == XAS_ACTION_SET)
+        settings.push_back({.record = record, .masked = recorded.masked});
+    else if (!traffic.toDaemon && record.xH.msgtype == XMSG_ACKNAK)
         addReply(settings, record);
 }
 
@@ -93,8 +117,13 @@ XmsJson xmsRecordingStart()
     return {{"recording", "xms"}, {"version", VERSION}};
 }
 
-XmsJson xmsRecordingLine(const XmsTraffic &traffic)
+XmsJson xmsRecordingLine(const XmsTraffic &traffic, bool withSecrets)
 {
+    if (const auto names = xmsSecretFields(traffic); !withSecrets && !names.empty()) {
+        XmsJson line = xmsRecordingLine(xmsMasked(traffic), true);
+        line["masked"] = names;
+        return line;
+    }
     XmsJson line = {{"time_ms", traffic.timeMs}, {"to_daemon", traffic.toDaemon}};
     if (traffic.bytes.size() != sizeof(XasMessage)) {
         const bool isList = traffic.toDaemon && xmsUserCount(traffic.bytes.size());
@@ -112,18 +141,35 @@ XmsJson xmsRecordingLine(const XmsTraffic &traffic)
     return line;
 }
 
-std::vector<XmsRecordedSetting> xmsRecordedSettings(std::istream &recording, const std::string &name)
+XmsJson xmsChangeLine(const XmsFileChange &change)
 {
-    std::vector<XmsRecordedSetting> settings;
+    XmsJson line = {{"time_ms", change.timeMs}, {"file", change.path}, {"difference", change.difference}};
+    if (change.isClosed)
+        line["closed"] = true;
+    return line;
+}
+
+void xmsReadRecording(std::istream &recording, const std::string &name,
+                      const std::function<void(XmsRecordedEvent)> &take)
+{
     std::string text;
     for (std::size_t number = 1; std::getline(recording, text); ++number) {
         try {
             const XmsJson line = XmsJson::parse(text);
-            number == 1 ? requireStart(line) : addLine(settings, line);
+            number == 1 ? requireStart(line) : take(eventOf(line));
         } catch (const std::exception &) {
             throw XmsError{XmsExit::usage,
                            name + ":" + std::to_string(number) + ": this is no line of a recording of xms"};
         }
     }
+}
+
+std::vector<XmsRecordedSetting> xmsRecordedSettings(std::istream &recording, const std::string &name)
+{
+    std::vector<XmsRecordedSetting> settings;
+    xmsReadRecording(recording, name, [&](const XmsRecordedEvent &event) {
+        if (const auto *recorded = std::get_if<XmsRecordedTraffic>(&event))
+            addTraffic(settings, *recorded);
+    });
     return settings;
 }

@@ -1,16 +1,10 @@
-/** Recording the traffic of a running server, and playing recorded settings again. */
+/** Playing recorded settings again. */
 #ifndef XAS_XMS_REPLAY_H
 #define XAS_XMS_REPLAY_H
 
 #include "xms/commands.h"
 
 #include <string>
-
-/**
- * Writes the traffic to a new file, "-" being standard output, until SIGINT, SIGTERM or the server's end. The
- * file is there once the recording has begun. Throws XmsError when it cannot be written.
- */
-XmsExit xmsRecordCommand(const XmsOptions &options, const std::string &path);
 
 /**
  * Sends the settings of a recording one after the other and compares what becomes of each with what became of

@@ -7,6 +7,7 @@
 #include "xms/hex.h"
 #include "xms/protocol.h"
 #include "xms/queues.h"
+#include "xms/secrets.h"
 #include "xms/store.h"
 
 #include <algorithm>
@@ -57,8 +58,9 @@ void showTraffic(Server &server, bool toDaemon, std::span<const std::byte> bytes
     xmsTellWatchers(server.clients, xmsJsonLine(line));
     if (server.options.quiet)
         return;
-    const std::string text = server.options.json ? xmsJsonLine(xmsTrafficJson(traffic))
-                                                 : xmsTrafficLine(traffic, server.options.paint);
+    const XmsTraffic shown = server.options.secrets ? traffic : xmsMasked(traffic);
+    const std::string text = server.options.json ? xmsJsonLine(xmsTrafficJson(shown))
+                                                 : xmsTrafficLine(shown, server.options.paint);
     std::puts(text.c_str());
     std::fflush(stdout);
 }
@@ -104,6 +106,14 @@ void doGet(Server &server, int client, const XmsJson &command)
     xmsTell(server.clients, client, xmsJsonLine({{"result", "stored"}, {"record", record}}));
 }
 
+void doGetAll(Server &server, int client)
+{
+    XmsJson records = XmsJson::array();
+    for (const XasMessage &record : xmsReadAllStored())
+        records.push_back(xmsToHex(record));
+    xmsTell(server.clients, client, xmsJsonLine({{"result", "stored"}, {"records", records}}));
+}
+
 void doWatch(Server &server, int client)
 {
     server.clients.all.at(client).watches = true;
@@ -119,6 +129,8 @@ void doCommand(Server &server, int client, const std::string &line)
             doSet(server, client, command);
         else if (what == "get")
             doGet(server, client, command);
+        else if (what == "get_all")
+            doGetAll(server, client);
         else if (what == "watch")
             doWatch(server, client);
         else

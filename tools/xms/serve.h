@@ -11,6 +11,7 @@ struct XmsServeOptions {
     bool keepQueues = false; /**< leave the queues at the end, for a daemon that runs on */
     bool quiet = false;      /**< do not show the traffic */
     bool json = false;       /**< show it as objects */
+    bool secrets = false;    /**< show secrets, too */
     XmsPaint paint = XmsPaint::plain;
 };
 

@@ -31,8 +31,14 @@ std::istream &xmsOpenInput(const std::string &path, std::ifstream &file);
 /** Which values the options let pass. */
 XasValueCheck xmsCheckOf(const XmsSetOptions &set);
 
-/** Throws XmsError with the daemon's own words when a text of the record is one that it refuses, unless any
- * value is to pass. */
+/** The setting that the assignments make of a type's defaults, checked but for its texts. Throws XmsError. */
+XmsSetting xmsBuildSetting(std::uint32_t msgtype, std::vector<XmsAssignment> assignments,
+                           XasValueCheck check);
+
+/** Throws XmsError with the daemon's own words when a text of the record is one that it refuses. */
+void xmsRequireFitTexts(const XasMessage &record);
+
+/** The same, unless any value is to pass. */
 void xmsRequireFitTexts(const XasMessage &record, const XmsSetOptions &set);
 
 /** The setting, as far as it can be built, and checked, without the server. Throws XmsError. */

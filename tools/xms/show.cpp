@@ -31,7 +31,7 @@ std::vector<XasMsgFieldAt> usedFields(const XasMessage &record)
 
 std::string clockText(std::int64_t timeMs)
 {
-    const std::time_t seconds = timeMs / 1000;
+    const auto seconds = static_cast<std::time_t>(timeMs / 1000);
     std::tm local{};
     localtime_r(&seconds, &local);
     std::array<char, 32> text{};
@@ -212,6 +212,16 @@ XmsJson xmsTrafficJson(const XmsTraffic &traffic)
     json["orig_id"] = record.xH.orig_id;
     json["fields"] = xmsFieldsJson(record);
     return json;
+}
+
+std::string xmsLogLineText(const XmsLogLine &line, XmsPaint paint)
+{
+    return xmsPainted(paint, XmsInk::faint, clockText(line.timeMs) + "  log " + xmsEscaped(line.text));
+}
+
+XmsJson xmsLogJson(const XmsLogLine &line)
+{
+    return {{"time_ms", line.timeMs}, {"log", line.text}};
 }
 
 std::string xmsJsonLine(const XmsJson &json)

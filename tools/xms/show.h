@@ -3,6 +3,7 @@
 #define XAS_XMS_SHOW_H
 
 #include "wire/message.h"
+#include "xms/logs.h"
 
 #include <cstdint>
 #include <nlohmann/json.hpp>
@@ -58,6 +59,10 @@ std::string xmsTrafficDump(const XmsTraffic &traffic, const XasMessage &last, Xm
 
 /** One line as an object. */
 XmsJson xmsTrafficJson(const XmsTraffic &traffic);
+
+/** A line of the log, among the others. */
+std::string xmsLogLineText(const XmsLogLine &line, XmsPaint paint);
+XmsJson xmsLogJson(const XmsLogLine &line);
 
 /** `json` on one line; bytes that are no text are replaced. */
 std::string xmsJsonLine(const XmsJson &json);

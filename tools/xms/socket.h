@@ -5,6 +5,7 @@
  * HEX, "ms": N.N, "stored": true or false, "problem": TEXT} or {"result": "sent", "id": N} or {"result":
  * "timeout", "id": N, "problem": TEXT}
  *   {"do": "get", "record": HEX}                    -> {"result": "stored", "record": HEX or null}
+ *   {"do": "get_all"}                               -> {"result": "stored", "records": [HEX...]}
  *   {"do": "watch"}                                 -> {"result": "watching"}, then {"time_ms": N,
  * "to_daemon": true or false, "bytes": HEX} for every record that passes, until one side ends
  *

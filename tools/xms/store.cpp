@@ -8,6 +8,8 @@
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <fstream>
+#include <map>
 #include <system_error>
 #include <unistd.h>
 
@@ -59,6 +61,25 @@ std::optional<XasMessage> xmsReadStored(const XasMessage &request)
     if (xmlGetMsg(stderr, request.xH.msgtype, &record) != 0)
         return std::nullopt;
     return record;
+}
+
+std::vector<XasMessage> xmsReadAllStored()
+{
+    std::map<std::string, XasMessage> records;
+    std::error_code none; // a directory that is not there holds nothing
+    for (const auto &entry : std::filesystem::directory_iterator(xasStoreDirectory(), none)) {
+        XasMessage record{};
+        std::ifstream file{entry.path(), std::ios::binary};
+        if (!entry.is_regular_file(none) || !file.read(reinterpret_cast<char *>(&record), sizeof record))
+            continue;
+        const std::string name = entry.path().filename();
+        if (name == xasStoreRecordName(record.xH.msgtype, record))
+            records[name] = record;
+    }
+    std::vector<XasMessage> list;
+    for (const auto &[name, record] : records)
+        list.push_back(record);
+    return list;
 }
 
 std::string xmsStoreApplied(const XasMessage &setting)

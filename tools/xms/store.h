@@ -9,9 +9,13 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 /** The stored record of the type and request keys of `request`, or none. */
 std::optional<XasMessage> xmsReadStored(const XasMessage &request);
+
+/** Every stored record, by the names of their files. */
+std::vector<XasMessage> xmsReadAllStored();
 
 /**
  * Keeps an applied setting: writes its record, or deletes it when the setting removed what it describes (an

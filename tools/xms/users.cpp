@@ -40,17 +40,10 @@ constexpr std::size_t entrySize(std::size_t users)
     return XAS_PAYLOAD_OFFSET + users * XAS_USER_RECORD_SIZE;
 }
 
-/** The bytes in which a user stands where the fields' description has the first one. */
-template <class Byte>
-std::span<Byte> blockOf(std::span<Byte> entry, std::size_t user)
-{
-    return entry.subspan(user * XAS_USER_RECORD_SIZE, entrySize(1));
-}
-
 XasUserRecord recordOf(std::span<const std::byte> entry, std::size_t user)
 {
     XasUserRecord record;
-    std::memcpy(&record, blockOf(entry, user).data() + XAS_PAYLOAD_OFFSET, sizeof record);
+    std::memcpy(&record, entry.subspan(entrySize(user)).data(), sizeof record);
     return record;
 }
 
@@ -79,6 +72,11 @@ std::optional<std::size_t> xmsUserCount(std::size_t size)
     return isList ? std::optional{(size - XAS_PAYLOAD_OFFSET) / XAS_USER_RECORD_SIZE} : std::nullopt;
 }
 
+std::span<std::byte> xmsUserBlock(std::span<std::byte> entry, std::size_t user)
+{
+    return entry.subspan(user * XAS_USER_RECORD_SIZE, entrySize(1));
+}
+
 XmsUserEntry xmsTakeUsers(std::vector<XmsAssignment> &assignments, XasValueCheck check)
 {
     XmsUserEntry entry;
@@ -87,7 +85,7 @@ XmsUserEntry xmsTakeUsers(std::vector<XmsAssignment> &assignments, XasValueCheck
         if (!where)
             return false;
         entry.resize(std::max(entry.size(), entrySize(where->user + 1)));
-        xmsAssignIn(blockOf(std::span{entry}, where->user), XAS_LISTED_USER_MESSAGE,
+        xmsAssignIn(xmsUserBlock(entry, where->user), XAS_LISTED_USER_MESSAGE,
                     {{where->field, assignment.value}}, check);
         return true;
     });

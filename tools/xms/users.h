@@ -19,6 +19,9 @@ using XmsUserEntry = std::vector<std::byte>;
 /** How many users an entry of `size` bytes has; none when it cannot be a list of users. */
 std::optional<std::size_t> xmsUserCount(std::size_t size);
 
+/** The bytes of a list in which a user, from 0, stands where the fields' description has the first one. */
+std::span<std::byte> xmsUserBlock(std::span<std::byte> entry, std::size_t user);
+
 /**
  * Takes those of `assignments` out that name users, and returns the entry of the list that they make. Without
  * `check` being anyThatFits, every user up to the last one named needs a login. Throws XmsError.

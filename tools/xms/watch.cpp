@@ -1,8 +1,10 @@
 #include "xms/watch.h"
 
 #include "wire/reply_message.h"
-#include "xms/asking.h"
+#include "xms/error.h"
+#include "xms/protocol.h"
 #include "xms/record.h"
+#include "xms/secrets.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -12,8 +14,35 @@ namespace {
 /** Messages that were never answered are forgotten, the oldest first. */
 constexpr std::size_t PENDING_MAX = 256;
 
-void show(const std::string &text)
+struct Display {
+    const XmsOptions &options;
+    bool isDump;
+    XmsKnownSecrets secrets = {};
+    XasMessage last = {}; /**< the message to the daemon that a list of users may follow */
+};
+
+std::string textOf(const XmsTraffic &traffic, Display &display)
 {
+    const XmsOptions &options = display.options;
+    const XmsTraffic shown = options.secrets ? traffic : xmsMasked(traffic);
+    const XasMessage last = display.last;
+    if (traffic.toDaemon)
+        display.last = xmsTrafficMessage(shown);
+    if (options.json)
+        return xmsJsonLine(xmsTrafficJson(shown));
+    return display.isDump ? xmsTrafficDump(shown, last, options.paint) : xmsTrafficLine(shown, options.paint);
+}
+
+std::string textOf(const XmsLogLine &line, const Display &display)
+{
+    const XmsOptions &options = display.options;
+    const XmsLogLine shown = {line.timeMs, options.secrets ? line.text : display.secrets.hide(line.text)};
+    return options.json ? xmsJsonLine(xmsLogJson(shown)) : xmsLogLineText(shown, options.paint);
+}
+
+void show(Display &display, const XmsEvent &event)
+{
+    const std::string text = std::visit([&](const auto &each) { return textOf(each, display); }, event);
     std::printf("%s\n", text.c_str());
     std::fflush(stdout);
 }
@@ -39,76 +68,92 @@ bool XmsWatchFilter::isWanted(std::uint32_t msgtype) const
     return wanted.empty() || std::ranges::find(wanted, msgtype) != wanted.end();
 }
 
-void XmsWatchFilter::remember(const XmsTraffic &traffic, std::uint32_t id)
+void XmsWatchFilter::remember(const XmsTraffic &traffic, const XasMessage &setting)
 {
+    if (!xmsIsAnswered(setting.xH.msgtype))
+        return;
     if (pending.size() == PENDING_MAX)
         pending.pop_front();
-    pending.push_back({id, {traffic}});
+    pending.push_back({setting.xH.id, {traffic}});
+}
+
+std::vector<XmsEvent> XmsWatchFilter::passLog(const XmsLogLine &line)
+{
+    if (wanted.empty() && !isRefusedOnly)
+        return {line};
+    if (pending.empty())
+        return {};
+    if (!isRefusedOnly)
+        return {line};
+    pending.front().held.emplace_back(line);
+    return {};
 }
 
 /** What is no record belongs to the message in front of it. */
-std::vector<XmsTraffic> XmsWatchFilter::passUsers(const XmsTraffic &traffic)
+std::vector<XmsEvent> XmsWatchFilter::passUsers(const XmsTraffic &traffic)
 {
     if (!areUsersWanted)
         return {};
     if (!isRefusedOnly)
         return {traffic};
     if (!pending.empty())
-        pending.back().records.push_back(traffic);
+        pending.back().held.emplace_back(traffic);
     return {};
 }
 
-std::vector<XmsTraffic> XmsWatchFilter::passAnswer(const XmsTraffic &traffic, const XasMessage &answer)
+std::vector<XmsEvent> XmsWatchFilter::passAnswer(const XmsTraffic &traffic, const XasMessage &answer)
 {
     const auto asked = std::ranges::find(pending, answer.xH.orig_id, &Pending::id);
     if (asked == pending.end())
         return {};
-    std::vector<XmsTraffic> shown;
+    std::vector<XmsEvent> shown;
     if (isRefusedOnly)
-        shown = std::move(asked->records);
+        shown = std::move(asked->held);
     pending.erase(asked);
     if (isRefusedOnly && xasReadPayload<XasReplyPayload>(answer).success != 0)
         return {};
-    shown.push_back(traffic);
+    shown.emplace_back(traffic);
     return shown;
 }
 
-std::vector<XmsTraffic> XmsWatchFilter::pass(const XmsTraffic &traffic)
+std::vector<XmsEvent> XmsWatchFilter::passRecord(const XmsTraffic &traffic)
 {
-    if (wanted.empty() && !isRefusedOnly)
-        return {traffic};
-    if (traffic.bytes.size() != XAS_MESSAGE_SIZE)
-        return traffic.toDaemon ? passUsers(traffic) : std::vector<XmsTraffic>{};
     const XasMessage record = xmsTrafficMessage(traffic);
     const bool isNamed = isWanted(record.xH.msgtype);
-    if (!traffic.toDaemon) {
-        const bool isAnswer = record.xH.msgtype == XMSG_ACKNAK && (isRefusedOnly || !isNamed);
-        if (isAnswer)
-            return passAnswer(traffic, record);
-        return isNamed && !isRefusedOnly ? std::vector<XmsTraffic>{traffic} : std::vector<XmsTraffic>{};
+    if (xmsIsAnswer(traffic) && (isRefusedOnly || !isNamed))
+        return passAnswer(traffic, record);
+    if (traffic.toDaemon) {
+        areUsersWanted = isNamed && record.xH.action == XAS_ACTION_SET;
+        if (areUsersWanted)
+            remember(traffic, record);
     }
-    areUsersWanted = isNamed && record.xH.action == XAS_ACTION_SET;
-    if (areUsersWanted)
-        remember(traffic, record.xH.id);
-    return isNamed && !isRefusedOnly ? std::vector<XmsTraffic>{traffic} : std::vector<XmsTraffic>{};
+    return isNamed && !isRefusedOnly ? std::vector<XmsEvent>{traffic} : std::vector<XmsEvent>{};
+}
+
+std::vector<XmsEvent> XmsWatchFilter::pass(const XmsEvent &event)
+{
+    if (const auto *line = std::get_if<XmsLogLine>(&event))
+        return passLog(*line);
+    const auto &traffic = std::get<XmsTraffic>(event);
+    if (wanted.empty() && !isRefusedOnly)
+        return {traffic};
+    if (traffic.bytes.size() == XAS_MESSAGE_SIZE)
+        return passRecord(traffic);
+    return traffic.toDaemon ? passUsers(traffic) : std::vector<XmsEvent>{};
 }
 
 XmsExit xmsWatchCommand(const XmsOptions &options, const XmsWatchOptions &watch)
 {
     XmsWatchFilter filter{typesOf(watch.types), watch.only == "refused"};
-    const XmsDescriptor server = xmsConnect(options.socket);
-    std::string buffer;
-    xmsAskToWatch(server, buffer);
-    XasMessage last{};
-    for (;;) {
-        for (const XmsTraffic &traffic : filter.pass(xmsTrafficFrom(xmsReadAnswer(server, buffer)))) {
-            if (options.json)
-                show(xmsJsonLine(xmsTrafficJson(traffic)));
-            else
-                show(watch.dump ? xmsTrafficDump(traffic, last, options.paint)
-                                : xmsTrafficLine(traffic, options.paint));
-            if (traffic.toDaemon)
-                last = xmsTrafficMessage(traffic);
+    XmsFeed feed{options.socket, options.logs};
+    Display display{.options = options, .isDump = watch.dump};
+    while (const auto events = feed.next()) {
+        for (const XmsEvent &event : *events) {
+            if (const auto *traffic = std::get_if<XmsTraffic>(&event))
+                display.secrets.learn(*traffic);
+            for (const XmsEvent &shown : filter.pass(event))
+                show(display, shown);
         }
     }
+    throw XmsError{XmsExit::noServer, "the server has ended"};
 }
