@@ -31,7 +31,7 @@ std::vector<XasMsgFieldAt> usedFields(const XasMessage &record)
 
 std::string clockText(std::int64_t timeMs)
 {
-    const std::time_t seconds = timeMs / 1000;
+    const auto seconds = static_cast<std::time_t>(timeMs / 1000);
     std::tm local{};
     localtime_r(&seconds, &local);
     std::array<char, 32> text{};
