@@ -7,11 +7,12 @@ namespace {
 
 constexpr std::size_t ALL_SUBSETS = 4; // of groups up to this size
 constexpr unsigned RANDOM_SUBSETS = 4;
+constexpr std::size_t BLOCK = 1024; // of the file system; it relies on each being written whole, or not
 
 void apply(std::string &disk, const XasEntry &write, char how)
 {
-    const std::size_t sectors = write.data.size() / SECTOR;
-    const std::size_t size = how == 'h' ? sectors / 2 * SECTOR : write.data.size();
+    const std::size_t blocks = write.data.size() / BLOCK;
+    const std::size_t size = how == 'h' ? blocks / 2 * BLOCK : write.data.size();
     if (how != '0')
         disk.replace(write.place, size, write.data.substr(0, size));
 }
@@ -22,7 +23,7 @@ void addBeginnings(std::vector<std::string> &ways, const XasGroup &group)
     for (std::size_t there = 0; there <= count; ++there) {
         const std::string way = std::string(there, '1') + std::string(count - there, '0');
         ways.push_back(way);
-        if (there < count && group.writes[there].data.size() >= 2 * SECTOR) {
+        if (there < count && group.writes[there].data.size() >= 2 * BLOCK) {
             ways.push_back(way);
             ways.back()[there] = 'h';
         }

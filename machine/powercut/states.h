@@ -15,10 +15,10 @@ struct XasState {
 
 /**
  * Calls `look` with each state and the disk's content in it, in the order of time: of every group of writes
- * each beginning, also with half of its next write; and, since the disk may write in another order, all other
- * subsets of small groups; of larger ones all but one write, one alone, and some chosen at random, the same
- * at every run. `isWanted` spares the work for states that nobody looks at. Groups before the first message
- * are only applied.
+ * each beginning, also with half of its next write, when that has several blocks; and, since the disk may
+ * write in another order, all other subsets of small groups; of larger ones all but one write, one alone, and
+ * some chosen at random, the same at every run. `isWanted` spares the work for states that nobody looks at.
+ * Groups before the first message are only applied.
  */
 void xasForEachState(std::string disk, const std::vector<XasGroup> &groups,
                      const std::function<bool(std::size_t)> &isWanted,
