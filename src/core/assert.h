@@ -38,7 +38,7 @@ inline void xasAssertGiven(const void *argument, const char *name,
                            XasCodePlace where = XasCodePlace::current())
 {
     if (argument == nullptr)
-        xasAssert(false, (std::string{name} + " != ((void *)0)").c_str(), where);
+        xasAssert(false, std::string{name}.append(" != ((void *)0)").c_str(), where);
 }
 
 #endif

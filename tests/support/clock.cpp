@@ -39,7 +39,8 @@ int testWallTime(timeval *now)
     const auto time =
         std::chrono::duration_cast<std::chrono::microseconds>(current->now + current->wallOffset);
     const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
-    *now = {.tv_sec = seconds.count(), .tv_usec = (time - seconds).count()};
+    *now = {.tv_sec = static_cast<time_t>(seconds.count()),
+            .tv_usec = static_cast<suseconds_t>((time - seconds).count())};
     return 0;
 }
 
