@@ -32,12 +32,13 @@ bool isNfsLine(std::string_view line)
     return xasNextToken(rest, " \t") == "nfs";
 }
 
-/** A path as fstab(5) wants it: blank, tab and backslash in octal. */
+/** A path as fstab(5) wants it: blank, tab and backslash in octal, and "#" in front, which begins a comment.
+ */
 std::string escapedPath(std::string_view path)
 {
     std::string text;
     for (const char c : path) {
-        if (c == ' ' || c == '\t' || c == '\\')
+        if (c == ' ' || c == '\t' || c == '\\' || (c == '#' && text.empty()))
             text += xasFormat("\\%03o", static_cast<unsigned>(c));
         else
             text += c;

@@ -152,12 +152,12 @@ pid_t xasStartDaemon(XasDaemon *daemon, const XasApp &app)
     if (pid == 0)
         execDaemon(arguments);
     const XasHeldChild held{pid};
+    daemon->pid = pid; // from now on the end of an earlier process of this record is no end of the daemon
     xasWait(START_WAIT);
     if (isLogged(app))
         xasLogInfo("[%d] %s started\n", pid, arguments.words.front().c_str());
     daemon->running = 1;
     daemon->pgrp = ::getpgrp();
-    daemon->pid = pid;
     return pid;
 }
 

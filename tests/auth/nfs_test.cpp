@@ -153,6 +153,14 @@ TEST_F(NfsText, HasBlanksTabsAndBackslashesOfPathsAsTheMountTableWantsThem)
               "s:/my\\040files\\134x\t /m/a\\040b\\011c\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
 }
 
+TEST_F(NfsText, LetsNoPathBeginAComment)
+{
+    const std::string once = text("", {share("#s:/a#b", "/m/a"), {}, {}});
+    EXPECT_EQ(once, "\\043s:/a#b\t /m/a\t nfs\t defaults,nodev,soft,intr,nolock 0 0\n");
+    EXPECT_EQ(text(once, {share("#s:/a#b", "/m/a"), {}, {}}), once)
+        << "a comment would stay, one more each time";
+}
+
 TEST_F(NfsText, TakesLinesOf307CharactersWithTheirLineFeed)
 {
     const std::string text307 = text("", {shareOfLength(307, true), shareOfLength(307, false), {}});

@@ -146,6 +146,22 @@ TEST_F(StartDaemon, MatchesADeathInItsFirst200MillisecondsWhenItReturns)
     EXPECT_EQ(daemon.running, 0);
 }
 
+TEST_F(StartDaemon, LetsNoDeathOfAnEarlierProcessStartAnotherOne)
+{
+    const XasDaemon &daemon = superviseOneThatStays();
+    const pid_t earlier = startAndAwait();
+    clock.at(clock.now() + 50ms, [earlier] {
+        ::kill(earlier, SIGKILL);
+        xasAwaitExit(earlier);
+    });
+    const pid_t pid = start();
+    EXPECT_NE(pid, earlier);
+    EXPECT_EQ(daemon.pid, pid);
+    EXPECT_EQ(daemon.running, 1);
+    EXPECT_EQ(daemon.restarts, 0) << "the one that died is not the daemon any more";
+    EXPECT_EQ(clock.now(), 200ms + 200ms);
+}
+
 TEST_F(ReapChild, IgnoresAChildThatIsNoDaemon)
 {
     const XasDaemon &daemon = superviseOneThatStays();

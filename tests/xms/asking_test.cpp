@@ -3,6 +3,7 @@
 #include "support/files.h"
 #include "support/message.h"
 #include "xms/clients.h"
+#include "xms/error.h"
 
 namespace {
 
@@ -11,9 +12,11 @@ class XmsAsking : public XasFilesTest {
   protected:
     XmsAsking() { xmsAcceptClients(clients, listener); }
 
-    void answer()
+    void answer() { answerWith(R"({"result":"sent","id":4})"); }
+
+    void answerWith(std::string_view line)
     {
-        xmsTell(clients, 1, R"({"result":"sent","id":4})");
+        xmsTell(clients, 1, line);
         xmsFlushClients(clients);
     }
 
@@ -30,6 +33,24 @@ class XmsAsking : public XasFilesTest {
 };
 
 } // namespace
+
+TEST_F(XmsAsking, AnAnswerWhosePartsAreOfAnotherKindIsAComplaint)
+{
+    for (const char *line :
+         {R"({"result":7})", R"({"result":"error","problem":7})", R"({"result":"sent","id":-1})",
+          R"({"result":"sent","id":1e300})", R"({"result":"answered","record":[]})",
+          R"({"result":"timeout","id":1,"problem":{}})"}) {
+        answerWith(line);
+        EXPECT_THROW(ask({}), XmsError) << line;
+    }
+}
+
+TEST_F(XmsAsking, TrafficWhosePartsAreOfAnotherKindIsAComplaint)
+{
+    for (const char *line :
+         {R"({"time_ms":"now"})", R"({"time_ms":1e300})", R"({"to_daemon":1})", R"({"bytes":0})"})
+        EXPECT_THROW(xmsTrafficFrom(XmsJson::parse(line)), XmsError) << line;
+}
 
 TEST_F(XmsAsking, AWaitThatTriesThePatienceIsToldOnce)
 {

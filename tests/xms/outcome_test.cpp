@@ -44,6 +44,13 @@ TEST(XmsOutcomes, ARefusalGivesCodeAndReasonAndStatusOne)
     EXPECT_EQ(exitOf(answered(false, 1, "")), XmsExit::refused);
 }
 
+TEST(XmsOutcomes, NoProblemThatTheServerTellsBeginsALine)
+{
+    const XmsOutcome outcome =
+        xmsOutcomeFrom(XMSG_DNS, XmsJson::parse(R"({"result":"timeout","id":4,"problem":"a\nb"})"));
+    EXPECT_EQ(xmsOutcomeText(outcome, XmsPaint::plain), "dns #4: no acknowledgement in time: a\\nb");
+}
+
 TEST(XmsOutcomes, ATimeoutSaysWhyAndEndsWithStatusThree)
 {
     const XmsJson answer = {{"result", "timeout"}, {"id", 7}, {"problem", "nobody reads the queue"}};

@@ -145,6 +145,14 @@ TEST_F(XmsShow, ADumpShowsHeaderAndPayloadWhole)
               "prefer IPv4 DNS records: y\n");
 }
 
+TEST_F(XmsShow, ADumpLetsNoValueDriveTheTerminal)
+{
+    const std::string dump =
+        xmsTrafficDump(trafficOf(XasMessageBuilder{XMSG_TIMEZONE}.id(7).set("zone", "\x1b[2J\x07"), true), {},
+                       XmsPaint::plain);
+    EXPECT_THAT(dump, EndsWith("zone: \\x1b[2J\\x07\n"));
+}
+
 TEST_F(XmsShow, TheDumpOfAListShowsTheUsersThatItsMessageCounts)
 {
     std::string list(120 + 2 * 224, '\0');

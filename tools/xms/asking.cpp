@@ -1,10 +1,23 @@
 #include "xms/asking.h"
 
 #include "xms/hex.h"
+#include "xms/json_number.h"
 
 #include <poll.h>
 
 namespace {
+
+XmsError notUnderstood()
+{
+    return {XmsExit::noServer, "the server's answer cannot be understood"};
+}
+
+/** The text called `key`; empty when there is none. */
+std::string textAt(const XmsJson &answer, const char *key)
+{
+    const auto found = answer.find(key);
+    return found != answer.end() && found->is_string() ? found->get<std::string>() : "";
+}
 
 XmsJson ask(const XmsDescriptor &server, const XmsJson &command, const XmsPatience &patience = {})
 {
@@ -26,10 +39,10 @@ XmsJson xmsReadAnswer(const XmsDescriptor &server, std::string &buffer)
     if (!line)
         throw XmsError{XmsExit::noServer, "the server has ended"};
     XmsJson answer = XmsJson::parse(*line, nullptr, false);
-    if (!answer.is_object())
-        throw XmsError{XmsExit::noServer, "the server's answer cannot be understood"};
-    if (answer.value("result", "") == "error")
-        throw XmsError{XmsExit::noServer, "the server says: " + answer.value("problem", "")};
+    if (!answer.is_object() || textAt(answer, "result").empty())
+        throw notUnderstood();
+    if (textAt(answer, "result") == "error")
+        throw XmsError{XmsExit::noServer, "the server says: " + textAt(answer, "problem")};
     return answer;
 }
 
@@ -67,12 +80,16 @@ std::vector<XasMessage> xmsAskAllStored(const XmsDescriptor &server)
 void xmsAskToWatch(const XmsDescriptor &server, std::string &buffer)
 {
     xmsSendLine(server, xmsJsonLine({{"do", "watch"}}));
-    if (xmsReadAnswer(server, buffer).value("result", "") != "watching")
-        throw XmsError{XmsExit::noServer, "the server's answer cannot be understood"};
+    if (textAt(xmsReadAnswer(server, buffer), "result") != "watching")
+        throw notUnderstood();
 }
 
 XmsTraffic xmsTrafficFrom(const XmsJson &line)
 {
-    return {line.value("time_ms", std::int64_t{0}), line.value("to_daemon", false),
-            xmsFromHex(line.value("bytes", "")).value_or(std::vector<std::byte>{})};
+    try {
+        return {xmsNumberAt(line, "time_ms", std::int64_t{0}), line.value("to_daemon", false),
+                xmsFromHex(line.value("bytes", "")).value_or(std::vector<std::byte>{})};
+    } catch (const std::exception &) {
+        throw notUnderstood();
+    }
 }

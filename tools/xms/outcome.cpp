@@ -3,6 +3,7 @@
 
 #include "msg/type_names.h"
 #include "xms/hex.h"
+#include "xms/json_number.h"
 
 #include <array>
 #include <cstdio>
@@ -26,23 +27,37 @@ std::string milliseconds(double ms)
 
 } // namespace
 
-XmsOutcome xmsOutcomeFrom(std::uint32_t msgtype, const XmsJson &answer)
+namespace {
+
+/** As told; throws whatever when the answer is none. */
+XmsOutcome outcomeFrom(std::uint32_t msgtype, const XmsJson &answer)
 {
     XmsOutcome outcome;
     outcome.type = msgShortName(msgtype);
     outcome.result = answer.value("result", "");
-    outcome.id = answer.value("id", std::uint32_t{0});
+    outcome.id = xmsNumberAt(answer, "id", std::uint32_t{0});
     outcome.problem = answer.value("problem", "");
     if (outcome.result == "sent" || outcome.result == "timeout")
         return outcome;
     const auto record = xmsRecordFromHex(answer.value("record", ""));
     if (outcome.result != "answered" || !record)
-        throw XmsError{XmsExit::noServer, "the server's answer cannot be understood"};
+        throw std::invalid_argument{"no outcome"};
     outcome.reply = xasReadPayload<XasReplyPayload>(*record);
     outcome.result = outcome.reply.success != 0 ? "applied" : "refused";
     outcome.ms = answer.value("ms", 0.0);
     outcome.stored = answer.value("stored", false);
     return outcome;
+}
+
+} // namespace
+
+XmsOutcome xmsOutcomeFrom(std::uint32_t msgtype, const XmsJson &answer)
+{
+    try {
+        return outcomeFrom(msgtype, answer);
+    } catch (const std::exception &) {
+        throw XmsError{XmsExit::noServer, "the server's answer cannot be understood"};
+    }
 }
 
 std::string xmsReplyText(const XasReplyPayload &reply, XmsPaint paint)
@@ -62,9 +77,10 @@ std::string xmsOutcomeText(const XmsOutcome &outcome, XmsPaint paint)
     if (outcome.result == "sent")
         return start + "sent (never answered)";
     if (outcome.result == "timeout")
-        return start + xmsPainted(paint, XmsInk::bad, "no acknowledgement in time") + ": " + outcome.problem;
+        return start + xmsPainted(paint, XmsInk::bad, "no acknowledgement in time") + ": " +
+               xmsEscaped(outcome.problem);
     const std::string text = start + xmsReplyText(outcome.reply, paint) + ", " + milliseconds(outcome.ms);
-    return (outcome.problem.empty() ? text : text + "; not stored: " + outcome.problem) +
+    return (outcome.problem.empty() ? text : text + "; not stored: " + xmsEscaped(outcome.problem)) +
            logText(outcome.log, paint);
 }
 

@@ -4,6 +4,7 @@
 #include "msg/type_names.h"
 #include "xms/error.h"
 #include "xms/hex.h"
+#include "xms/json_number.h"
 #include "xms/secrets.h"
 
 #include <algorithm>
@@ -30,10 +31,10 @@ XasMessage messageOf(const XmsJson &line)
         throw std::invalid_argument{"neither type nor payload"};
     XasMessage record{};
     record.xH.msgtype = *msgtype;
-    record.xH.action = line.at("action").get<std::uint32_t>();
-    record.xH.sender = line.at("sender").get<std::uint32_t>();
-    record.xH.id = line.at("id").get<std::uint32_t>();
-    record.xH.orig_id = line.at("orig_id").get<std::uint32_t>();
+    record.xH.action = xmsNumberAt<std::uint32_t>(line, "action");
+    record.xH.sender = xmsNumberAt<std::uint32_t>(line, "sender");
+    record.xH.id = xmsNumberAt<std::uint32_t>(line, "id");
+    record.xH.orig_id = xmsNumberAt<std::uint32_t>(line, "orig_id");
     std::ranges::copy(*payload, record.payload.begin());
     return record;
 }

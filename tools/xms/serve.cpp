@@ -5,6 +5,7 @@
 #include "xms/clients.h"
 #include "xms/error.h"
 #include "xms/hex.h"
+#include "xms/json_number.h"
 #include "xms/protocol.h"
 #include "xms/queues.h"
 #include "xms/secrets.h"
@@ -78,6 +79,9 @@ void tellProblem(Server &server, int client, const char *result, const std::stri
 
 // what clients ask for
 
+/** Whoever would wait longer for an acknowledgement waits so long. */
+constexpr std::chrono::milliseconds LONGEST_WAIT = std::chrono::hours{24};
+
 void doSet(Server &server, int client, const XmsJson &command)
 {
     const auto setting = xmsRecordFromHex(command.at("record").get<std::string>());
@@ -89,7 +93,8 @@ void doSet(Server &server, int client, const XmsJson &command)
         return tellProblem(server, client, "error",
                            "the list of users is too long for a message queue, which takes " +
                                std::to_string(largest) + " bytes (kernel.msgmax, kernel.msgmnb)");
-    const std::chrono::milliseconds timeout{command.at("timeout_ms").get<std::int64_t>()};
+    const std::chrono::milliseconds timeout{
+        std::clamp(xmsNumberAt<std::int64_t>(command, "timeout_ms"), std::int64_t{0}, LONGEST_WAIT.count())};
     const XasMessage record = xmsEnterSetting(server.protocol, *setting, client, XmsClock::now() + timeout);
     server.outgoing.push_back({record, *users});
     if (!xmsIsAnswered(record.xH.msgtype))
@@ -135,7 +140,7 @@ void doCommand(Server &server, int client, const std::string &line)
             doWatch(server, client);
         else
             tellProblem(server, client, "error", "unknown command " + what);
-    } catch (const XmsJson::exception &error) {
+    } catch (const std::exception &error) {
         tellProblem(server, client, "error", error.what());
     }
 }

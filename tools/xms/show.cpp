@@ -162,18 +162,36 @@ XasMessage xmsTrafficMessage(const XmsTraffic &traffic)
     return record;
 }
 
+namespace {
+
+/** The lines of a dump as a terminal may have them. */
+std::string escapedLines(std::string_view text)
+{
+    std::string escaped;
+    while (!text.empty()) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        escaped += xmsEscaped(line);
+        text.remove_prefix(line.size());
+        escaped += text.empty() ? "" : "\n";
+        text.remove_prefix(text.empty() ? 0 : 1);
+    }
+    return escaped;
+}
+
+} // namespace
+
 std::string xmsTrafficDump(const XmsTraffic &traffic, const XasMessage &last, XmsPaint paint)
 {
     const std::string start = xmsPainted(paint, XmsInk::faint, clockText(traffic.timeMs)) +
                               (traffic.toDaemon ? "  -> xasd\n" : "  <- xasd\n");
     if (traffic.toDaemon && xmsUserCount(traffic.bytes.size())) {
         const auto users = std::span{traffic.bytes}.subspan(XAS_PAYLOAD_OFFSET);
-        return start + msgAllText(last, users).substr(msgAllText(last).size());
+        return start + escapedLines(msgAllText(last, users).substr(msgAllText(last).size()));
     }
     if (traffic.bytes.size() != XAS_MESSAGE_SIZE)
         return start + xmsPainted(paint, XmsInk::bad, oddText(traffic)) + "\n";
     const XasMessage record = xmsTrafficMessage(traffic);
-    return start + msgBasicText(&record) + msgAllText(record);
+    return start + escapedLines(msgBasicText(&record) + msgAllText(record));
 }
 
 std::string xmsTrafficLine(const XmsTraffic &traffic, XmsPaint paint)
