@@ -115,7 +115,7 @@ void recordAndRead(XasFuzzInput &in)
     std::istringstream recording{
         xmsJsonLine(xmsRecordingStart()) + "\n" +
         xmsJsonLine(
-            xmsRecordingLine({.timeMs = 1, .toDaemon = true, .bytes = {whole.begin(), whole.end()}})) +
+            xmsRecordingLine({.timeMs = 1, .toDaemon = true, .bytes = {whole.begin(), whole.end()}}, true)) +
         "\n"};
     const auto settings = xmsRecordedSettings(recording, "recording");
     xasFuzzRequire(settings.size() == 1 && std::memcmp(&settings[0].record, &msg, sizeof msg) == 0,
