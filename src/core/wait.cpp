@@ -98,6 +98,8 @@ bool collectExitedChildren(Waiting &state)
     for (;;) {
         int status = 0;
         const pid_t pid = ::waitpid(-1, &status, WNOHANG);
+        if (pid < 0 && errno == EINTR)
+            continue;
         if (pid <= 0)
             return pid == 0;
         auto &list = contains(state.awaited, pid) ? state.kept : state.exited;

@@ -20,7 +20,14 @@ int createExclusively(const char *path)
     return fd;
 }
 
-/** False when a file that holds a secret may be open to others. */
+/** True for the error of a medium that knows no modes. */
+bool hasNoModes(int error)
+{
+    return error == EPERM || error == EOPNOTSUPP || error == ENOSYS;
+}
+
+/** False when the mode cannot be had: a file that holds a secret may be open to others then, and any other
+ * one closed to those who read it. */
 bool setOwnerAndMode(int fd, const std::string &live, XasFileAccess access)
 {
     mode_t mode = access == XasFileAccess::owner ? SECRET_MODE : PLAIN_MODE;
@@ -31,7 +38,7 @@ bool setOwnerAndMode(int fd, const std::string &live, XasFileAccess access)
         if (access == XasFileAccess::kept)
             mode = status.st_mode & PERMISSION_BITS;
     }
-    return ::fchmod(fd, mode) == 0 || access != XasFileAccess::owner;
+    return ::fchmod(fd, mode) == 0 || (access != XasFileAccess::owner && hasNoModes(errno));
 }
 
 XasFile streamOf(int fd, const char *mode)

@@ -348,6 +348,19 @@ TEST_F(Wait, DoesNotServeTheExitOfAHeldChildUntilItIsReleased)
     EXPECT_EQ(WEXITSTATUS(exits.at(pid)), 5);
 }
 
+TEST_F(Wait, CollectsEachChildAlthoughTheCallIsInterrupted)
+{
+    const pid_t other = childThatExits(3);
+    const pid_t awaited = childThatExits(4);
+    xasAwaitExit(other);
+    xasAwaitExit(awaited);
+    const XasFault fault{"waitpid", EINTR, 0, 2};
+    int status = 0;
+    ASSERT_TRUE(xasWaitForChild(awaited, status));
+    EXPECT_EQ(WEXITSTATUS(status), 4);
+    EXPECT_THAT(exits, ElementsAre(testing::Pair(other, 3 << 8)));
+}
+
 TEST_F(Wait, ServesOtherChildrenWhileOneIsHeld)
 {
     const pid_t heldPid = childThatExits(1);

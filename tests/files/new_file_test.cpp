@@ -49,6 +49,17 @@ TEST_F(NewFile, LeavesNothingWhenItCannotBeMadeAsItMustBe)
     EXPECT_TRUE(dir.names().empty());
 }
 
+TEST_F(NewFile, IsMadeWithoutItsModeOnlyWhereTheMediumKnowsNoModes)
+{
+    for (const int error : {EPERM, EOPNOTSUPP, ENOSYS, EIO, ENOMEM, EACCES}) {
+        const XasFault fault{"fchmod", error};
+        const bool isMade = xasCreateFile(dir.path("file"), dir.path("live"), XasFileAccess::kept) != nullptr;
+        EXPECT_EQ(isMade, error == EPERM || error == EOPNOTSUPP || error == ENOSYS) << error;
+        EXPECT_EQ(dir.has("file"), isMade) << error;
+        std::filesystem::remove(dir.path("file"));
+    }
+}
+
 TEST_F(NewFile, TellsHowMuchOfItsTextWasWritten)
 {
     const XasFile full{std::fopen("/dev/full", "we")};
