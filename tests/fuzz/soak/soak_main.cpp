@@ -80,7 +80,8 @@ XasFiles decidedFiles(XasMachine &machine)
         const std::string &path = file.first;
         const bool isPorts = path.starts_with("/etc/zel/") && path.ends_with(".conf");
         const std::string login = isPorts ? path.substr(9, path.size() - 14) : "";
-        return path.ends_with(".old") || path.starts_with("/www/") ||
+        const bool isEmptyList = path == "/etc/.lusers" && file.second.empty(); // is none, and none is empty
+        return isEmptyList || path.ends_with(".old") || path.starts_with("/www/") ||
                (isPorts && !machine.accounts.contains(login));
     });
     return files;
