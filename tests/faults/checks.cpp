@@ -103,6 +103,17 @@ bool isAboutQueue(const XasUndisturbed &undisturbed, const XasCut &cut)
     });
 }
 
+/** Syncing or closing a file failed that then took another one's place: nobody knows whether it is kept. */
+bool isUnkept(const XasUndisturbed &undisturbed, const XasCut &cut)
+{
+    return cut.kind == XasCutKind::error &&
+           std::ranges::any_of(undisturbed.run.calls, [&](const XasCall &call) {
+               return call.process == cut.process && call.index == cut.call && call.path.ends_with(".tmp") &&
+                      (call.number == SYS_fsync || call.number == SYS_close) &&
+                      !xasToleratedWhenApplied(undisturbed, cut)(xasLivePathOf(call.path));
+           });
+}
+
 XasRun runAgain(const XasFaultsCase &faultsCase, const XasFileStates &files)
 {
     xasPutFiles(files);
@@ -201,6 +212,8 @@ XasComplaints xasCheckFailed(const XasUndisturbed &undisturbed, const XasRun &ru
     if (reply.success != 0) {
         add(complaints,
             xasCheckLive(run.files, {&undisturbed.run.files}, xasToleratedWhenApplied(undisturbed, cut)));
+        if (isUnkept(undisturbed, cut))
+            complaints.emplace_back("it is applied although nobody knows whether the file is kept");
         if (!xasMayRunOtherwise(undisturbed, cut))
             compare(complaints, "these run", run.running, undisturbed.run.running);
     } else if (cut.kind == XasCutKind::error &&
