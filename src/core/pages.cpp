@@ -1,5 +1,6 @@
 #include "core/pages.h"
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <link.h>
@@ -15,14 +16,14 @@ int releaseLibrary(dl_phdr_info *library, std::size_t /*size*/, void * /*unused*
     const std::string_view path{library->dlpi_name};
     if (path.empty() || path.find("/libc.") != std::string_view::npos)
         return 0;
-    const std::uintptr_t page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+    const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
     for (int i = library->dlpi_phnum - 1; i >= 0; --i) { // the first segment holds this table
         const ElfW(Phdr) &segment = library->dlpi_phdr[i];
         if (segment.p_type != PT_LOAD || (segment.p_flags & PF_W) != 0)
             continue;
         const std::uintptr_t start = (library->dlpi_addr + segment.p_vaddr) & ~(page - 1);
         const std::uintptr_t end = library->dlpi_addr + segment.p_vaddr + segment.p_memsz;
-        ::madvise(reinterpret_cast<void *>(start), end - start, MADV_DONTNEED);
+        ::madvise(std::bit_cast<void *>(start), end - start, MADV_DONTNEED);
     }
     return 0;
 }

@@ -19,7 +19,8 @@ struct XmsOptions {
     bool json = false;
     bool secrets = false; /**< they are shown, or recorded, too */
     XmsPaint paint = XmsPaint::plain;
-    std::vector<std::string> logs = XMS_DEFAULT_LOGS; /**< files that are followed */
+    std::vector<std::string> logs{XMS_DEFAULT_LOGS.begin(),
+                                  XMS_DEFAULT_LOGS.end()}; /**< files that are followed */
 };
 
 /** Sends a setting, prints what became of it and returns it; a wait that takes long is told on the standard

@@ -18,10 +18,10 @@ bool xmsIsAnswer(const XmsTraffic &traffic);
 
 class XmsFeed {
   public:
-    /** Connects to the server and follows the logs. `ends`, when it is given, is readable once it is time to
+    /** Connects to the server and follows the logs. `end`, when it is given, is readable once it is time to
      * end. Throws XmsError. */
-    XmsFeed(const std::string &socket, const std::vector<std::string> &logs,
-            const XmsDescriptor *ends = nullptr);
+    XmsFeed(const std::string &socket, const std::vector<std::string> &paths,
+            const XmsDescriptor *end = nullptr);
 
     /** Waits for what happens next, in order; what is logged about a message stands behind it, and before its
      * answer. None once the server has ended, or it is time to. */

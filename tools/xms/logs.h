@@ -2,6 +2,7 @@
 #ifndef XAS_XMS_LOGS_H
 #define XAS_XMS_LOGS_H
 
+#include <array>
 #include <chrono>
 #include <cstdint>
 #include <functional>
@@ -10,7 +11,7 @@
 #include <vector>
 
 /** Where the system logger writes what the daemon logs, and what its scripts do. */
-inline const std::vector<std::string> XMS_DEFAULT_LOGS = {"/var/log/sw", "/var/log/general"};
+inline constexpr std::array XMS_DEFAULT_LOGS = {"/var/log/sw", "/var/log/general"};
 
 struct XmsLogLine {
     std::int64_t timeMs = 0; /**< when it was read, milliseconds since the epoch */

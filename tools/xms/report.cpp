@@ -84,8 +84,8 @@ class Reporter {
         last = static_cast<std::size_t>(step - report.steps.begin());
     }
 
-    void addFields(XmsReportStep &step, std::span<const std::byte> block, const XasMsgFields &fields,
-                   const std::string &prefix)
+    static void addFields(XmsReportStep &step, std::span<const std::byte> block, const XasMsgFields &fields,
+                          const std::string &prefix)
     {
         for (const XasMsgFieldAt &where : xasListFields(fields)) {
             if (!xasIsZero(block, where.place) && xasIsUsed(block, where))
@@ -101,7 +101,7 @@ class Reporter {
                       "user" + std::to_string(user + 1) + ".");
     }
 
-    XmsReportStep stepOf(const XmsTraffic &traffic)
+    static XmsReportStep stepOf(const XmsTraffic &traffic)
     {
         XmsReportStep step;
         step.timeMs = traffic.timeMs;

@@ -152,7 +152,7 @@ std::string headText(const XmsReportStep &step, std::size_t at, std::int64_t slo
     if (step.tookMs)
         text += element("span", "", tookText(*step.tookMs)) + "\n";
     const std::int64_t part = slowest > 0 ? 100 * step.tookMs.value_or(0) / slowest : 0;
-    return "<div class=\"head\" style=\"--took: " + number(part) + "%\">\n" + text + "</div>\n";
+    return R"(<div class="head" style="--took: )" + number(part) + "%\">\n" + text + "</div>\n";
 }
 
 std::string reasonText(const XmsReportStep &step)
@@ -221,7 +221,7 @@ std::string tableText(const std::map<std::uint32_t, Row> &rows)
 {
     const Row total = totalOf(rows);
     const auto column = [](const std::string &title) {
-        return "<th scope=\"col\" class=\"number\">" + title + "</th>";
+        return R"(<th scope="col" class="number">)" + title + "</th>";
     };
     std::string text = "<tr><th scope=\"col\">type</th>";
     for (std::size_t end = 0; end < ENDS.size(); ++end)
@@ -263,7 +263,7 @@ std::string refusalsText(const XmsReport &report)
 
 std::string radio(const std::string &name, const std::string &id, const std::string &label, bool isChecked)
 {
-    return "<span><input type=\"radio\" name=\"" + name + "\" id=\"" + id + "\"" +
+    return R"(<span><input type="radio" name=")" + name + "\" id=\"" + id + "\"" +
            (isChecked ? " checked" : "") + "><label for=\"" + id + "\">" + label + "</label></span>\n";
 }
 

@@ -167,6 +167,7 @@ std::vector<std::pair<std::uint32_t, std::vector<XasMessage>>> byType(const std:
 bool areCountsImplied(const XasMessage &record, const std::vector<XasMsgFieldAt> &fields)
 {
     std::vector<XmsAssignment> assignments;
+    assignments.reserve(fields.size());
     for (const XasMsgFieldAt &where : fields)
         assignments.push_back({where.name, msgValueText(bytesOf(record), where)});
     XasMessage again = xmsDefaultRecord(record.xH.msgtype);
@@ -190,7 +191,7 @@ std::vector<XmsFileSetting> xmsReadSettings(std::istream &file, const std::strin
         const std::vector<YAML::Node> documents = YAML::LoadAll(text);
         readDocument(reader, documents.size() == 1 ? documents.front() : YAML::Node{});
     } catch (const YAML::Exception &error) {
-        complain(reader, static_cast<std::size_t>(std::max(error.mark.line, 0) + 1), error.msg);
+        complain(reader, static_cast<std::size_t>(std::max(error.mark.line, 0)) + 1, error.msg);
     }
     return settings;
 }

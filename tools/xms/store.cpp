@@ -77,6 +77,7 @@ std::vector<XasMessage> xmsReadAllStored()
             records[name] = record;
     }
     std::vector<XasMessage> list;
+    list.reserve(records.size());
     for (const auto &[name, record] : records)
         list.push_back(record);
     return list;
