@@ -6,8 +6,6 @@
 #include "host_message.h"
 #include "least.h"
 #include "support/apps.h"
-#include "support/growth.h"
-#include "support/line_editors.h"
 #include "table.h"
 
 #include <cstdio>
@@ -111,23 +109,6 @@ void measureFile(const Place &place, std::size_t lines, double mostBesideC)
         measureAugtool(place, taken, what);
 }
 
-/** The text alone, without its file: the editor for which it grows most. */
-void measureGrowth()
-{
-    double most = 0;
-    std::string whose;
-    for (const XasLineEditor &edit : xasLineEditors()) {
-        const double few = xasEditSeconds(edit.run, edit.line, 10'000) / 10'000;
-        const double many = xasEditSeconds(edit.run, edit.line, 1'000'000) / 1'000'000;
-        if (many / few > most) {
-            most = many / few;
-            whose = edit.editor;
-        }
-    }
-    benchRow(("a line of 1,000,000 beside one of 10,000, the worst of all editors: " + whose).c_str(), most,
-             "ratio", 2);
-}
-
 void measureMessage(const Place &place, double mostBesideC)
 {
     const BenchFiles files = benchFiles(place.directory);
@@ -175,7 +156,6 @@ void benchFileWork()
     measureFile(inMemory, 200, 2);
     measureFile(inMemory, 100'000, 3);
     measureMessage(inMemory, 2);
-    measureGrowth();
     measureFile(onDisk, 1, -1);
     measureFile(onDisk, 200, 1.1);
     measureFile(onDisk, 100'000, -1);

@@ -3,6 +3,7 @@
 //   xas_bench [SIZE]   SIZE: bytes of the daemon as it is installed
 #include "daemon_bench.h"
 #include "files_bench.h"
+#include "growth_bench.h"
 #include "support/root.h"
 #include "table.h"
 #include "types_bench.h"
@@ -17,6 +18,7 @@ int main(int argc, char **argv)
         return *status;
     try {
         benchFileWork();
+        benchGrowth();
         benchDaemon();
         if (argc > 1)
             benchRow("the program as it is installed", std::atof(argv[1]) / 1e3, "kB", 280);

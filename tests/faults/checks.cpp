@@ -163,6 +163,7 @@ XasComplaints xasCheckUndisturbed(const XasUndisturbed &undisturbed)
     XasComplaints complaints = checkServes(undisturbed.run);
     add(complaints, checkLeft(undisturbed, undisturbed.run));
     add(complaints, xasCheckSynced(undisturbed.run));
+    add(complaints, xasCheckSecrets(undisturbed));
     const XasRun other = runFirst(undisturbed.faultsCase, {});
     compare(complaints, "the calls are others the second time", namesOf(other.calls),
             namesOf(undisturbed.run.calls));

@@ -27,6 +27,9 @@ XasComplaints xasCheckRolledBack(const XasUndisturbed &undisturbed, const XasFil
  * acknowledgement every directory is in which a name changed. */
 XasComplaints xasCheckSynced(const XasRun &run);
 
+/** A file that the table of settings calls secret is its owner's alone once the message has changed it. */
+XasComplaints xasCheckSecrets(const XasUndisturbed &undisturbed);
+
 /** Working files, and those that commands of the appliance change: they are not old or new, but in between.
  */
 bool xasChangesInSteps(const std::string &path);
