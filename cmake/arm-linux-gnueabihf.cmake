@@ -10,6 +10,7 @@ set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR arm)
 set(CMAKE_C_COMPILER arm-linux-gnueabihf-gcc)
 set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)
+set(CMAKE_CXX_FLAGS_INIT -Wno-psabi) # notes on what another release of the compiler passed otherwise
 
 set(XAS_SYSROOT "" CACHE PATH "The appliance's headers and libraries")
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES XAS_SYSROOT)

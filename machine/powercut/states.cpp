@@ -7,7 +7,7 @@ namespace {
 
 constexpr std::size_t ALL_SUBSETS = 4; // of groups up to this size
 constexpr unsigned RANDOM_SUBSETS = 4;
-constexpr std::size_t BLOCK = 1024; // of the file system; it relies on each being written whole, or not
+constexpr std::size_t BLOCK = 4096; // of the file system, and a sector of the disk: written whole, or not
 
 void apply(std::string &disk, const XasEntry &write, char how)
 {

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <sys/mman.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -17,8 +18,10 @@ int releaseLibrary(dl_phdr_info *library, std::size_t /*size*/, void * /*unused*
     if (path.empty() || path.find("/libc.") != std::string_view::npos)
         return 0;
     const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-    for (int i = library->dlpi_phnum - 1; i >= 0; --i) { // the first segment holds this table
-        const ElfW(Phdr) &segment = library->dlpi_phdr[i];
+    // One of the segments holds the table of them: a look at it afterwards would bring it back, and its
+    // neighbours.
+    const std::vector<ElfW(Phdr)> segments(library->dlpi_phdr, library->dlpi_phdr + library->dlpi_phnum);
+    for (const ElfW(Phdr) & segment : segments) {
         if (segment.p_type != PT_LOAD || (segment.p_flags & PF_W) != 0)
             continue;
         const std::uintptr_t start = (library->dlpi_addr + segment.p_vaddr) & ~(page - 1);

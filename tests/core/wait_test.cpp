@@ -89,9 +89,11 @@ TEST(WaitBeforeSignals, GivesNoStatusForAProcessThatIsNoChild)
 
 TEST(WaitBeforeSignals, GoesOnWaitingWhenInterrupted)
 {
+    const pid_t child = childThatExits(2);
+    xasAwaitExit(child);
     const XasFault interrupted{"waitpid", EINTR, 0, 3};
     int status = -1;
-    EXPECT_TRUE(xasWaitForChild(childThatExits(2), status));
+    EXPECT_TRUE(xasWaitForChild(child, status));
     EXPECT_EQ(WEXITSTATUS(status), 2);
     EXPECT_EQ(interrupted.calls(), 4U);
 }
