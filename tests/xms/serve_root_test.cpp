@@ -1,5 +1,7 @@
 // The message tool's server through the real queues; the test plays the daemon.
 #include "support/serve_fixture.h"
+#include "xms/hex.h"
+#include "xms/socket.h"
 
 using XmsServe = XmsServeTest;
 
@@ -32,6 +34,29 @@ TEST_F(XmsServe, WithoutADaemonASettingTimesOutButALateAnswerStillCounts)
     ASSERT_TRUE(late);
     acknowledge(late->xH.id, true);
     EXPECT_TRUE(xasEventually([&] { return dir.has("store/XMSG_HOSTNAME"); }));
+}
+
+TEST_F(XmsServe, AWaitOfAnyLengthIsWaitedOrEndsAtOnce)
+{
+    serve();
+    const XmsDescriptor client = xmsConnect(dir.path("xms.sock"));
+    std::string buffer;
+    const auto ask = [&](const std::string &milliseconds) {
+        const XasMessage dns = XasMessageBuilder{XMSG_DNS};
+        xmsSendLine(client,
+                    R"({"do":"set","record":")" + xmsToHex(dns) + R"(","timeout_ms":)" + milliseconds + "}");
+        return receive()->xH.id;
+    };
+    const auto resultOf = [&](std::uint32_t id) {
+        const std::string line = xmsReadLine(client, buffer).value_or("");
+        EXPECT_THAT(line, HasSubstr("\"id\":" + std::to_string(id)));
+        return line;
+    };
+    const std::uint32_t longest = ask("9223372036854775807");
+    xasPause(100ms);
+    acknowledge(longest, true);
+    EXPECT_THAT(resultOf(longest), HasSubstr("\"result\":\"answered\""));
+    EXPECT_THAT(resultOf(ask("-9223372036854775808")), HasSubstr("\"result\":\"timeout\""));
 }
 
 TEST_F(XmsServe, SettingsThatFindTheQueueFullAreWithdrawnWhenTheirTimeIsUp)
