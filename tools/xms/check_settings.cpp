@@ -1,5 +1,6 @@
 #include "xms/check.h"
 
+#include "config/firewall_services.h"
 #include "dispatch/settings.h"
 #include "msg/type_names.h"
 #include "wire/field.h"
@@ -11,6 +12,8 @@
 #include <utility>
 
 namespace {
+
+constexpr std::string_view FIREWALL = "firewall";
 
 /** The applications of all settings; one setting names one of several itself. */
 std::set<std::string, std::less<>> usedNames()
@@ -62,10 +65,14 @@ void checkNames(const std::vector<XmsCheckedApp> &apps, XmsFindings &findings)
     }
 }
 
-/** The TYPEs that the settings of an application look for. */
+/** The TYPEs that the settings of an application look for. The file of the firewall's settings is one: it has
+ * its update, although the filter takes the messages. */
 std::set<std::string_view> typesOf(std::string_view application)
 {
     std::set<std::string_view> types;
+    if (application == FIREWALL)
+        for (const XasFileRow &row : xasUpdateFirewallCfg.files)
+            types.insert(row.type);
     for (const XasSetting &setting : xasSettings()) {
         if (setting.application != application || setting.update.files == nullptr)
             continue;
