@@ -237,7 +237,9 @@ XasComplaints xasCheckSecrets(const XasUndisturbed &undisturbed)
     for (const auto &[path, type] : typesByPath(undisturbed.faultsCase)) {
         const XasFileState *after = find(undisturbed.run.files, path);
         const bool isReplaced = !hasText(find(undisturbed.old, path), after);
-        const auto isSecret = [&](const XasExpectedFile &file) { return file.type == type && file.secret; };
+        const auto isSecret = [&](const XasExpectedFile &file) {
+            return file.type == type && file.secret;
+        };
         if (setting != nullptr && after != nullptr && isReplaced && (after->mode & OTHERS) != 0 &&
             std::ranges::any_of(setting->files, isSecret))
             complaints.push_back(path + " holds a secret and is open to others: " + shown(after));
