@@ -233,15 +233,16 @@ XasComplaints xasCheckSecrets(const XasUndisturbed &undisturbed)
 {
     const XasSession session = xasSecondSessionOf(undisturbed.faultsCase);
     const XasExpectedSetting *setting = expectedOf(session.front().message.xH.msgtype);
+    std::set<std::string> secretTypes;
+    for (const XasExpectedFile &file : setting != nullptr ? setting->files : std::vector<XasExpectedFile>{}) {
+        if (file.secret)
+            secretTypes.insert(file.type);
+    }
     XasComplaints complaints;
     for (const auto &[path, type] : typesByPath(undisturbed.faultsCase)) {
         const XasFileState *after = find(undisturbed.run.files, path);
         const bool isReplaced = !hasText(find(undisturbed.old, path), after);
-        const auto isSecret = [&](const XasExpectedFile &file) {
-            return file.type == type && file.secret;
-        };
-        if (setting != nullptr && after != nullptr && isReplaced && (after->mode & OTHERS) != 0 &&
-            std::ranges::any_of(setting->files, isSecret))
+        if (secretTypes.contains(type) && isReplaced && after != nullptr && (after->mode & OTHERS) != 0)
             complaints.push_back(path + " holds a secret and is open to others: " + shown(after));
     }
     return complaints;
