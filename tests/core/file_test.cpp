@@ -32,6 +32,17 @@ TEST_F(ReadFile, IsNoneWhenItIsNotThere)
     EXPECT_THAT(log.lines(), IsEmpty()) << "the callers have texts of their own";
 }
 
+TEST_F(ReadFile, IsReadToItsEndAlsoWhereItDoesNotSayHowLongItIs)
+{
+    const std::string all(50'000, 'x'); // less than a pipe holds
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    ASSERT_EQ(::write(ends[1], all.data(), all.size()), static_cast<ssize_t>(all.size()));
+    ::close(ends[1]);
+    const XasFile file{::fdopen(ends[0], "r")};
+    EXPECT_EQ(xasReadAll(file.get()), all);
+}
+
 TEST_F(ReadFile, IsNoPipeAndNobodyIsWaitedForWhoMayWriteIt)
 {
     ASSERT_EQ(::mkfifo(dir.path("pipe").c_str(), 0644), 0);

@@ -83,6 +83,27 @@ TEST_F(Backup, ThatAnEmptyingMadeIsBroughtBack)
     EXPECT_THAT(dir.names(), ElementsAre("live"));
 }
 
+TEST_F(Backup, StaysWhenItCannotBeBroughtBack)
+{
+    dir.write("live", "old\n");
+    const XasFault fault{"rename", EIO, 1}; // the first one makes the backup
+    EXPECT_EQ(xasEmptyCfgFile(live.c_str()), 1);
+    EXPECT_THAT(log.lines(),
+                ElementsAre(xasErrorLine("Error opening file \"" + live + "\"\n"), notRenamed()));
+    EXPECT_EQ(dir.read("live.old"), "old\n");
+    EXPECT_EQ(dir.read("live"), "old\n");
+    EXPECT_THAT(dir.names(), ElementsAre("live", "live.old"));
+}
+
+TEST_F(Backup, IsBroughtBackWhenTheEmptyFileIsNotKept)
+{
+    dir.write("live", "old\n");
+    const XasFault fault{"fsync", EIO};
+    EXPECT_EQ(xasEmptyCfgFile(live.c_str()), 1);
+    EXPECT_EQ(dir.read("live"), "old\n");
+    EXPECT_THAT(dir.names(), ElementsAre("live"));
+}
+
 TEST_F(Backup, IsOfRegularFilesAndAPipeIsNotEvenOpened)
 {
     ASSERT_EQ(::mkfifo(live.c_str(), 0644), 0);

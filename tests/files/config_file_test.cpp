@@ -195,7 +195,7 @@ TEST_F(CfgSave, KeepsOnlyTheContentBeforeTheLastSave)
 
 TEST_F(CfgSave, MovesTheLiveFileAsideWhereTheFileSystemHasNoHardLinks)
 {
-    for (const int error : {EPERM, EOPNOTSUPP}) {
+    for (const int error : {EPERM, EOPNOTSUPP, ENOSYS, EMLINK}) {
         dir.write("live", "old\n");
         const XasFault fault{"link", error};
         EXPECT_EQ(replace("new\n"), 0);
@@ -203,6 +203,41 @@ TEST_F(CfgSave, MovesTheLiveFileAsideWhereTheFileSystemHasNoHardLinks)
         EXPECT_EQ(dir.read("live.old"), "old\n");
     }
     EXPECT_THAT(log.lines(), IsEmpty());
+}
+
+TEST_F(CfgSave, BringsTheFileThatWasMovedAsideBackWhenTheNewOneDoesNotCome)
+{
+    dir.write("live", "old\n");
+    const XasFault noLinks{"link", EPERM};
+    const XasFault fault{"rename", EIO, 1, 1}; // the first one moves the live file aside
+    EXPECT_EQ(replace("new\n"), 1);
+    EXPECT_THAT(log.lines(), ElementsAre(aboutLive("Error renaming new config file")));
+    EXPECT_EQ(dir.read("live"), "old\n");
+    EXPECT_FALSE(dir.has("live.old"));
+}
+
+TEST_F(CfgSave, FailsWhenTheLiveFileCannotEvenBeMovedAside)
+{
+    dir.write("live", "old\n");
+    const XasFault noLinks{"link", EMLINK};
+    const XasFault fault{"rename", EIO, 0, 1};
+    EXPECT_EQ(replace("new\n"), 1);
+    EXPECT_THAT(log.lines(), ElementsAre(aboutLive("Error renaming old config file")));
+    EXPECT_FALSE(dir.has("live.old"));
+}
+
+TEST_F(CfgSave, TakesTheNameThatAnInterruptedSaveLeft)
+{
+    dir.write("live", "old\n");
+    dir.write("live.old.tmp", "left\n");
+    EXPECT_EQ(replace("new\n"), 0);
+    EXPECT_EQ(dir.read("live.old"), "old\n");
+    EXPECT_THAT(dir.names(), ElementsAre("live", "live.old"));
+    dir.write("live.old.tmp", "left\n");
+    const XasFault fault{"unlink", EACCES};
+    EXPECT_EQ(replace("newer\n"), 1);
+    EXPECT_THAT(log.lines(), ElementsAre(aboutLive("Error renaming old config file")));
+    EXPECT_EQ(dir.read("live.old"), "old\n") << "the earlier backup";
 }
 
 TEST_F(CfgSave, KeepsTheModeOfTheLiveFileWhateverTheUmaskIs)

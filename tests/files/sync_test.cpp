@@ -43,6 +43,15 @@ TEST_F(Syncing, IsOfEachDirectoryOnce)
     EXPECT_THAT(synced(), IsEmpty());
 }
 
+TEST_F(Syncing, IsOfTheWorkingDirectoryForANameAlone)
+{
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(dir.path());
+    xasNoteTouched("file");
+    EXPECT_THAT(synced(), ElementsAre("fsync " + dir.path()));
+    std::filesystem::current_path(before);
+}
+
 TEST_F(Syncing, PassesOverADirectoryThatIsGone)
 {
     xasNoteTouched(dir.path("gone/file"));

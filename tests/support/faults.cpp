@@ -215,6 +215,11 @@ int fsync(int fd)
     return fails("fsync") ? -1 : real(fsync, "fsync")(fd);
 }
 
+int close_range(unsigned first, unsigned last, int flags) noexcept
+{
+    return fails("close_range") ? -1 : real(close_range, "close_range")(first, last, flags);
+}
+
 int chmod(const char *path, mode_t mode) noexcept
 {
     return fails("chmod") ? -1 : real(chmod, "chmod")(path, mode);
