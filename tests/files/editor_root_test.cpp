@@ -1,5 +1,6 @@
 // What editors do when the disk fills up under them, beside what all settings share.
 #include "config/firewall_services.h"
+#include "config/hostname.h"
 #include "config/ntp.h"
 #include "config/routing.h"
 #include "config/syslog.h"
@@ -83,4 +84,16 @@ TEST_F(FullDisk, LeavesTheFirewallSettingsAndNamesThemForASetting)
     EXPECT_THAT(log.lines(),
                 ElementsAre(NOT_PRINTED, xasErrorLine("Error printing line to firewall config file\n")));
     EXPECT_EQ(disk.read("firewall"), text);
+}
+
+TEST_F(FullDisk, LeavesTheHostsFileAndTellsALineThatIsCopiedFromTheFirst)
+{
+    const std::string text = filled("192.168.10.1\tgateway\n");
+    const std::string path = disk.write("hosts", text);
+    XasHostnamePayload hostname{};
+    xasSetFieldText(hostname.hostname, "console"); // its line is new, the last of the copied ones has no room
+    EXPECT_EQ(xasEditHostsFile(path.c_str(), &hostname, &reply), 1);
+    EXPECT_EQ(log.lines().back(), xasErrorLine("Error printing other line to hostname config file\n"));
+    EXPECT_EQ(disk.read("hosts"), text);
+    EXPECT_FALSE(disk.has("hosts.old"));
 }
