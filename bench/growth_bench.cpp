@@ -14,7 +14,6 @@ namespace {
 
 constexpr std::size_t FEWEST = 10;
 constexpr std::size_t MOST = 1'000'000;
-constexpr double NOISE = std::numeric_limits<double>::max();
 
 /**
  * While it lives, freed memory stays in the process: what is measured is the editor's work. Otherwise texts
@@ -68,7 +67,7 @@ struct Worst {
 /** A longer file beside the shorter one of which a line costs least. */
 double growthOf(const XasLineEditor &edit, double &longest)
 {
-    double least = NOISE;
+    double least = std::numeric_limits<double>::max();
     double most = 0;
     for (std::size_t lines = FEWEST; lines <= MOST; lines *= 10) {
         longest = nanosecondsPerLine(edit, lines);

@@ -167,7 +167,7 @@ TEST(XmsSettingsFile, WhatIsWrittenMakesTheSameRecordAgainWhateverItHolds)
         const XasMsgFields *fields = msgFieldsOf(msgtype);
         if (fields == nullptr || msgtype == XMSG_LOCALUSERS)
             continue;
-        for (int round = 0; round < 8; ++round) {
+        for (int round = 0; round < 20; ++round) {
             XasMessage record = XasMessageBuilder{msgtype};
             for (std::byte &byte : record.payload)
                 byte = std::byte(round == 0 || random() % 3 == 0 ? 0 : random());
