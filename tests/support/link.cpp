@@ -12,7 +12,8 @@ void runIp(const std::string &arguments)
 {
     if (!xasInPrivateRoot())
         throw std::logic_error{"network devices are made in the private root only"};
-    if (std::system(("ip " + arguments).c_str()) != 0)
+    // By its path: where BusyBox is the shell, it takes its own, which knows no pairs of ports.
+    if (std::system(("/bin/ip " + arguments).c_str()) != 0)
         throw std::runtime_error{"failed: ip " + arguments};
 }
 
