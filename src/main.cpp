@@ -15,6 +15,7 @@
 
 #include <cstdlib>
 #include <exception>
+#include <tuple>
 #include <unistd.h>
 
 namespace {
@@ -36,7 +37,7 @@ XasIdleResult doIdleWork(XasMessage &msg)
 {
     const XasIdleResult result = xasPollLinks(msg, xasIsBondingOn());
     if (result != XasIdleResult::failed)
-        xasIPFilterTimerTick();
+        std::ignore = xasIPFilterTimerTick(); // it logs why it cannot
     return result;
 }
 
@@ -44,7 +45,7 @@ XasIdleResult doIdleWork(XasMessage &msg)
 void processMessage(XasAppList &apps) noexcept
 {
     try {
-        xasProcessMsg(apps, doIdleWork);
+        std::ignore = xasProcessMsg(apps, doIdleWork); // it logs why it cannot
     } catch (const std::exception &error) {
         xasLogError("%s\n", error.what());
     }

@@ -45,16 +45,17 @@ inline constexpr XasEditTexts XAS_AUTH_ORDER_TEXTS{
     .saveReason = "Error saving new r58authconfig config file"};
 
 /** Rewrites the file, which must exist; `auth` is clamped. Returns 0, or 1 with the failure in `reply`. */
-int xasEditAuthenOrderCfgFile(const char *cfgFileName, XasAuthPayload *auth, XasReplyStatus *reply);
+[[nodiscard]] int xasEditAuthenOrderCfgFile(const char *cfgFileName, XasAuthPayload *auth,
+                                            XasReplyStatus *reply);
 
 /** There is an order, but nobody knows it: nothing must be derived from it. */
 inline constexpr int XAS_ORDER_UNKNOWN = 2;
 
 /** Reads the file. Returns 0; 1 after logging that it cannot be opened, no method has a position then;
  * XAS_ORDER_UNKNOWN after logging that it cannot be read to its end. */
-int xasReadAuthenOrder(XasAuthOrder &order);
+[[nodiscard]] int xasReadAuthenOrder(XasAuthOrder &order);
 
 /** Writes the file directly. Returns 0, or 1 after logging that it cannot be opened or written. */
-int xasWriteAuthenOrder(const XasAuthOrder &order);
+[[nodiscard]] int xasWriteAuthenOrder(const XasAuthOrder &order);
 
 #endif

@@ -25,8 +25,8 @@ std::string xasHostsTextWithLine(std::string_view oldText, const char *address, 
 extern const XasTemplateEditor<XasKerberosPayload> xasEditKerberosCfgFile;
 
 /** Edits the hosts file, which must exist. Returns 0, or 1 with the failure in `reply`. */
-int xasAddLinetoHostsFile(const char *cfgFileName, const char *address, const char *canonicalName,
-                          const char *alias, XasReplyStatus *reply);
+[[nodiscard]] int xasAddLinetoHostsFile(const char *cfgFileName, const char *address,
+                                        const char *canonicalName, const char *alias, XasReplyStatus *reply);
 
 /** The handler of XMSG_KERBEROS. */
 extern const XasFilesUpdate xasUpdateKerberosCfg;

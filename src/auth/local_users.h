@@ -13,13 +13,13 @@
 
 /** True for a login that can be an account's and a file's name: not empty, no leading "-", no "/", ":", blank
  * or control character. */
-bool xasIsValidLogin(std::string_view login);
+[[nodiscard]] bool xasIsValidLogin(std::string_view login);
 
 /** True for a password that can stand in the file of accounts: no ":" and no control character. */
-bool xasIsValidPassword(std::string_view password);
+[[nodiscard]] bool xasIsValidPassword(std::string_view password);
 
 /** True for a record of a list of users that an account and a port file can be made of. */
-bool xasIsValidUser(const XasUserRecord &user);
+[[nodiscard]] bool xasIsValidUser(const XasUserRecord &user);
 
 /** The command that makes the account of an added user: administrator, with a password, or without. */
 XasShellCommand xasAddUserCommand(const XasUserRecord &user);
@@ -38,11 +38,11 @@ XasExitStatus xasRunAccountCommand(XasShellCommand command);
 void xasRemoveAccount(std::string_view login, const char *notRunLog);
 
 /** Appends a login to the list. Returns 0, or -1 when that fails. */
-int xasAddLocalUserToList(std::string_view login);
+[[nodiscard]] int xasAddLocalUserToList(std::string_view login);
 
 /** Removes the account of the first listed `login`, or of all listed logins when it is empty, and takes them
  * off the list; listed logins without account are dropped on the way. Returns 0; -1 when the list cannot be
  * read; 1 when the new one cannot be written, the list then staying as it was. */
-int xasDeleteLocalUsers(std::string_view login);
+[[nodiscard]] int xasDeleteLocalUsers(std::string_view login);
 
 #endif

@@ -45,6 +45,6 @@ extern const XasEditor<XasNfsShares> xasEditNFSCfgFile;
 extern const XasFilesUpdate xasNfsFiles;
 
 /** The handler of XMSG_NFS. A failed file ends it; nothing is rolled back. */
-int xasUpdateNFSCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+[[nodiscard]] int xasUpdateNFSCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
 
 #endif

@@ -27,7 +27,8 @@ extern const XasEditor<XasNisPayload> xasEditYpCfgFile;
  * own, xasEditNetCfgFile in config/network_file.h.) A domain that is not empty is then made the running one,
  * by a child that is not waited for, whether or not the file could be saved. Returns 0, or 1 with the failure
  * in `reply`. */
-int xasEditNetworkCfgFile(const char *cfgFileName, const XasNisPayload *nis, XasReplyStatus *reply);
+[[nodiscard]] int xasEditNetworkCfgFile(const char *cfgFileName, const XasNisPayload *nis,
+                                        XasReplyStatus *reply);
 
 /** The handler of XMSG_NIS. */
 extern const XasFilesUpdate xasUpdateNisCfg;

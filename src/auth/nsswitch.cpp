@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <tuple>
 
 namespace {
 
@@ -67,7 +68,8 @@ int xasEditNsswitchCfgFile(const char *cfgFileName, XasReplyStatus *reply)
     XasAuthOrder order{};
     if (xasReadAuthenOrder(order) == XAS_ORDER_UNKNOWN)
         return 0;
-    xasEditFile(cfgFileName, XAS_NSSWITCH_TEXTS, reply,
-                [&](std::string_view oldText) { return XasNewText{xasNsswitchText(oldText, order)}; });
+    std::ignore = // never the message's failure
+        xasEditFile(cfgFileName, XAS_NSSWITCH_TEXTS, reply,
+                    [&](std::string_view oldText) { return XasNewText{xasNsswitchText(oldText, order)}; });
     return 0;
 }

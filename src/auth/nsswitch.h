@@ -24,7 +24,7 @@ extern const XasEditTexts XAS_NSSWITCH_TEXTS;
 
 /** Rewrites the file, which must exist. Always returns 0; a failure is only in `reply`. An order that
  * cannot be read to its end leaves it as it is. */
-int xasEditNsswitchCfgFile(const char *cfgFileName, XasReplyStatus *reply);
+[[nodiscard]] int xasEditNsswitchCfgFile(const char *cfgFileName, XasReplyStatus *reply);
 
 /** The same as the edit of a row. */
 inline constexpr XasFileEdit XAS_NSSWITCH_EDIT{

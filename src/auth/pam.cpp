@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <tuple>
 
 namespace {
 
@@ -167,7 +168,7 @@ int xasBuildPamSystemAuth(const char *path, const XasPamModuleData *moduleData)
     XasAuthOrder order{};
     if (xasReadAuthenOrder(order) == XAS_ORDER_UNKNOWN)
         return 0;
-    xasWritePamSystemAuthFile(order, path, moduleData);
+    std::ignore = xasWritePamSystemAuthFile(order, path, moduleData); // never the message's failure
     return 0;
 }
 

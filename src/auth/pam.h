@@ -33,22 +33,22 @@ std::string xasPamSystemAuthText(const XasAuthOrder &order, const XasPamModuleDa
 
 /** Writes the file at `path`; 0600 while it carries the TACACS+ secret. Returns 0, or 1 after logging that it
  * cannot be opened or written. */
-int xasWritePamSystemAuthFile(const XasAuthOrder &order, const char *path,
-                              const XasPamModuleData *moduleData);
+[[nodiscard]] int xasWritePamSystemAuthFile(const XasAuthOrder &order, const char *path,
+                                            const XasPamModuleData *moduleData);
 
 /** The same for the order on disk; one that cannot be read to its end leaves the file as it is. Always
  * returns 0. */
-int xasBuildPamSystemAuth(const char *path, const XasPamModuleData *moduleData);
+[[nodiscard]] int xasBuildPamSystemAuth(const char *path, const XasPamModuleData *moduleData);
 
 /** The value of the last line of `text` that holds "TAG = VALUE". The last character behind it goes, which is
  * the line feed wherever there is one. Returns false, `value` left alone, when there is no such line. */
-bool xasFindConfData(std::string_view text, std::string_view tag, std::string &value);
+[[nodiscard]] bool xasFindConfData(std::string_view text, std::string_view tag, std::string &value);
 
 /** The same in a file. Returns 0; 1, nothing logged, when it cannot be opened or has no such line; 1 after
  * logging that it cannot be read to its end. */
-int xasGetConfData(const char *cfgFileName, const char *tag, std::string *value);
+[[nodiscard]] int xasGetConfData(const char *cfgFileName, const char *tag, std::string *value);
 
 /** Reads the settings from the Kerberos and the TACACS+ file; always returns 0. */
-int xasGetPamModuleData(XasPamModuleData *moduleData);
+[[nodiscard]] int xasGetPamModuleData(XasPamModuleData *moduleData);
 
 #endif

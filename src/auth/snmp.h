@@ -15,7 +15,8 @@
 std::string xasSnmpText(std::string_view oldText, const XasSnmpPayload &snmp);
 
 /** Edits the file, which must exist. Returns 0, or 1 with the failure in `replyReason`. */
-int xasEditSNMPCfgFile(const char *cfgFileName, const XasSnmpPayload *snmp, XasReplyStatus *replyReason);
+[[nodiscard]] int xasEditSNMPCfgFile(const char *cfgFileName, const XasSnmpPayload *snmp,
+                                     XasReplyStatus *replyReason);
 
 /** The handler of XMSG_SNMP. */
 extern const XasFilesUpdate xasUpdateSNMPCfg;

@@ -16,15 +16,15 @@ struct XasKerberosPayload;
 struct XasTacacsPayload;
 
 /** After XMSG_AUTH, and after local users changed. */
-int xasEditSysAuthCfgFile(const char *cfgFileName, XasReplyStatus *reply);
-int xasEditLocalUsersSysAuthCfgFile(const char *cfgFileName);
+[[nodiscard]] int xasEditSysAuthCfgFile(const char *cfgFileName, XasReplyStatus *reply);
+[[nodiscard]] int xasEditLocalUsersSysAuthCfgFile(const char *cfgFileName);
 
 /** The editor of a method: editor(path, &values). */
 template <class Values>
 struct XasSysAuthEditor {
     const char *argument; /**< the name of the values in the assertion that they are given */
 
-    int operator()(const char *cfgFileName, const Values *values) const
+    [[nodiscard]] int operator()(const char *cfgFileName, const Values *values) const
     {
         xasAssertGiven(values, argument);
         return xasEditLocalUsersSysAuthCfgFile(cfgFileName);

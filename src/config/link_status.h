@@ -8,6 +8,7 @@
 extern const XasFilesUpdate xasEthIfStatusFiles;
 
 /** The handler of XMSG_NOTIFY. Edits the file "eth0" or "eth1", that of the port which changed. */
-int xasUpdateEthIfStatusCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+[[nodiscard]] int xasUpdateEthIfStatusCfg(XasMessage *msg, const XasCfgFileList *cfgFiles,
+                                          XasReplyStatus *reply);
 
 #endif

@@ -12,7 +12,7 @@
 #include <string_view>
 
 /** True when every level index names a level; the functions below take no others. */
-bool xasAreSyslogLevelsValid(const XasSyslogPayload &syslog);
+[[nodiscard]] bool xasAreSyslogLevelsValid(const XasSyslogPayload &syslog);
 
 /** The lines of the old text, those of our categories set to their file and level. Our categories without a
  * path and all forwarding rules are dropped; our categories are not appended where they are missing. */

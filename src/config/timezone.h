@@ -10,6 +10,7 @@ extern const XasFilesUpdate xasTimezoneFiles;
 
 /** The handler of XMSG_TIMEZONE. The link changes in one step; a zone without a file leaves it as it is.
  * Failures are logged, the reply is left alone. */
-int xasUpdateTimezoneCfg(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+[[nodiscard]] int xasUpdateTimezoneCfg(XasMessage *msg, const XasCfgFileList *cfgFiles,
+                                       XasReplyStatus *reply);
 
 #endif

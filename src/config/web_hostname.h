@@ -16,6 +16,6 @@ std::string xasWebHostname(std::string_view text);
 
 /** Reads "/www/xml/network.xml". Returns 0 with the name in `hostname`; 1, `hostname` left alone, when there
  * is none or, after logging, when the file cannot be opened. */
-int xasGetXmlHostname(std::string &hostname);
+[[nodiscard]] int xasGetXmlHostname(std::string &hostname);
 
 #endif

@@ -20,7 +20,7 @@ pid_t xasStartDaemon(XasDaemon *daemon, const XasApp &app);
 
 /** Stops a daemon: SIGTERM, 100 ms later SIGKILL, and another second. Returns 0 when it is gone, 1 when it
  * could not be stopped or had no valid pid. */
-int xasStopDaemon(XasDaemon *daemon);
+[[nodiscard]] int xasStopDaemon(XasDaemon *daemon);
 
 /** What is done for an exited child: finds its daemon and restarts it as told above. Others are ignored. */
 void xasReapChild(XasAppList &apps, pid_t pid, int status);

@@ -12,16 +12,16 @@
 #include "core/msgqueue.h"
 
 /** Creates the link-state socket, kept for the life of the process. Returns 0, or 1 after logging. */
-int xasOpenLinkSocket();
+[[nodiscard]] int xasOpenLinkSocket();
 
 /** The link state of port 0 or 1: `up` is 1 or 0; a port that cannot be asked counts as down. Returns 0. */
-int xasGetLinkState(unsigned port, std::uint32_t &up);
+[[nodiscard]] int xasGetLinkState(unsigned port, std::uint32_t &up);
 
 /** Wakes the watch for good: the Ethernet configuration has been received. */
 void xasNoteEthConfigured();
 
 /** Takes the link of port 0 or 1 as up from now on. Returns 0; 1 after logging for another port. */
-int xasEnableNetPort(unsigned port);
+[[nodiscard]] int xasEnableNetPort(unsigned port);
 
 /** The watch's share of the idle work: looks when it is time to, and may make a notification in `msg`. */
 XasIdleResult xasPollLinks(XasMessage &msg, bool bondingOn);

@@ -32,7 +32,7 @@ enum class XasIdleResult {
 using XasIdleWork = std::function<XasIdleResult(XasMessage &msg)>;
 
 /** Attaches to both queues. Returns 0, or 1 after logging which one is not there. */
-int xasInitMsgQueues();
+[[nodiscard]] int xasInitMsgQueues();
 
 /** Issues a message id: a process-wide counter, 10 first. */
 std::uint32_t xasNextMsgId();
@@ -41,17 +41,17 @@ std::uint32_t xasNextMsgId();
 XasMessage xasNewMessage(XasMsgType msgtype, XasAction action);
 
 /** Sends a record; while the queue is full waits, serving signals. Returns 0, or 1 after logging. */
-int xasSendMessage(const XasMessage *msg);
+[[nodiscard]] int xasSendMessage(const XasMessage *msg);
 
 /**
  * Takes one record off the queue, whatever it is; with `wait` waits up to ten seconds for one, serving
  * signals and doing the idle work. Returns 0, or 1 when there is none or it had another size (logged).
  */
-int xasGetMessage(XasMessage *msg, bool wait);
+[[nodiscard]] int xasGetMessage(XasMessage *msg, bool wait);
 
 /** Waits for the next message, looking every 100 ms and calling `idle` each time there is none. A list of
  * local users is fetched into `users` and the message made to refer to it. Returns 0 with a message, 1 on
  * error. Queues that vanish are logged once, then looked for once a second; the idle work goes on. */
-int xasReceiveMessage(XasMessage *msg, XasUserList &users, const XasIdleWork &idle);
+[[nodiscard]] int xasReceiveMessage(XasMessage *msg, XasUserList &users, const XasIdleWork &idle);
 
 #endif

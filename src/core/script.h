@@ -7,6 +7,6 @@
 
 /** Runs a script and waits for it. Returns 0 when it exited with 0, its exit status (1 to 255) otherwise, -1
  * when there is none, it could not be waited for or it was killed. A failed fork counts as success. */
-int xasRunScript(const std::optional<std::string> &commandLine);
+[[nodiscard]] int xasRunScript(const std::optional<std::string> &commandLine);
 
 #endif

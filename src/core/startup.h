@@ -19,7 +19,7 @@ struct XasOptions {
 XasOptions xasParseOptions(int argc, char *argv[]);
 
 /** Loads the application list. Returns 0, or non-zero after telling why on standard error. */
-int xasOpenAppList(const std::string &path, XasAppList &apps);
+[[nodiscard]] int xasOpenAppList(const std::string &path, XasAppList &apps);
 
 /** Goes into the background: a new process in a session of its own, in "/", with umask 0 and the standard
  * streams left open. Returns in the new process; elsewhere gives the status to exit with. */

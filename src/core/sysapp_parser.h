@@ -12,6 +12,6 @@
 #include "core/appmgr.h"
 
 /** Reads the list at `path` into `apps`. Returns 0; or -1 after logging why, `apps` then being unchanged. */
-int xasLoadAppList(const char *path, XasAppList &apps);
+[[nodiscard]] int xasLoadAppList(const char *path, XasAppList &apps);
 
 #endif

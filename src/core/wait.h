@@ -46,7 +46,7 @@ void xasResetSignals();
 /** Installs the handlers with sigaction (empty mask, SA_RESTART | SA_SIGINFO): SIGCHLD, SIGALRM, SIGHUP and
  * SIGTERM, and ignores SIGPIPE. Before this call waits only wait, and a child is waited for by blocking.
  * Returns 0, or 1 after logging when nothing could wake a waiter. */
-int xasInstallSignals(XasSignalService service);
+[[nodiscard]] int xasInstallSignals(XasSignalService service);
 
 /** Serves the exits that are collected already, as every wait does before it returns. */
 void xasServeCollected();
@@ -56,10 +56,10 @@ void xasWait(std::chrono::milliseconds duration);
 
 /** Waits for a child of this process, serving signals. Returns true and its wait status; false when it is not
  * this process's to wait for (any more). */
-bool xasWaitForChild(pid_t pid, int &status);
+[[nodiscard]] bool xasWaitForChild(pid_t pid, int &status);
 
 /** The time of day; non-zero when it cannot be had. */
-int xasWallTime(timeval &now);
+[[nodiscard]] int xasWallTime(timeval &now);
 
 /** Keeps the exit of `pid` from being served while this object lives: a new daemon's record must hold its pid
  * before its death can be matched. */

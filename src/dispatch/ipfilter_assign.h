@@ -12,6 +12,6 @@ inline constexpr XasReason XAS_FILTER_LISTING_FAILED{2, "Error openning IP Filte
  * it is to have one. Returns 0; 1 with the reply set when the rules cannot be listed; 1 with the reply left
  * alone when the rule cannot be added. A rule that cannot be removed is only logged.
  */
-int xasIPFilterAssign(const XasMessage *msg, XasReplyStatus *reply);
+[[nodiscard]] int xasIPFilterAssign(const XasMessage *msg, XasReplyStatus *reply);
 
 #endif

@@ -12,18 +12,18 @@ inline constexpr XasReason XAS_FILTER_SWITCHING_FAILED{1, "Error disabling IP Fi
 
 /** Switches the filter on or off; nothing is done when it is so already. Returns 0; 1 with the reply set when
  * disabling failed. A failed enabling is not noticed. */
-int xasIPFilterEnable(bool enabled, XasReplyStatus *reply);
+[[nodiscard]] int xasIPFilterEnable(bool enabled, XasReplyStatus *reply);
 
 /** The state that the daemon believes the filter is in. */
-bool xasIPFilterIsEnabled();
+[[nodiscard]] bool xasIPFilterIsEnabled();
 
 /** The INPUT chain has been cleared, and with it the accept-all rule. */
 void xasIPFilterNoteReset();
 
 /** Switches the filter as the stored settings say. Returns 0, or 1 when there are none or it failed. */
-int xasIPFilterApplySettings();
+[[nodiscard]] int xasIPFilterApplySettings();
 
 /** Inserts the accept-all rule and takes the filter as disabled. Returns 0, or 1 after logging. */
-int xasIPFilterDisable();
+[[nodiscard]] int xasIPFilterDisable();
 
 #endif

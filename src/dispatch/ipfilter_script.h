@@ -36,24 +36,24 @@ XasFilterLines xasIPFilterRemovalText(const XasIpFilterSetPayload &set);
 XasFilterLines xasIPFilterInputText();
 
 /** Appends a set's rules to the script. Returns 0, or 1 when a line had to be left out (as the next two). */
-int xasIPFilterSetAddRules(const XasMessage *msg, FILE *fp, bool create);
+[[nodiscard]] int xasIPFilterSetAddRules(const XasMessage *msg, FILE *fp, bool create);
 
 /** Appends a set's removal and all jump rules, which the reset will have cleared. */
-int xasIPFilterSetRemove(const XasMessage *msg, FILE *fp);
+[[nodiscard]] int xasIPFilterSetRemove(const XasMessage *msg, FILE *fp);
 
 /** Appends the jump rules of all interfaces. */
-int xasIPFilterAddInput(FILE *fp);
+[[nodiscard]] int xasIPFilterAddInput(FILE *fp);
 
 /** Copies the shipped script anew. Returns 0, or 1 when it cannot be copied. */
-int xasIPFilterCopyScript();
+[[nodiscard]] int xasIPFilterCopyScript();
 
 /** Opens the copy for appending, or gives none. */
 XasFile xasIPFilterOpenScript();
 
 /** Ends the script and closes it. Returns 0, or 1 when not all of it could be written. */
-int xasIPFilterEndScript(XasFile script);
+[[nodiscard]] int xasIPFilterEndScript(XasFile script);
 
 /** Runs the script with "resetAll", "resetInput" or "resetNone". Returns 0, or 1 when it fails. */
-int xasIPFilterRunScript(XasLiteral reset);
+[[nodiscard]] int xasIPFilterRunScript(XasLiteral reset);
 
 #endif

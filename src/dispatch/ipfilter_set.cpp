@@ -6,6 +6,8 @@
 #include "dispatch/ipfilter_enable.h"
 #include "dispatch/ipfilter_script.h"
 
+#include <tuple>
+
 namespace {
 
 constexpr std::uint8_t SETS = 64;
@@ -31,7 +33,7 @@ int writeSetOfXms(std::uint8_t number, FILE *script)
     XasIpFilterSetPayload wanted{};
     wanted.id = number;
     xasWritePayload(request, wanted);
-    xasSendMessage(&request);
+    std::ignore = xasSendMessage(&request); // what is not sent is not answered
     XasMessage answer{};
     if (xasGetMessage(&answer, true) != 0 || answer.xH.orig_id != request.xH.id) {
         xasLogError("Cannot get IP Filter set (id = %d).\n", number);
@@ -50,7 +52,7 @@ int runScript(bool isRemoval)
 void applyAfterReset()
 {
     xasIPFilterNoteReset();
-    xasIPFilterApplySettings();
+    std::ignore = xasIPFilterApplySettings(); // the set itself is in force
 }
 
 } // namespace

@@ -11,11 +11,11 @@ inline constexpr XasReason XAS_FILTER_SET_REASONS[] = {{1, "Error copying IP Fil
                                                        {1, "Error running IP Filter script"}};
 
 /** Applies an XMSG_IPFILTER_SET. Returns 0, or 1 with code and reason in `reply`. */
-int xasIPFilterSet(const XasMessage *msg, XasReplyStatus *reply);
+[[nodiscard]] int xasIPFilterSet(const XasMessage *msg, XasReplyStatus *reply);
 
 /** Rebuilds the whole filter: asks XMS for every set, writes them and the jump rules of all interfaces, and
  * switches the filter as stored. A set that cannot be had is logged and left out. Returns 0, or 1 after
  * logging. */
-int xasIPFilterInit();
+[[nodiscard]] int xasIPFilterInit();
 
 #endif

@@ -11,10 +11,10 @@
 #include "wire/message.h"
 
 /** Applies an XMSG_FIREWALL: switches the filter and starts or stops the timer. Returns 0 or 1. */
-int xasIPFilterTestTimer(const XasMessage *msg, XasReplyStatus *reply);
+[[nodiscard]] int xasIPFilterTestTimer(const XasMessage *msg, XasReplyStatus *reply);
 
 /** The timer's share of the idle work. When the time has run out it disables the filter, tells XMS and waits
  * for the answer, serving signals. Returns 0; 1 when disabling failed or XMS did not accept. */
-int xasIPFilterTimerTick();
+[[nodiscard]] int xasIPFilterTimerTick();
 
 #endif

@@ -14,6 +14,6 @@
 
 /** Receives one message and handles it; `idle` is done while none waits. Returns the result of receiving when
  * that failed, 0 for a notification, else the result of sending the acknowledgement. */
-int xasProcessMsg(XasAppList &apps, const XasIdleWork &idle);
+[[nodiscard]] int xasProcessMsg(XasAppList &apps, const XasIdleWork &idle);
 
 #endif

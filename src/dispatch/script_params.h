@@ -15,19 +15,19 @@
 #include "wire/eth_message.h"
 
 /** The script code of a link mode: '1' to '7' for 0 to 6; -1 after logging for another. */
-int xasGetEthModeCode(std::uint32_t mode);
+[[nodiscard]] int xasGetEthModeCode(std::uint32_t mode);
 
 /** The script code of a port: '0' when it is not in use and `force` is off, else its mode's code. */
-int xasGetNetScriptCode(const XasEthPort *eth, bool force);
+[[nodiscard]] int xasGetNetScriptCode(const XasEthPort *eth, bool force);
 
 /** Sets the codes of the "eth" scripts; nothing is done when either script is missing or empty.
  * `lastBonding` is the bonding word of the last Ethernet message that was applied completely. */
-int xasSetNetScriptOpts(XasApp &app, const XasEthPayload &eth, std::uint32_t lastBonding);
+[[nodiscard]] int xasSetNetScriptOpts(XasApp &app, const XasEthPayload &eth, std::uint32_t lastBonding);
 
 /** Sets the parameters of the "nat" start script, which must be there, from an XMSG_NAT_NOTIFY. */
-int xasSetNatScriptOpts(const XasMessage *msg, XasApp *app, XasAppList &apps);
+[[nodiscard]] int xasSetNatScriptOpts(const XasMessage *msg, XasApp *app, XasAppList &apps);
 
 /** Sets the parameters of the "netlink" start script from an XMSG_NOTIFY. */
-int xasSetLinkScriptOpts(const XasMessage &msg, std::string &startScript);
+[[nodiscard]] int xasSetLinkScriptOpts(const XasMessage &msg, std::string &startScript);
 
 #endif

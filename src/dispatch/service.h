@@ -9,9 +9,9 @@
 const char *xasScriptErrorText(int code);
 
 /** Stops an application: runs its stop script and stops its daemons. Returns 0; or 1 with code and reason. */
-int xasStopApp(XasApp &app, XasReplyStatus *reply);
+[[nodiscard]] int xasStopApp(XasApp &app, XasReplyStatus *reply);
 
 /** Starts an application: runs its start script, starts its daemons. Returns 0; or 1 with code and reason. */
-int xasStartApp(XasApp &app, XasReplyStatus *reply);
+[[nodiscard]] int xasStartApp(XasApp &app, XasReplyStatus *reply);
 
 #endif

@@ -14,9 +14,9 @@ void xasNoteEthArrived();
 /** A logger that was started before this program would keep its files: it goes at the first message. */
 void xasReplaceFirstLogger();
 
-bool xasSetEthScripts(const XasSettingWork &work);
-bool xasSetNatScript(const XasSettingWork &work);
-bool xasSetLinkScript(const XasSettingWork &work);
+[[nodiscard]] bool xasSetEthScripts(const XasSettingWork &work);
+[[nodiscard]] bool xasSetNatScript(const XasSettingWork &work);
+[[nodiscard]] bool xasSetLinkScript(const XasSettingWork &work);
 
 /** An authentication order that uses NIS starts the NIS client instead of its own application. */
 std::string_view xasNisClientFor(const XasMessage &msg);
@@ -31,6 +31,6 @@ bool xasTellLogger(const XasSettingWork &work, bool updated);
 bool xasTellResolverUsers(const XasSettingWork &work, bool updated);
 
 /** Whether bonding was on in the last Ethernet message that was applied completely. */
-bool xasIsBondingOn();
+[[nodiscard]] bool xasIsBondingOn();
 
 #endif

@@ -60,6 +60,6 @@ const XasSetting *xasFindSetting(std::uint32_t msgtype);
 std::string_view xasApplicationName(const XasSetting &setting, const XasMessage &msg);
 
 /** Whether the application is started after the update. */
-bool xasIsStartWanted(const XasSetting &setting, const XasMessage &msg);
+[[nodiscard]] bool xasIsStartWanted(const XasSetting &setting, const XasMessage &msg);
 
 #endif

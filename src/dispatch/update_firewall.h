@@ -6,7 +6,7 @@
 
 /** The handler of XMSG_FIREWALL (switching and test timer), XMSG_IPFILTER_SET and XMSG_IPFILTER_ASSIGN. Logs
  * the reply's reason, an empty one too, when the operation fails. */
-int xasUpdateFirewall(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
+[[nodiscard]] int xasUpdateFirewall(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply);
 
 /** What the three may say; they have no files in the list. */
 extern const XasFilesUpdate xasFirewallReasons;

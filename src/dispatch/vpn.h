@@ -22,7 +22,8 @@ std::string xasIPsecConnText(const XasVpnPayload &vpn, const std::optional<std::
 std::string xasIPsecSecretsText(const XasVpnPayload &vpn, const std::optional<std::string> &localAddress);
 
 /** Rewrites both files. Returns 0; 1 with the reply set when ipsec.conf cannot be opened or saved. */
-int xasEditIPsecCfgFile(const char *cfgFileName, const XasVpnPayload *vpn, XasReplyStatus *reply);
+[[nodiscard]] int xasEditIPsecCfgFile(const char *cfgFileName, const XasVpnPayload *vpn,
+                                      XasReplyStatus *reply);
 
 /** The handler of XMSG_VPN. */
 extern const XasFilesUpdate xasUpdateVPNCfg;

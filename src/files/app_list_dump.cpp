@@ -3,6 +3,8 @@
 #include "core/text.h"
 #include "files/generated_file.h"
 
+#include <tuple>
+
 namespace {
 
 const char *textOrNull(const std::optional<std::string> &text)
@@ -31,5 +33,5 @@ void xasDumpAppList(const XasAppList &apps)
     std::string text;
     for (const XasApp &app : apps)
         text += appText(app);
-    xasAppendToFile("/tmp/outfp.txt", text);
+    std::ignore = xasAppendToFile("/tmp/outfp.txt", text); // a help for the reader alone
 }

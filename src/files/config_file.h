@@ -36,13 +36,15 @@ struct XasCfgFile {
 };
 
 /** Opens a file for editing: the live file for reading, which must exist, and its temporary for writing. */
-int xasCfgOpenFiles(const char *cfgFileName, XasCfgFile *cf, XasSecrecy secrecy = XasSecrecy::plain);
+[[nodiscard]] int xasCfgOpenFiles(const char *cfgFileName, XasCfgFile *cf,
+                                  XasSecrecy secrecy = XasSecrecy::plain);
 
 /** Opens a file for complete regeneration: only the temporary. The live file need not exist. */
-int xasCfgOpenOutFile(const char *cfgFileName, XasCfgFile *cf, XasSecrecy secrecy = XasSecrecy::plain);
+[[nodiscard]] int xasCfgOpenOutFile(const char *cfgFileName, XasCfgFile *cf,
+                                    XasSecrecy secrecy = XasSecrecy::plain);
 
 /** Writes one line, with "#" in front when `commentOut` is set. The caller supplies the line feed. */
-int xasOutputLine(FILE *outFile, const char *line, bool commentOut);
+[[nodiscard]] int xasOutputLine(FILE *outFile, const char *line, bool commentOut);
 
 /** Closes what is open; the temporary stays as written so far, the live file is untouched. */
 void xasCloseCfgFile(XasCfgFile *cf);
@@ -52,25 +54,25 @@ void xasCloseCfgFile(XasCfgFile *cf);
  * is 1. When the new file cannot be put in place, or not be written to the end, the live file stays as it
  * was.
  */
-int xasSaveCfgFile(XasCfgFile *cf);
+[[nodiscard]] int xasSaveCfgFile(XasCfgFile *cf);
 
 /**
  * Empties a file: its content becomes the backup, an empty file of the same mode and owner becomes live. When
  * there is no content to back up this is logged, the empty file is still made, and the result is 1. When the
  * empty file cannot be made the backup, if one was made, becomes the live file again.
  */
-int xasEmptyCfgFile(const char *cfgFileName);
+[[nodiscard]] int xasEmptyCfgFile(const char *cfgFileName);
 
 /** Rolls one file back: the backup becomes the live file again, and no backup remains. */
-int xasRestoreCfgFile(const char *cfgFileName);
+[[nodiscard]] int xasRestoreCfgFile(const char *cfgFileName);
 
 /** 1 when `text` contains a "/"; 0 for none and for a null text. */
-int xasFileHasSlash(const char *text);
+[[nodiscard]] int xasFileHasSlash(const char *text);
 
 /** Reads the integer of a line "key = number". Leading white space is skipped; the line must begin with `key`
  * (its length is compared, no more). Returns 1 with the number in `value`; 0, `value` left alone, when the
  * key differs, nothing stands behind an "=", or there is no digit in it. */
-int xasGetCfgNumber(std::string_view key, std::string_view line, std::uint32_t *value);
+[[nodiscard]] int xasGetCfgNumber(std::string_view key, std::string_view line, std::uint32_t *value);
 
 /** The longest text that xasReplaceString takes. */
 inline constexpr std::size_t XAS_REPLACE_MAX = 5000;

@@ -49,11 +49,11 @@ struct XasTextMaker {
 
 /** Tells that an exception ended an edit: logged, with code and reason of a failed save; the exception itself
  * is the reason where that has none. Returns 1. */
-int xasFailEdit(const XasEditTexts *texts, XasReplyStatus *reply, const char *what);
+[[nodiscard]] int xasFailEdit(const XasEditTexts *texts, XasReplyStatus *reply, const char *what);
 
 /** Runs an edit, which no exception leaves: one is its failure. Returns what it returns, or 1. */
 template <class Edit>
-int xasGuardEdit(const XasEditTexts *texts, XasReplyStatus *reply, const Edit &edit)
+[[nodiscard]] int xasGuardEdit(const XasEditTexts *texts, XasReplyStatus *reply, const Edit &edit)
 {
     try {
         return edit();
@@ -68,12 +68,13 @@ int xasGuardEdit(const XasEditTexts *texts, XasReplyStatus *reply, const Edit &e
  * 0; or 1, the failure being logged and, but for a failed write that has a text of its own, in `reply`. A
  * file that cannot be read to its end counts as not opened; an exception, memory that ran out for one, as not
  * saved. */
-int xasEditFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStatus *reply,
-                const XasTextMaker &maker);
+[[nodiscard]] int xasEditFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStatus *reply,
+                              const XasTextMaker &maker);
 
 /** The same with a function object: make(oldText) gives the new text. */
 template <class Make>
-int xasEditFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStatus *reply, const Make &make)
+[[nodiscard]] int xasEditFile(const char *cfgFileName, const XasEditTexts &texts, XasReplyStatus *reply,
+                              const Make &make)
 {
     return xasEditFile(cfgFileName, texts, reply,
                        XasTextMaker{&make,
@@ -105,7 +106,7 @@ struct XasEditor {
     XasEditTexts texts;
     XasNewText (*text)(std::string_view oldText, const Values &values, XasReplyStatus *reply);
 
-    int operator()(const char *cfgFileName, const Values *values, XasReplyStatus *reply) const
+    [[nodiscard]] int operator()(const char *cfgFileName, const Values *values, XasReplyStatus *reply) const
     {
         struct Call {
             const XasEditor &editor;

@@ -46,13 +46,13 @@ class XasGeneratedFile {
 };
 
 /** Generates the whole file. Returns 0, or 1 after logging that it cannot be opened or written. */
-int xasGenerateFile(const std::string &path, std::string_view text, XasFileAccess access,
-                    XasFileLink link = XasFileLink::followed);
+[[nodiscard]] int xasGenerateFile(const std::string &path, std::string_view text, XasFileAccess access,
+                                  XasFileLink link = XasFileLink::followed);
 
 /** Generates the file anew with `text` at its end; one that is not there counts as empty. Returns 0, or 1
  * when that fails; only that it cannot be read to its end is logged. */
-int xasAppendToFile(const std::string &path, std::string_view text,
-                    XasFileAccess access = XasFileAccess::kept);
+[[nodiscard]] int xasAppendToFile(const std::string &path, std::string_view text,
+                                  XasFileAccess access = XasFileAccess::kept);
 
 /** Removes a file that is not wanted; one that is not there is fine. */
 void xasRemoveFile(const char *path);

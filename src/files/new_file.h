@@ -29,10 +29,10 @@ XasFile xasCreateFile(const std::string &path, const std::string &live, XasFileA
 std::size_t xasWriteText(FILE *file, std::string_view text);
 
 /** Closes a file that was written, if there is one; true when all of it is on its medium. */
-bool xasCloseWritten(XasFile &file);
+[[nodiscard]] bool xasCloseWritten(XasFile &file);
 
 /** Makes a file anew, 0644, at a place where others may make files too. Returns 0; 1 when that fails. */
-int xasMakeWorkingFile(const std::string &path, std::string_view text);
+[[nodiscard]] int xasMakeWorkingFile(const std::string &path, std::string_view text);
 
 /** Opens a working file for appending that a command has made: none unless it is a regular file of ours that
  * has no other name and that nobody else may write. */

@@ -31,8 +31,8 @@ struct XasReplacement {
 std::string xasExpandPlaceholders(std::string text, std::span<const XasReplacement> replacements);
 
 /** Reads a template. Returns 0; or 1 with the reply set unless there is nothing in it. */
-int xasReadTemplate(const char *path, const XasTemplateTexts &texts, std::string &text,
-                    XasReplyStatus *reply);
+[[nodiscard]] int xasReadTemplate(const char *path, const XasTemplateTexts &texts, std::string &text,
+                                  XasReplyStatus *reply);
 
 /** What the file's texts say about who may read it. */
 inline XasFileAccess xasAccessOf(const XasTemplateTexts &texts)
@@ -53,8 +53,8 @@ struct XasTemplateEditor {
     /** What stands behind the expanded template, asked for once that is written; usually nothing. */
     std::string (*tail)(const Values &values) = nullptr;
 
-    int operator()(const char *cfgTemplateFileName, const char *cfgFileName, const Values *values,
-                   XasReplyStatus *reply) const
+    [[nodiscard]] int operator()(const char *cfgTemplateFileName, const char *cfgFileName,
+                                 const Values *values, XasReplyStatus *reply) const
     {
         xasAssertGiven(cfgTemplateFileName, "cfgTemplateFileName");
         xasAssertGiven(cfgFileName, "cfgFileName");

@@ -5,6 +5,7 @@
 #include "wire/message_names.h"
 
 #include <algorithm>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -128,6 +129,6 @@ void xasRestoreCfgTypes(const XasCfgFileList &cfgFiles, std::span<const std::str
 {
     for (const std::string_view type : types) {
         if (const char *cfgFileName = xasGetCfgFilePath(type, cfgFiles))
-            xasRestoreCfgFile(cfgFileName);
+            std::ignore = xasRestoreCfgFile(cfgFileName); // it logs why it cannot; the others are restored
     }
 }

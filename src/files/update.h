@@ -86,7 +86,8 @@ struct XasFilesUpdate {
     std::optional<int> (*settled)(const XasMessage &msg) = nullptr;
     std::span<const XasReason> reasons = {}; /**< that the handler has besides those of its files */
 
-    int operator()(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply) const;
+    [[nodiscard]] int operator()(XasMessage *msg, const XasCfgFileList *cfgFiles,
+                                 XasReplyStatus *reply) const;
 };
 
 /** The handler of a message type: the runner of its files, or a function of its own, which may tell its files
@@ -104,7 +105,7 @@ struct XasUpdate {
     }
     // NOLINTEND(google-explicit-constructor,hicpp-explicit-conversions)
 
-    int operator()(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply) const
+    [[nodiscard]] int operator()(XasMessage *msg, const XasCfgFileList *cfgFiles, XasReplyStatus *reply) const
     {
         if (function != nullptr)
             return function(msg, cfgFiles, reply);

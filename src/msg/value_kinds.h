@@ -31,19 +31,19 @@ void msgStoreValue(std::span<std::byte> bytes, const T &value)
     std::memcpy(bytes.data(), &value, std::min(bytes.size(), sizeof value));
 }
 
-bool xasSetIpv4(const XasValueTarget &to);
+[[nodiscard]] bool xasSetIpv4(const XasValueTarget &to);
 std::string xasReadIpv4(std::span<const std::byte> bytes, const XasMsgField &field);
 
-bool xasSetIpv6(const XasValueTarget &to);
+[[nodiscard]] bool xasSetIpv6(const XasValueTarget &to);
 std::string xasReadIpv6(std::span<const std::byte> bytes, const XasMsgField &field);
 
-bool xasSetSockaddr6(const XasValueTarget &to);
+[[nodiscard]] bool xasSetSockaddr6(const XasValueTarget &to);
 std::string xasReadSockaddr6(std::span<const std::byte> bytes, const XasMsgField &field);
 
-bool xasSetIpAddr(const XasValueTarget &to);
+[[nodiscard]] bool xasSetIpAddr(const XasValueTarget &to);
 std::string xasReadIpAddr(std::span<const std::byte> bytes, const XasMsgField &field);
 
-bool xasSetHostAddr(const XasValueTarget &to);
+[[nodiscard]] bool xasSetHostAddr(const XasValueTarget &to);
 std::string xasReadHostAddr(std::span<const std::byte> bytes, const XasMsgField &field);
 
 #endif

@@ -217,13 +217,10 @@ std::string hexText(std::uint64_t value)
     return readMask(std::as_bytes(std::span{&value, 1}), {});
 }
 
-template <class IsMeant>
-void setDefaultsOf(std::span<std::byte> record, const XasMsgFields &fields, IsMeant isMeant)
+void setDefault(std::span<std::byte> record, const XasMsgField &field, std::size_t element)
 {
-    for (const XasMsgFieldAt &where : xasListFields(fields)) {
-        if (isMeant(where) && !where.field->initial.empty())
-            msgSetValue(record, where, where.field->initial);
-    }
+    if (!field.initial.empty())
+        msgSetValue(record, xasFieldAt(field, element), field.initial);
 }
 
 } // namespace
@@ -289,13 +286,17 @@ XasRange msgRange(const XasMsgField &field)
 
 void msgSetDefaults(std::span<std::byte> record, const XasMsgFields &fields)
 {
-    setDefaultsOf(record, fields, [](const XasMsgFieldAt &where) { return where.field->group->fixed; });
+    for (const XasMsgField &field : fields.fields) {
+        for (std::size_t element = 0; field.group->fixed && element < field.group->count(); ++element)
+            setDefault(record, field, element);
+    }
 }
 
 void msgSetElementDefaults(std::span<std::byte> record, const XasMsgFields &fields, const XasMsgGroup &group,
                            std::size_t element)
 {
-    setDefaultsOf(record, fields, [&](const XasMsgFieldAt &where) {
-        return where.field->group == &group && where.element == element;
-    });
+    for (const XasMsgField &field : fields.fields) {
+        if (field.group == &group)
+            setDefault(record, field, element);
+    }
 }

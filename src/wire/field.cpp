@@ -2,9 +2,7 @@
 
 #include <algorithm>
 
-namespace {
-
-XasMsgFieldAt fieldAt(const XasMsgField &field, std::size_t element)
+XasMsgFieldAt xasFieldAt(const XasMsgField &field, std::size_t element)
 {
     const std::size_t shift = element * field.group->stride;
     return {xasElementName(field.name, field.group->name, element),
@@ -13,12 +11,14 @@ XasMsgFieldAt fieldAt(const XasMsgField &field, std::size_t element)
             element};
 }
 
+namespace {
+
 /** Appends the fields of one group, element after element; they stand together in the table. */
 void appendGroup(std::span<const XasMsgField> members, std::vector<XasMsgFieldAt> &list)
 {
     for (std::size_t element = 0; element < members.front().group->count(); ++element) {
         for (const XasMsgField &field : members)
-            list.push_back(fieldAt(field, element));
+            list.push_back(xasFieldAt(field, element));
     }
 }
 
@@ -36,7 +36,7 @@ std::vector<XasMsgFieldAt> xasListFields(const XasMsgFields &fields)
         if (field->isRepeated())
             appendGroup({field, next}, list);
         else
-            list.push_back(fieldAt(*field, 0));
+            list.push_back(xasFieldAt(*field, 0));
         field = next;
     }
     return list;
@@ -44,9 +44,14 @@ std::vector<XasMsgFieldAt> xasListFields(const XasMsgFields &fields)
 
 std::optional<XasMsgFieldAt> xasFindField(const XasMsgFields &fields, std::string_view name)
 {
-    for (XasMsgFieldAt &where : xasListFields(fields)) {
-        if (where.name == name)
-            return std::move(where);
+    for (const XasMsgField &field : fields.fields) {
+        if (!name.ends_with(field.name))
+            continue;
+        for (std::size_t element = 0; element < field.group->count(); ++element) {
+            XasMsgFieldAt where = xasFieldAt(field, element);
+            if (where.name == name)
+                return where;
+        }
     }
     return std::nullopt;
 }

@@ -73,7 +73,7 @@ struct XasMsgGroup {
     std::size_t stride;  /**< bytes from one element to the next */
     bool fixed = false; /**< every element is always in use; otherwise an all-zero element is an unused one */
     std::string_view meaning = {};
-    constexpr std::size_t count() const { return place.width / stride; }
+    constexpr std::size_t count() const { return stride != 0 ? place.width / stride : 1; }
     constexpr std::size_t end() const { return place.offset + place.width; }
     constexpr XasMsgGroup alwaysUsed() const { return {name, place, stride, true, meaning}; }
 };
@@ -183,6 +183,9 @@ struct XasMsgFieldAt {
     std::size_t element; /**< of its group, from 0 */
 };
 
+/** A field of one element of its group, from 0; outside groups there is only that. */
+XasMsgFieldAt xasFieldAt(const XasMsgField &field, std::size_t element);
+
 /** Every field with groups spread out: eth1.marker ... eth1.mtu, eth2.marker ..., in the record's order. */
 std::vector<XasMsgFieldAt> xasListFields(const XasMsgFields &fields);
 
@@ -193,13 +196,13 @@ std::optional<XasMsgFieldAt> xasFindField(const XasMsgFields &fields, std::strin
 XasPlace xasElementPlace(const XasMsgGroup &group, std::size_t element);
 
 /** True when every byte of `place` is zero. */
-bool xasIsZero(std::span<const std::byte> record, XasPlace place);
+[[nodiscard]] bool xasIsZero(std::span<const std::byte> record, XasPlace place);
 
 /** True when the element that the field belongs to is in use; always so outside groups and in fixed ones. */
-bool xasIsUsed(std::span<const std::byte> record, const XasMsgFieldAt &where);
+[[nodiscard]] bool xasIsUsed(std::span<const std::byte> record, const XasMsgFieldAt &where);
 
 /** True when `width` bytes can hold a field of `kind`. */
-constexpr bool xasWidthFits(XasFieldKind kind, std::size_t width)
+[[nodiscard]] constexpr bool xasWidthFits(XasFieldKind kind, std::size_t width)
 {
     const bool word = width == 1 || width == 2 || width == 4;
     switch (kind) {
@@ -227,7 +230,7 @@ constexpr bool xasWidthFits(XasFieldKind kind, std::size_t width)
 }
 
 /** True for a field that says of itself what it must: its width fits its kind, a choice has names. */
-constexpr bool xasFieldIsSound(const XasMsgField &field)
+[[nodiscard]] constexpr bool xasFieldIsSound(const XasMsgField &field)
 {
     const bool isChoice = field.kind == XasFieldKind::choice;
     return xasWidthFits(field.kind, field.place.width) && (field.isRepeated() || !field.name.empty()) &&
@@ -236,7 +239,7 @@ constexpr bool xasFieldIsSound(const XasMsgField &field)
 }
 
 /** True for a field that holds text which is checked: a text, or a host record. */
-constexpr bool xasHoldsText(const XasMsgField &field)
+[[nodiscard]] constexpr bool xasHoldsText(const XasMsgField &field)
 {
     return field.kind == XasFieldKind::text || field.kind == XasFieldKind::hostAddr;
 }
@@ -250,7 +253,7 @@ constexpr XasTextField xasTextFieldOf(const XasMsgField &field)
             .offset = field.place.offset,
             .width = field.place.width,
             .stride = field.group->stride,
-            .count = field.isRepeated() ? field.group->count() : 1,
+            .count = field.group->count(),
             .isHost = isHost,
             .rule = isHost ? XasTextRule::word : field.rule,
             .isRead = field.isRead};
@@ -262,8 +265,8 @@ inline constexpr std::size_t XAS_ALIGNMENT_MAX = 8;
 /** For static_assert beside a table of Payload's fields: each is sound, they ascend without overlap, and
  * nothing of the struct is left out but padding and the places in `unused`. */
 template <class Payload>
-constexpr bool xasFieldsAreSound(std::span<const XasMsgField> fields,
-                                 std::initializer_list<XasPlace> unused = {})
+[[nodiscard]] constexpr bool xasFieldsAreSound(std::span<const XasMsgField> fields,
+                                               std::initializer_list<XasPlace> unused = {})
 {
     std::size_t end = XAS_PAYLOAD_OFFSET;
     const auto reaches = [&](std::size_t offset) {

@@ -30,13 +30,13 @@ enum class XasTextRule : std::uint8_t {
 };
 
 /** True for a text that a shell reads as one word as it stands, and no program as an option. */
-bool xasIsPlainWord(std::string_view text);
+[[nodiscard]] bool xasIsPlainWord(std::string_view text);
 
 /** True when the bytes of `path` between slashes are ".." anywhere. */
-bool xasHasParentComponent(std::string_view path);
+[[nodiscard]] bool xasHasParentComponent(std::string_view path);
 
 /** True when `text` is what the rule allows. */
-bool xasFitsRule(XasTextRule rule, std::string_view text);
+[[nodiscard]] bool xasFitsRule(XasTextRule rule, std::string_view text);
 
 /** Whether the daemon reads a field of this message; `element` counts from 0 in the field's group. */
 using XasReadCondition = bool (*)(const XasMessage &msg, std::size_t element);

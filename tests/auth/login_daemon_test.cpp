@@ -57,7 +57,7 @@ class DaemonLogin : public testing::Test {
         return daemon.outcome(msg);
     }
 
-    std::vector<XasLogLine> logLines() { return xasSettledLines(daemon.log); }
+    std::vector<XasLogLine> logLines() { return daemon.log.lines(); }
 
     XasPreparedFiles files;
     XasTestDaemon daemon;

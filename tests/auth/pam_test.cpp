@@ -154,13 +154,13 @@ TEST_F(PamFile, IsTheOwnersAloneWhileItCarriesTheSecret)
 {
     const std::string path = dir.path("system-auth");
     const XasPamModuleData moduleData = settings();
-    xasWritePamSystemAuthFile(orderOf({1, 0, 0, 0, 0, 0, 2}), path.c_str(), &moduleData);
+    EXPECT_EQ(xasWritePamSystemAuthFile(orderOf({1, 0, 0, 0, 0, 0, 2}), path.c_str(), &moduleData), 0);
     EXPECT_EQ(xasModeOf(path), 0600U);
-    xasWritePamSystemAuthFile(orderOf({1, 0, 0, 0, 0, 0, 0}), path.c_str(), &moduleData);
+    EXPECT_EQ(xasWritePamSystemAuthFile(orderOf({1, 0, 0, 0, 0, 0, 0}), path.c_str(), &moduleData), 0);
     EXPECT_EQ(xasModeOf(path), 0644U) << "everybody's logins are checked by it";
-    xasWritePamSystemAuthFile(orderOf({1, 0, 0, 0, 0, 0, 1}), path.c_str(), &moduleData);
+    EXPECT_EQ(xasWritePamSystemAuthFile(orderOf({1, 0, 0, 0, 0, 0, 1}), path.c_str(), &moduleData), 0);
     EXPECT_EQ(xasModeOf(path), 0644U) << "TACACS+ has no line of its own here, local accounts come first";
-    xasWritePamSystemAuthFile(orderOf({0, 0, 0, 0, 0, 0, 7}), path.c_str(), &moduleData);
+    EXPECT_EQ(xasWritePamSystemAuthFile(orderOf({0, 0, 0, 0, 0, 0, 7}), path.c_str(), &moduleData), 0);
     EXPECT_EQ(xasModeOf(path), 0600U);
 }
 

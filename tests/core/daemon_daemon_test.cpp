@@ -1,6 +1,5 @@
 // The daemons of applications in the built daemon's care.
 #include "support/daemon.h"
-#include "support/settled_log.h"
 
 #include <csignal>
 #include <filesystem>
@@ -62,7 +61,7 @@ class DaemonSupervision : public testing::Test {
         // No lock file says that it still runs: it has been stopped.
         EXPECT_EQ(daemon.outcome(switchXdd(0)), XAS_APPLIED);
         EXPECT_TRUE(xasEventually([&] { return ::kill(adopted, 0) != 0; }));
-        EXPECT_EQ(xasSettledLines(daemon.log).size(), 2U) << "started, ended; no restart and no warning";
+        EXPECT_EQ(daemon.log.lines().size(), 2U) << "started, ended; no restart and no warning";
     }
 
     XasTestDaemon daemon;
@@ -105,7 +104,7 @@ TEST_F(DaemonSupervision, RestartsAProgramThatEndsAtOnceTenTimesAndThenLeavesItD
     ASSERT_TRUE(daemon.log.awaitCount("WIFEXITED", 11, 30s));
     xasPause(1300ms);
     EXPECT_EQ(daemon.stubs.calls().size(), 11U);
-    const auto lines = xasSettledLines(daemon.log);
+    const auto lines = daemon.log.lines();
     ASSERT_EQ(lines.size(), 22U);
     for (std::size_t i = 0; i < 22; i += 2) {
         EXPECT_EQ(lines[i], started(loggedPid(i), program));
@@ -126,7 +125,7 @@ TEST_F(DaemonSupervision, StopsADaemonBySigterm)
     EXPECT_EQ(daemon.outcome(switchXdd(0)), XAS_APPLIED);
     EXPECT_NE(::kill(pid, 0), 0);
     xasPause(1200ms);
-    EXPECT_THAT(xasSettledLines(daemon.log), ElementsAre(started(pid, program), ended(pid, "WIFSIGNALED")))
+    EXPECT_THAT(daemon.log.lines(), ElementsAre(started(pid, program), ended(pid, "WIFSIGNALED")))
         << "no restart";
 }
 
@@ -146,7 +145,7 @@ TEST_F(DaemonSupervision, KeepsQuietAboutTheSystemLoggersStartsAndDeaths)
     ASSERT_TRUE(daemon.stubs.await(4)) << "it is restarted";
     xasPause(300ms);
     EXPECT_THAT(
-        xasSettledLines(daemon.log),
+        daemon.log.lines(),
         Not(Contains(testing::Field(&XasLogLine::text, AnyOf(HasSubstr("started"), HasSubstr("PID["))))));
     EXPECT_THAT(daemon.stubs.lines(),
                 ElementsAre("/bin/killall syslogd", "/bin/killall klogd", program, program));
@@ -164,7 +163,7 @@ TEST_F(DaemonSupervision, ServesSeveralDeathsAtTheSameMoment)
     ::kill(second, SIGKILL);
     EXPECT_EQ(daemon.outcome(switchXdd(1)), XAS_APPLIED)
         << "the message waits its turn; both daemons are there again";
-    EXPECT_THAT(xasSettledLines(daemon.log),
+    EXPECT_THAT(daemon.log.lines(),
                 Contains(testing::Field(&XasLogLine::text, HasSubstr("WIFSIGNALED"))).Times(2 + 2))
         << "and both are stopped and started by the message";
 }

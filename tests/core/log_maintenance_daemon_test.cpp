@@ -1,6 +1,5 @@
 // The ticks of the built daemon's log maintenance, made to come by sending SIGALRM.
 #include "support/daemon.h"
-#include "support/settled_log.h"
 
 namespace {
 
@@ -59,12 +58,12 @@ TEST_F(DaemonLogMaintenance, CopiesTheLogsAtEveryTickAndRotatesThemAtEveryTwelft
             expected.push_back(COPY);
         }
         EXPECT_EQ(daemon.stubs.lines(), expected);
-        EXPECT_EQ(xasSettledLines(daemon.log).size(), static_cast<std::size_t>(hour));
+        EXPECT_EQ(daemon.log.lines().size(), static_cast<std::size_t>(hour));
         tick(3);
         expected.insert(expected.end(), {COPY, ROTATE, REOPEN});
         EXPECT_EQ(daemon.stubs.lines(), expected);
     }
-    EXPECT_THAT(xasSettledLines(daemon.log), ElementsAre(RUNNING, RUNNING));
+    EXPECT_THAT(daemon.log.lines(), ElementsAre(RUNNING, RUNNING));
     daemon.ask(XasMessageBuilder{XMSG_SSH});
     EXPECT_FALSE(xasExists(OUTPUT));
 }
@@ -79,7 +78,7 @@ TEST_F(DaemonLogMaintenance, LogsTheErrorsOfAFailedRotation)
             longTail + "'; printf 'error: last'");
     start();
     rotate();
-    EXPECT_THAT(xasSettledLines(daemon.log),
+    EXPECT_THAT(daemon.log.lines(),
                 ElementsAre(RUNNING, FAILED, xasErrorLine("first.conf:3 unknown option\n"),
                             xasErrorLine(longTail.substr(0, 248)), xasErrorLine("last")));
     EXPECT_EQ(daemon.stubs.lines().back(), REOPEN);
@@ -91,7 +90,7 @@ TEST_F(DaemonLogMaintenance, LogsNoErrorsOfARotationThatSucceeded)
     daemon.stubs.put("/usr/sbin/logrotate", 0, "echo 'error: harmless'");
     start();
     rotate();
-    EXPECT_THAT(xasSettledLines(daemon.log), ElementsAre(RUNNING));
+    EXPECT_THAT(daemon.log.lines(), ElementsAre(RUNNING));
     EXPECT_FALSE(xasExists(OUTPUT));
 }
 
@@ -102,7 +101,7 @@ TEST_F(DaemonLogMaintenance, KeepsTheRotationsOutputWhileTheMarkerIsThere)
     start();
     rotate();
     EXPECT_EQ(xasReadFile(OUTPUT), "error: seen\ndone\n");
-    EXPECT_THAT(xasSettledLines(daemon.log), ElementsAre(RUNNING, FAILED, xasErrorLine("seen\n")));
+    EXPECT_THAT(daemon.log.lines(), ElementsAre(RUNNING, FAILED, xasErrorLine("seen\n")));
 }
 
 TEST_F(DaemonLogMaintenance, LogsTheFailureAloneWhenTheOutputIsGone)
@@ -110,7 +109,7 @@ TEST_F(DaemonLogMaintenance, LogsTheFailureAloneWhenTheOutputIsGone)
     daemon.stubs.put("/usr/sbin/logrotate", 2, "rm " + std::string{OUTPUT});
     start();
     rotate();
-    EXPECT_THAT(xasSettledLines(daemon.log), ElementsAre(RUNNING, FAILED));
+    EXPECT_THAT(daemon.log.lines(), ElementsAre(RUNNING, FAILED));
     EXPECT_EQ(daemon.stubs.lines().back(), REOPEN);
 }
 
@@ -119,5 +118,5 @@ TEST_F(DaemonLogMaintenance, CountsARotationThatWasKilledAsFailed)
     daemon.stubs.put("/usr/sbin/logrotate", 0, "echo 'error: half'; kill -9 $$");
     start();
     rotate();
-    EXPECT_THAT(xasSettledLines(daemon.log), ElementsAre(RUNNING, FAILED, xasErrorLine("half\n")));
+    EXPECT_THAT(daemon.log.lines(), ElementsAre(RUNNING, FAILED, xasErrorLine("half\n")));
 }

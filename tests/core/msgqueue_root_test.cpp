@@ -248,11 +248,12 @@ TEST_F(Transport, WaitsForAUserListThatComesLater)
 TEST_F(Transport, ServesWhatIsPendingWhileTheQueueToTheServerIsFull)
 {
     int alarms = 0;
-    xasInstallSignals({.terminate = [] {},
-                       .alarm = [&] { ++alarms; },
-                       .childExited =
-                           [](pid_t, int) {
-                           }});
+    const XasSignalService service{.terminate = [] {},
+                                   .alarm = [&] { ++alarms; },
+                                   .childExited =
+                                       [](pid_t, int) {
+                                       }};
+    ASSERT_EQ(xasInstallSignals(service), 0);
     struct {
         long mtype = 1;
         XasMessage record = XasMessageBuilder{XMSG_ETH};

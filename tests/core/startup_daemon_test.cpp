@@ -102,12 +102,7 @@ TEST(DaemonStartup, StaysInTheForegroundByTheLongOptionDaemonToo)
 {
     XasTestDaemon parts; // its queues, commands and log only
     xasWriteFile("/r58/sysapp.xml", "<A/>");
-    const pid_t pid = ::fork();
-    if (pid == 0) {
-        ::setsid();
-        ::execl(xasDaemonPath(), "xasd", "--daemon", nullptr);
-        ::_exit(126);
-    }
+    const pid_t pid = xasStartDaemonProgram({"--daemon"}, "/dev/null", "/dev/null");
     parts.ask(XasMessageBuilder{XMSG_SSH});
     EXPECT_EQ(lastSender(parts.queues->toXms), pid) << "no other process took over";
     ::kill(pid, SIGTERM);

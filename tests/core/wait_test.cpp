@@ -32,7 +32,7 @@ class Wait : public testing::Test {
   protected:
     Wait()
     {
-        xasInstallSignals({
+        const XasSignalService service{
             .terminate = [this] { serve("terminate"); },
             .alarm = [this] { serve("alarm"); },
             .childExited =
@@ -40,7 +40,8 @@ class Wait : public testing::Test {
                     exits[pid] = status;
                     serve("child");
                 },
-        });
+        };
+        EXPECT_EQ(xasInstallSignals(service), 0);
         while (::waitpid(-1, nullptr, WNOHANG) > 0) {
             // What earlier tests of this process left behind is not this one's.
         }

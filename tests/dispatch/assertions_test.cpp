@@ -54,8 +54,8 @@ class AssertionsDeathTest : public testing::Test {
     void expectPathAndValuesNeeded(const Editor &edit, const char *argument)
     {
         Values values{};
-        EXPECT_DEATH(edit(nullptr, &values, &reply), given("cfgFileName"));
-        EXPECT_DEATH(edit("/x", nullptr, &reply), given(argument));
+        EXPECT_DEATH(std::ignore = edit(nullptr, &values, &reply), given("cfgFileName"));
+        EXPECT_DEATH(std::ignore = edit("/x", nullptr, &reply), given(argument));
     }
 
     /** The same of an editor that reads a template too. */
@@ -63,9 +63,9 @@ class AssertionsDeathTest : public testing::Test {
     void expectBothPathsAndValuesNeeded(const Editor &edit, const char *argument)
     {
         const Values values{};
-        EXPECT_DEATH(edit(nullptr, "/x", &values, &reply), given("cfgTemplateFileName"));
-        EXPECT_DEATH(edit("/x", nullptr, &values, &reply), given("cfgFileName"));
-        EXPECT_DEATH(edit("/x", "/x", nullptr, &reply), given(argument));
+        EXPECT_DEATH(std::ignore = edit(nullptr, "/x", &values, &reply), given("cfgTemplateFileName"));
+        EXPECT_DEATH(std::ignore = edit("/x", nullptr, &values, &reply), given("cfgFileName"));
+        EXPECT_DEATH(std::ignore = edit("/x", "/x", nullptr, &reply), given(argument));
     }
 
     XasReplyStatus reply;
@@ -77,28 +77,29 @@ class AssertionsDeathTest : public testing::Test {
 TEST_F(AssertionsDeathTest, OfTheTransportNameTheMessage)
 {
     XasUserList users;
-    EXPECT_DEATH(xasSendMessage(nullptr), given("msg", "xasSendMessage"));
-    EXPECT_DEATH(xasGetMessage(nullptr, true), given("msg", "xasGetMessage"));
-    EXPECT_DEATH(xasReceiveMessage(nullptr, users, {}), given("msg", "xasReceiveMessage"));
+    EXPECT_DEATH(std::ignore = xasSendMessage(nullptr), given("msg", "xasSendMessage"));
+    EXPECT_DEATH(std::ignore = xasGetMessage(nullptr, true), given("msg", "xasGetMessage"));
+    EXPECT_DEATH(std::ignore = xasReceiveMessage(nullptr, users, {}), given("msg", "xasReceiveMessage"));
 }
 
 TEST_F(AssertionsDeathTest, OfTheProcessManagerNameTheDaemon)
 {
-    EXPECT_DEATH(xasStopDaemon(nullptr), given("daemon", "xasStopDaemon"));
+    EXPECT_DEATH(std::ignore = xasStopDaemon(nullptr), given("daemon", "xasStopDaemon"));
 }
 
 TEST_F(AssertionsDeathTest, OfTheSafeReplacementNameTheArgument)
 {
-    EXPECT_DEATH(xasCfgOpenFiles(nullptr, &cf), given("cfgFileName", "xasCfgOpenFiles"));
-    EXPECT_DEATH(xasCfgOpenFiles("/x", nullptr), given("cf", "xasCfgOpenFiles"));
-    EXPECT_DEATH(xasCfgOpenOutFile(nullptr, &cf), given("cfgFileName", "xasCfgOpenOutFile"));
-    EXPECT_DEATH(xasCfgOpenOutFile("/x", nullptr), given("cf", "xasCfgOpenOutFile"));
-    EXPECT_DEATH(xasOutputLine(nullptr, "", false), given("outFile", "xasOutputLine"));
-    EXPECT_DEATH(xasOutputLine(stdout, nullptr, false), given("line", "xasOutputLine"));
+    EXPECT_DEATH(std::ignore = xasCfgOpenFiles(nullptr, &cf), given("cfgFileName", "xasCfgOpenFiles"));
+    EXPECT_DEATH(std::ignore = xasCfgOpenFiles("/x", nullptr), given("cf", "xasCfgOpenFiles"));
+    EXPECT_DEATH(std::ignore = xasCfgOpenOutFile(nullptr, &cf), given("cfgFileName", "xasCfgOpenOutFile"));
+    EXPECT_DEATH(std::ignore = xasCfgOpenOutFile("/x", nullptr), given("cf", "xasCfgOpenOutFile"));
+    EXPECT_DEATH(std::ignore = xasOutputLine(nullptr, "", false), given("outFile", "xasOutputLine"));
+    EXPECT_DEATH(std::ignore = xasOutputLine(stdout, nullptr, false), given("line", "xasOutputLine"));
     EXPECT_DEATH(xasCloseCfgFile(nullptr), given("cf", "xasCloseCfgFile"));
-    EXPECT_DEATH(xasSaveCfgFile(nullptr), given("cf", "xasSaveCfgFile"));
-    EXPECT_DEATH(xasRestoreCfgFile(nullptr), given("cfgFileName", "xasRestoreCfgFile"));
-    EXPECT_DEATH(xasRestoreCfgFile(""), assertion("strlen(cfgFileName) > 0", "xasRestoreCfgFile"));
+    EXPECT_DEATH(std::ignore = xasSaveCfgFile(nullptr), given("cf", "xasSaveCfgFile"));
+    EXPECT_DEATH(std::ignore = xasRestoreCfgFile(nullptr), given("cfgFileName", "xasRestoreCfgFile"));
+    EXPECT_DEATH(std::ignore = xasRestoreCfgFile(""),
+                 assertion("strlen(cfgFileName) > 0", "xasRestoreCfgFile"));
 }
 
 TEST_F(AssertionsDeathTest, OfTheEditorsOfConfigurationNamePathAndValues)
@@ -115,7 +116,7 @@ TEST_F(AssertionsDeathTest, OfTheEditorsOfConfigurationNamePathAndValues)
     expectPathAndValuesNeeded<XasSyslogPayload>(xasEditSyslogCfgFile, "sysLogInfo");
     expectPathAndValuesNeeded<XasVpnPayload>(xasEditIPsecCfgFile, "vpnCfg");
     const XasEthPayload eth{};
-    EXPECT_DEATH(xasEditModProbeCfgFile(nullptr, &eth, &reply), given("cfgFileName"));
+    EXPECT_DEATH(std::ignore = xasEditModProbeCfgFile(nullptr, &eth, &reply), given("cfgFileName"));
 }
 
 TEST_F(AssertionsDeathTest, OfTheEditorsOfLoginsAndSharesNamePathsAndValues)
@@ -129,7 +130,7 @@ TEST_F(AssertionsDeathTest, OfTheEditorsOfLoginsAndSharesNamePathsAndValues)
     expectPathAndValuesNeeded<XasRadiusPayload>(xasEditRadiusCfgFile, "cfgRadius");
     expectPathAndValuesNeeded<XasSnmpPayload>(xasEditSNMPCfgFile, "snmpCfg");
     const XasSnmpPayload snmp{};
-    EXPECT_DEATH(xasEditSNMPCfgFile("/x", &snmp, nullptr), given("replyReason"));
+    EXPECT_DEATH(std::ignore = xasEditSNMPCfgFile("/x", &snmp, nullptr), given("replyReason"));
     expectBothPathsAndValuesNeeded<XasKerberosPayload>(xasEditKerberosCfgFile, "cfgKerberos");
     expectBothPathsAndValuesNeeded<XasLdapPayload>(xasEditLdapCfgFileBC, "cfgLDAP");
     expectBothPathsAndValuesNeeded<XasTacacsPayload>(xasEditTacacsCfgFile, "cfgTacacs");
@@ -139,19 +140,19 @@ TEST_F(AssertionsDeathTest, OfTheFilesOfTheLoginOrderNameTheArgument)
 {
     const XasPamModuleData moduleData;
     std::string value;
-    EXPECT_DEATH(xasEditNsswitchCfgFile(nullptr, &reply), given("cfgFileName"));
-    EXPECT_DEATH(xasWritePamSystemAuthFile({}, "/x", nullptr), given("moduleData"));
-    EXPECT_DEATH(xasWritePamSystemAuthFile({}, nullptr, &moduleData), given("cfgFileName"));
-    EXPECT_DEATH(xasBuildPamSystemAuth("/x", nullptr), given("moduleData"));
-    EXPECT_DEATH(xasGetPamModuleData(nullptr), given("moduleData"));
-    EXPECT_DEATH(xasGetConfData("/x", nullptr, &value), given("tag"));
-    EXPECT_DEATH(xasGetConfData("/x", "tag", nullptr), given("value"));
-    EXPECT_DEATH(xasEditSysAuthCfgFile(nullptr, &reply), given("cfgFileName"));
-    EXPECT_DEATH(xasEditNisSysAuthCfgFile("/x", nullptr), given("cfgNIS"));
-    EXPECT_DEATH(xasEditLdapSysAuthCfgFile("/x", nullptr), given("cfgLDAP"));
-    EXPECT_DEATH(xasEditRadiusSysAuthCfgFile("/x", nullptr), given("cfgRadius"));
-    EXPECT_DEATH(xasEditKerberosSysAuthCfgFile("/x", nullptr), given("cfgKerberos"));
-    EXPECT_DEATH(xasEditTacacsSysAuthCfgFile("/x", nullptr), given("cfgTacacs"));
+    EXPECT_DEATH(std::ignore = xasEditNsswitchCfgFile(nullptr, &reply), given("cfgFileName"));
+    EXPECT_DEATH(std::ignore = xasWritePamSystemAuthFile({}, "/x", nullptr), given("moduleData"));
+    EXPECT_DEATH(std::ignore = xasWritePamSystemAuthFile({}, nullptr, &moduleData), given("cfgFileName"));
+    EXPECT_DEATH(std::ignore = xasBuildPamSystemAuth("/x", nullptr), given("moduleData"));
+    EXPECT_DEATH(std::ignore = xasGetPamModuleData(nullptr), given("moduleData"));
+    EXPECT_DEATH(std::ignore = xasGetConfData("/x", nullptr, &value), given("tag"));
+    EXPECT_DEATH(std::ignore = xasGetConfData("/x", "tag", nullptr), given("value"));
+    EXPECT_DEATH(std::ignore = xasEditSysAuthCfgFile(nullptr, &reply), given("cfgFileName"));
+    EXPECT_DEATH(std::ignore = xasEditNisSysAuthCfgFile("/x", nullptr), given("cfgNIS"));
+    EXPECT_DEATH(std::ignore = xasEditLdapSysAuthCfgFile("/x", nullptr), given("cfgLDAP"));
+    EXPECT_DEATH(std::ignore = xasEditRadiusSysAuthCfgFile("/x", nullptr), given("cfgRadius"));
+    EXPECT_DEATH(std::ignore = xasEditKerberosSysAuthCfgFile("/x", nullptr), given("cfgKerberos"));
+    EXPECT_DEATH(std::ignore = xasEditTacacsSysAuthCfgFile("/x", nullptr), given("cfgTacacs"));
 }
 
 TEST_F(AssertionsDeathTest, OfTheHandlerOfTheFirewallSettingsNameMessageAndList)
@@ -159,19 +160,20 @@ TEST_F(AssertionsDeathTest, OfTheHandlerOfTheFirewallSettingsNameMessageAndList)
     const XasCfgFileList cfgFiles;
     XasMessage msg = XasMessageBuilder{XMSG_FIREWALL};
     XasMessage other = XasMessageBuilder{XMSG_NTP};
-    EXPECT_DEATH(xasUpdateFirewallCfg(nullptr, &cfgFiles, &reply), given("msg"));
-    EXPECT_DEATH(xasUpdateFirewallCfg(&other, &cfgFiles, &reply),
+    EXPECT_DEATH(std::ignore = xasUpdateFirewallCfg(nullptr, &cfgFiles, &reply), given("msg"));
+    EXPECT_DEATH(std::ignore = xasUpdateFirewallCfg(&other, &cfgFiles, &reply),
                  assertion("XMSG_FIREWALL == msg->xH.msgtype"));
-    EXPECT_DEATH(xasUpdateFirewallCfg(&msg, nullptr, &reply), given("cfgFiles"));
+    EXPECT_DEATH(std::ignore = xasUpdateFirewallCfg(&msg, nullptr, &reply), given("cfgFiles"));
 }
 
 TEST_F(AssertionsDeathTest, OfAHostsLineAndOfAUsersPortsNameTheArgument)
 {
-    EXPECT_DEATH(xasAddLinetoHostsFile(nullptr, "a", "c", "a", &reply), given("cfgFileName"));
-    EXPECT_DEATH(xasAddLinetoHostsFile("/x", nullptr, "c", "a", &reply), given("address"));
-    EXPECT_DEATH(xasAddLinetoHostsFile("/x", "a", nullptr, "a", &reply), given("canonical_name"));
-    EXPECT_DEATH(xasAddLinetoHostsFile("/x", "a", "c", nullptr, &reply), given("alias"));
-    EXPECT_DEATH(xasLocalUserPortFiles(nullptr, &reply), given("pxUser"));
+    EXPECT_DEATH(std::ignore = xasAddLinetoHostsFile(nullptr, "a", "c", "a", &reply), given("cfgFileName"));
+    EXPECT_DEATH(std::ignore = xasAddLinetoHostsFile("/x", nullptr, "c", "a", &reply), given("address"));
+    EXPECT_DEATH(std::ignore = xasAddLinetoHostsFile("/x", "a", nullptr, "a", &reply),
+                 given("canonical_name"));
+    EXPECT_DEATH(std::ignore = xasAddLinetoHostsFile("/x", "a", "c", nullptr, &reply), given("alias"));
+    EXPECT_DEATH(std::ignore = xasLocalUserPortFiles(nullptr, &reply), given("pxUser"));
 }
 
 TEST_F(AssertionsDeathTest, OfThePacketFilterNameTheArgument)
@@ -179,14 +181,15 @@ TEST_F(AssertionsDeathTest, OfThePacketFilterNameTheArgument)
     const XasCfgFileList cfgFiles;
     const XasMessage msg = xasTestFilterSetMessage(xasTestFilterSet("set", {}));
     const XasMessage other = XasMessageBuilder{XMSG_FIREWALL};
-    EXPECT_DEATH(xasUpdateFirewall(nullptr, &cfgFiles, &reply), given("msg"));
-    EXPECT_DEATH(xasIPFilterAssign(nullptr, &reply), given("msg"));
-    EXPECT_DEATH(xasIPFilterTestTimer(nullptr, &reply), given("msg"));
-    EXPECT_DEATH(xasIPFilterSet(nullptr, &reply), given("msg"));
-    EXPECT_DEATH(xasIPFilterSet(&other, &reply), assertion("XMSG_IPFILTER_SET == msg->xH.msgtype"));
-    EXPECT_DEATH(xasIPFilterSetAddRules(nullptr, stderr, true), given("msg"));
-    EXPECT_DEATH(xasIPFilterSetAddRules(&msg, nullptr, true), given("fp"));
-    EXPECT_DEATH(xasIPFilterSetRemove(nullptr, stderr), given("msg"));
-    EXPECT_DEATH(xasIPFilterSetRemove(&msg, nullptr), given("fp"));
-    EXPECT_DEATH(xasIPFilterAddInput(nullptr), given("fp"));
+    EXPECT_DEATH(std::ignore = xasUpdateFirewall(nullptr, &cfgFiles, &reply), given("msg"));
+    EXPECT_DEATH(std::ignore = xasIPFilterAssign(nullptr, &reply), given("msg"));
+    EXPECT_DEATH(std::ignore = xasIPFilterTestTimer(nullptr, &reply), given("msg"));
+    EXPECT_DEATH(std::ignore = xasIPFilterSet(nullptr, &reply), given("msg"));
+    EXPECT_DEATH(std::ignore = xasIPFilterSet(&other, &reply),
+                 assertion("XMSG_IPFILTER_SET == msg->xH.msgtype"));
+    EXPECT_DEATH(std::ignore = xasIPFilterSetAddRules(nullptr, stderr, true), given("msg"));
+    EXPECT_DEATH(std::ignore = xasIPFilterSetAddRules(&msg, nullptr, true), given("fp"));
+    EXPECT_DEATH(std::ignore = xasIPFilterSetRemove(nullptr, stderr), given("msg"));
+    EXPECT_DEATH(std::ignore = xasIPFilterSetRemove(&msg, nullptr), given("fp"));
+    EXPECT_DEATH(std::ignore = xasIPFilterAddInput(nullptr), given("fp"));
 }

@@ -4,6 +4,7 @@
 #include "support/random_records.h"
 
 #include <malloc.h>
+#include <tuple>
 
 #if defined(__SANITIZE_ADDRESS__)
 #define XAS_LEAK_CHECK 1
@@ -83,7 +84,7 @@ class RandomRecords : public XasDispatcherTest {
 
     void processOne()
     {
-        xasProcessMsg(apps, [](XasMessage &) { return XasIdleResult::failed; });
+        std::ignore = xasProcessMsg(apps, [](XasMessage &) { return XasIdleResult::failed; });
         while (queues.receive(std::chrono::milliseconds{0}))
             ++answers;
     }

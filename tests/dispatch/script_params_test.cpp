@@ -77,7 +77,7 @@ TEST(EthModeCode, IsTheDigitBehindTheMode)
 
 TEST(NetScriptCodeDeathTest, AssertsThatThereIsAPort)
 {
-    EXPECT_DEATH(xasGetNetScriptCode(nullptr, false), HasSubstr("`((void *)0) != eth'"));
+    EXPECT_DEATH(std::ignore = xasGetNetScriptCode(nullptr, false), HasSubstr("`((void *)0) != eth'"));
 }
 
 TEST(NetScriptCode, IsZeroForAPortThatIsNotInUseUnlessForced)
@@ -230,7 +230,7 @@ class EnabledLinkTest : public XasFilesTest {
         ::setenv("XMS_STORE", dir.path().c_str(), 1);
         XasMessage stored = XasMessageBuilder{XMSG_ETH}.set("eth1.enabled", 1).set("eth2.enabled", 1);
         dir.write("XMSG_ETH", xasMessageBytes(stored));
-        xasOpenLinkSocket();
+        EXPECT_EQ(xasOpenLinkSocket(), 0);
         xasNoteEthConfigured();
     }
 
@@ -298,7 +298,7 @@ using NatScriptDeathTest = NatScriptTest;
 TEST_F(NatScriptDeathTest, AssertsTheMessagesType)
 {
     const XasMessage msg = XasMessageBuilder{XMSG_NOTIFY};
-    EXPECT_DEATH(xasSetNatScriptOpts(&msg, xasFindApp("nat", apps), apps),
+    EXPECT_DEATH(std::ignore = xasSetNatScriptOpts(&msg, xasFindApp("nat", apps), apps),
                  HasSubstr("`XMSG_NAT_NOTIFY == msg->xH.msgtype'"));
 }
 
@@ -306,7 +306,7 @@ TEST_F(NatScriptDeathTest, AssertsThatThereIsAStartScript)
 {
     xasFindApp("nat", apps)->startScript.reset();
     const XasMessage msg = natMessage(1);
-    EXPECT_DEATH(xasSetNatScriptOpts(&msg, xasFindApp("nat", apps), apps),
+    EXPECT_DEATH(std::ignore = xasSetNatScriptOpts(&msg, xasFindApp("nat", apps), apps),
                  HasSubstr("`((void *)0) != app->startScript'"));
 }
 

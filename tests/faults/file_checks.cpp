@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <set>
 #include <sstream>
+#include <stdexcept>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 
@@ -82,7 +83,8 @@ mode_t mayBeOpen(const XasUndisturbed &undisturbed, const std::string &path)
 std::map<std::string, std::string> typesByPath(const XasFaultsCase &faultsCase)
 {
     XasAppList apps;
-    xasLoadAppList("/r58/sysapp.xml", apps);
+    if (xasLoadAppList("/r58/sysapp.xml", apps) != 0)
+        throw std::runtime_error{"the application list cannot be loaded"};
     const XasMessage msg = xasSecondSessionOf(faultsCase).front().message;
     const XasSetting *setting = xasFindSetting(msg.xH.msgtype);
     const XasApp *app = setting != nullptr ? xasFindApp(xasApplicationName(*setting, msg), apps) : nullptr;

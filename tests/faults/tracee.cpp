@@ -16,6 +16,8 @@ namespace {
 
 [[noreturn]] void giveUp(const char *what)
 {
+    if (errno == ESRCH)
+        throw XasTraceeGone{what};
     throw std::runtime_error{std::string{what} + ": " + std::strerror(errno)};
 }
 

@@ -4,9 +4,16 @@
 
 #include <array>
 #include <cstdint>
+#include <stdexcept>
 #include <string>
 #include <sys/types.h>
 #include <utility>
+
+/** The process was stopped, and killed before all was asked of it. It is still to be waited for. */
+class XasTraceeGone : public std::runtime_error {
+  public:
+    using std::runtime_error::runtime_error;
+};
 
 /** A system call at which a process is stopped: before it or behind it. */
 struct XasCallStop {

@@ -121,7 +121,7 @@ void XasTracer::follow()
         const pid_t stopped = ::waitpid(-1, &waitStatus, __WALL);
         hung = stopped < 0;
         if (stopped > 0 && WIFSTOPPED(waitStatus))
-            onStop(stopped, waitStatus);
+            onStopOrDeath(stopped, waitStatus);
         else if (stopped == pid)
             status = waitStatus;
         else
@@ -155,6 +155,15 @@ void XasTracer::letChildrenBegin()
         process.hasBegun = process.hasBegun || begins;
         if (begins && process.isStopped)
             resume(child);
+    }
+}
+
+void XasTracer::onStopOrDeath(pid_t stopped, int waitStatus)
+{
+    try {
+        onStop(stopped, waitStatus);
+    } catch (const XasTraceeGone &) {
+        processes[stopped].isStopped = false; // someone killed it: it is waited for next
     }
 }
 

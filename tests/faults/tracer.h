@@ -56,6 +56,7 @@ class XasTracer {
     };
 
     void onStop(pid_t stopped, int waitStatus);
+    void onStopOrDeath(pid_t stopped, int waitStatus);
     void onFork(pid_t child);
     void letChildrenBegin();
     void forget(pid_t child);

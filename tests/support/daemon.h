@@ -44,6 +44,10 @@ struct XasRunResult {
 /** The path of the built daemon. */
 const char *xasDaemonPath();
 
+/** Starts the daemon's program in a session of its own, its output going to two files. */
+pid_t xasStartDaemonProgram(std::vector<std::string> words, const std::string &output,
+                            const std::string &errors);
+
 /** Runs the daemon's program with these arguments to its end. */
 XasRunResult xasRunDaemonProgram(const std::vector<std::string> &arguments);
 

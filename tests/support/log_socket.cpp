@@ -56,20 +56,24 @@ XasLogSocket::~XasLogSocket()
 
 void XasLogSocket::read()
 {
-    std::array<char, 65536> datagram{};
     while (!ending) {
         pollfd readable{.fd = fd, .events = POLLIN, .revents = 0};
-        if (::poll(&readable, 1, 10) <= 0)
-            continue;
-        const ssize_t size = ::recv(fd, datagram.data(), datagram.size(), 0);
-        if (size < 0)
-            continue;
+        if (::poll(&readable, 1, 10) > 0)
+            hold();
+    }
+}
+
+std::unique_lock<std::mutex> XasLogSocket::hold() const
+{
+    std::unique_lock lock{mutex};
+    std::array<char, 65536> datagram{};
+    for (ssize_t size = 0; (size = ::recv(fd, datagram.data(), datagram.size(), MSG_DONTWAIT)) >= 0;) {
         XasSocketLine line = xasParseLogDatagram({datagram.data(), static_cast<std::size_t>(size)});
         line.arrived = std::chrono::steady_clock::now();
-        const std::lock_guard lock{mutex};
         received.push_back(std::move(line));
         changed.notify_all();
     }
+    return lock;
 }
 
 std::vector<XasLogLine> XasLogSocket::lines() const
@@ -82,7 +86,7 @@ std::vector<XasLogLine> XasLogSocket::lines() const
 
 std::vector<XasSocketLine> XasLogSocket::arrived() const
 {
-    const std::lock_guard lock{mutex};
+    const auto lock = hold();
     return received;
 }
 
@@ -96,31 +100,31 @@ std::size_t XasLogSocket::countFrom(std::string_view part, std::size_t from) con
 
 bool XasLogSocket::await(std::string_view part, std::chrono::milliseconds atMost, std::size_t from) const
 {
-    std::unique_lock lock{mutex};
+    auto lock = hold();
     return changed.wait_for(lock, atMost, [&] { return countFrom(part, from) > 0; });
 }
 
 bool XasLogSocket::awaitCount(std::string_view part, std::size_t count,
                               std::chrono::milliseconds atMost) const
 {
-    std::unique_lock lock{mutex};
+    auto lock = hold();
     return changed.wait_for(lock, atMost, [&] { return countFrom(part, 0) >= count; });
 }
 
 std::size_t XasLogSocket::count(std::string_view part) const
 {
-    const std::lock_guard lock{mutex};
+    const auto lock = hold();
     return countFrom(part, 0);
 }
 
 std::size_t XasLogSocket::size() const
 {
-    const std::lock_guard lock{mutex};
+    const auto lock = hold();
     return received.size();
 }
 
 void XasLogSocket::clear()
 {
-    const std::lock_guard lock{mutex};
+    const auto lock = hold();
     received.clear();
 }

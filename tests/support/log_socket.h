@@ -1,6 +1,7 @@
 /**
  * /dev/log in a test's hands, for the private root: what a whole daemon sends to the system logger. A thread
- * reads it all the time, so that no sender ever waits.
+ * reads it all the time, so that no sender ever waits; each question takes everything that was sent before it
+ * into account, whether the thread has come to it or not.
  */
 #ifndef XAS_TEST_SUPPORT_LOG_SOCKET_H
 #define XAS_TEST_SUPPORT_LOG_SOCKET_H
@@ -50,6 +51,10 @@ class XasLogSocket {
 
   private:
     void read();
+
+    /** Takes in what waits in the socket; nothing changes what has arrived as long as the result is held. */
+    std::unique_lock<std::mutex> hold() const;
+
     [[nodiscard]] std::size_t countFrom(std::string_view part, std::size_t from) const;
 
     std::string path;
@@ -57,7 +62,7 @@ class XasLogSocket {
     std::atomic<bool> ending{false};
     mutable std::mutex mutex;
     mutable std::condition_variable changed;
-    std::vector<XasSocketLine> received;
+    mutable std::vector<XasSocketLine> received;
     std::thread reader;
 };
 

@@ -4,7 +4,6 @@
 #define XAS_TEST_SUPPORT_MESSAGE_FILES_H
 
 #include "support/daemon.h"
-#include "support/settled_log.h"
 
 /** A directory whose files a test takes away. */
 class XasPreparedFiles : public XasTestDir {
@@ -41,7 +40,7 @@ class XasMessageFilesTest : public testing::Test {
     }
 
     /** What was logged for the last message. */
-    std::vector<XasLogLine> logLines() { return xasSettledLines(daemon.log); }
+    std::vector<XasLogLine> logLines() { return daemon.log.lines(); }
 
     std::vector<std::string> commands() { return daemon.stubs.lines(); }
 

@@ -1,5 +1,6 @@
 #include "support/root.h"
 
+#include "support/emulator.h"
 #include "support/files.h"
 
 #include <cstdio>
@@ -37,10 +38,12 @@ void addUsr(Words &words)
     }
     add(words, {"--symlink", "usr/bin", "/bin", "--symlink", "usr/sbin", "/sbin"});
     for (const char *library : {"/lib", "/lib32", "/lib64", "/libx32"}) {
-        if (fs::is_symlink(library))
-            add(words, {"--symlink", fs::read_symlink(library), library});
-        else
+        std::error_code isNoLink; // nor to an emulator that has libraries of its own for /lib
+        const fs::path target = fs::read_symlink(library, isNoLink);
+        if (isNoLink)
             add(words, {"--ro-bind-try", library, library});
+        else
+            add(words, {"--symlink", target, library});
     }
 }
 
@@ -69,9 +72,14 @@ Words sandboxCommand(int argc, char **argv)
     add(words, {"--ro-bind-try", XAS_BUILD_DIR "/../packages", "/packages"});
     add(words, {"--proc", "/proc", "--dev", "/dev", "--dir", "/tmp", "--dir", "/etc", "--dir", "/root"});
     add(words, {"--dir", "/var/log", "--dir", "/var/run", "--dir", "/var/lock", "--dir", "/www/savelogs"});
+    const std::string libraries = fs::path{XAS_BUILD_DIR}.parent_path() / "sysroot"; // of another machine
+    add(words, {"--ro-bind-try", libraries, libraries});
     add(words, {"--bind", XAS_BUILD_DIR, XAS_BUILD_DIR, "--chdir", "/", "--setenv", "HOME", "/root"});
     add(words, {"--setenv", "PATH", "/usr/bin:/usr/sbin:/bin:/sbin", "--unsetenv", "XMS_STORE"});
-    words.emplace_back(fs::read_symlink("/proc/self/exe"));
+    Words self = xasCommandOf(fs::read_symlink("/proc/self/exe"));
+    if (self.size() > 1) // an emulator, which is no program of the new root yet
+        self.front().replace(0, std::string_view{"/usr"}.size(), HOST_USR);
+    words.insert(words.end(), self.begin(), self.end());
     words.insert(words.end(), argv + 1, argv + argc);
     return words;
 }

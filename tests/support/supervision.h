@@ -14,9 +14,9 @@ inline void xasServe(
     std::function<void()> terminate = [] {}, std::function<void()> alarm = [] {},
     std::function<void(pid_t, int)> childExited = [](pid_t, int) {})
 {
-    xasInstallSignals({.terminate = std::move(terminate),
-                       .alarm = std::move(alarm),
-                       .childExited = std::move(childExited)});
+    const XasSignalService service{
+        .terminate = std::move(terminate), .alarm = std::move(alarm), .childExited = std::move(childExited)};
+    EXPECT_EQ(xasInstallSignals(service), 0);
 }
 
 /** Deaths of the applications' daemons are served as in the daemon. Nothing that a test started outlives it.

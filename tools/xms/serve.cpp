@@ -20,10 +20,11 @@
 
 namespace {
 
-/** Message queues cannot be polled for, so they are looked at this often: while an answer is awaited, and
- * else. */
-constexpr int BUSY_INTERVAL_MS = 2;
-constexpr int IDLE_INTERVAL_MS = 20;
+/** Message queues cannot be polled for, so they are looked at this often: while an answer is awaited, more
+ * and more seldom the longer it takes, and else. */
+constexpr std::chrono::milliseconds SHORTEST_INTERVAL{2};
+constexpr std::chrono::milliseconds IDLE_INTERVAL{20};
+constexpr int PARTS_OF_WAIT = 10;
 
 /** What the daemon's queue had no room for yet. */
 struct Outgoing {
@@ -40,6 +41,7 @@ struct Server {
     std::deque<Outgoing> outgoing;
     XmsClients clients;
     XmsProtocol protocol;
+    XmsClock::time_point lastTraffic = XmsClock::now();
 };
 
 std::span<const std::byte> bytesOf(const XasMessage &record)
@@ -50,6 +52,7 @@ std::span<const std::byte> bytesOf(const XasMessage &record)
 /** Shows one record here and to all who watch. */
 void showTraffic(Server &server, bool toDaemon, std::span<const std::byte> bytes)
 {
+    server.lastTraffic = XmsClock::now();
     const auto now = std::chrono::system_clock::now().time_since_epoch();
     const XmsTraffic traffic{std::chrono::duration_cast<std::chrono::milliseconds>(now).count(),
                              toDaemon,
@@ -270,14 +273,23 @@ void expire(Server &server)
 
 // the loop
 
+/** How long the queues are left alone: a slow machine has better things to do than to look at them. */
+std::chrono::milliseconds interval(const Server &server)
+{
+    const bool isAwaited = std::ranges::any_of(server.protocol.pending, &XmsPending::client);
+    if (!isAwaited && server.outgoing.empty())
+        return IDLE_INTERVAL;
+    const auto waited =
+        std::chrono::duration_cast<std::chrono::milliseconds>(XmsClock::now() - server.lastTraffic);
+    return std::clamp(waited / PARTS_OF_WAIT, SHORTEST_INTERVAL, IDLE_INTERVAL);
+}
+
 /** Waits for something to do; true when it is time to end. */
 bool waitForWork(Server &server)
 {
-    const bool isAwaited = std::ranges::any_of(server.protocol.pending, &XmsPending::client);
-    const bool isBusy = isAwaited || !server.outgoing.empty();
     std::vector<pollfd> waits = {{server.signals.get(), POLLIN, 0}, {server.listener.get(), POLLIN, 0}};
     xmsAddToPoll(server.clients, waits);
-    poll(waits.data(), waits.size(), isBusy ? BUSY_INTERVAL_MS : IDLE_INTERVAL_MS);
+    poll(waits.data(), waits.size(), static_cast<int>(interval(server).count()));
     return (waits.front().revents & POLLIN) != 0;
 }
 

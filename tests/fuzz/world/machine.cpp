@@ -25,6 +25,7 @@
 #include <sstream>
 #include <sys/stat.h>
 #include <sys/time.h>
+#include <tuple>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -214,14 +215,14 @@ XasMachine::XasMachine()
     });
     xasFakeProcesses([this](pid_t pid, const auto &words) { return execute(pid, words); });
     xasSetClock({.monotonic = monotonic, .wallTime = wallTime, .block = block});
-    xasInstallSignals({.terminate = [] { xasFuzzFail("nobody ends the daemon"); },
-                       .alarm = [this] { xasMaintainLogs(apps); },
-                       .childExited =
-                           [this](pid_t pid, int status) {
-                               xasReapChild(apps, pid, status);
-                           }});
-    xasInitMsgQueues();
-    xasOpenLinkSocket();
+    std::ignore = xasInstallSignals({.terminate = [] { xasFuzzFail("nobody ends the daemon"); },
+                                     .alarm = [this] { xasMaintainLogs(apps); },
+                                     .childExited =
+                                         [this](pid_t pid, int status) {
+                                             xasReapChild(apps, pid, status);
+                                         }});
+    xasFuzzRequire(xasInitMsgQueues() == 0, "the queues are there");
+    xasFuzzRequire(xasOpenLinkSocket() == 0, "the link socket is there");
 }
 
 void XasMachine::reset()
@@ -275,7 +276,7 @@ std::string XasMachine::process(const XasMessage &msg, std::string_view users)
     fromDaemon.clear();
     // Queues that were lost are looked for once a second; a message that still waits then is never taken.
     const auto end = now + 10s;
-    xasProcessMsg(apps, [&](XasMessage &) {
+    std::ignore = xasProcessMsg(apps, [&](XasMessage &) {
         return !toDaemon.empty() && now < end ? XasIdleResult::nothing : XasIdleResult::failed;
     });
     toDaemon.clear();
@@ -309,11 +310,11 @@ void XasMachine::idle(std::chrono::milliseconds time)
         const XasIdleResult result = xasPollLinks(msg, xasIsBondingOn());
         if (result == XasIdleResult::message)
             return result;
-        xasIPFilterTimerTick();
+        std::ignore = xasIPFilterTimerTick();
         return now < end ? XasIdleResult::nothing : XasIdleResult::failed;
     };
     while (now < end)
-        xasProcessMsg(apps, work);
+        std::ignore = xasProcessMsg(apps, work);
 }
 
 std::string XasMachine::story() const
