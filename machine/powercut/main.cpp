@@ -1,15 +1,14 @@
 /**
- * Looks at the states that a disk had, or could have had, when its power was cut.
+ * Looks at the states that a disk or flash had, or could have had, when its power was cut.
  *
- *   xas_powercut ext4|ubifs messages LOG                        bytes written and flushes or erases of each
- * message xas_powercut ext4|ubifs count DISK LOG                      how many states there are xas_powercut
- * ext4|ubifs image DISK LOG STATE                writes the disk in one state to the standard output
- *   xas_powercut ext4|ubifs look DISK LOG VERSIONS DEVICE EVERY mounts every EVERY-th state on DEVICE and
- * compares its files xas_powercut ubifs pack DISK                                makes a log of the
- * emulator's trace of a flash
+ *   xas_powercut KIND messages LOG                     bytes written, flushes or erases of each message
+ *   xas_powercut KIND count DISK LOG                   how many states there are
+ *   xas_powercut KIND image DISK LOG STATE             writes the content in one state to the standard output
+ *   xas_powercut KIND look DISK LOG VERSIONS DEVICE N  mounts every Nth state on DEVICE, compares its files
+ *   xas_powercut KIND pack DISK                        makes a log of the trace of a flash
  *
- * DISK is the disk or flash before the first entry of LOG. Exit status: 1 when a state is bad, 2 for a wrong
- * command.
+ * KIND is ext4, on a disk, or ubifs, on a flash; DISK is its content before the first entry of LOG. Exit
+ * status: 1 when a state is bad, 2 for a wrong command.
  */
 #include "look.h"
 #include "states.h"

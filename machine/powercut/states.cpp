@@ -24,7 +24,7 @@ void tear(std::string &made, const std::string &old, char how, std::size_t seed)
         --until;
     std::mt19937 random{static_cast<unsigned>(seed)};
     for (auto byte = how == 'h' ? from + (until - from) / 2 : from; byte != until; ++byte) {
-        const auto kept = how == 'h' ? 0xff : random();
+        const char kept = how == 'h' ? '\xff' : static_cast<char>(random());
         *byte = static_cast<char>(*byte | (old[static_cast<std::size_t>(byte - made.begin())] & kept));
     }
 }
@@ -32,11 +32,9 @@ void tear(std::string &made, const std::string &old, char how, std::size_t seed)
 Change eraseChange(const std::string &content, const XasEntry &erase, char how)
 {
     Change change{erase.place, content.substr(erase.place, FLASH_BLOCK)};
-    if (how == 'z')
-        std::ranges::fill(change.content, '\0');
-    else
-        change.content.replace(how == 'l' ? FLASH_BLOCK / 2 : 0, how == '1' ? FLASH_BLOCK : FLASH_BLOCK / 2,
-                               how == '1' ? FLASH_BLOCK : FLASH_BLOCK / 2, '\xff');
+    const std::size_t half = FLASH_BLOCK / 2;
+    const std::size_t size = how == 'h' || how == 'l' ? half : FLASH_BLOCK;
+    change.content.replace(how == 'l' ? half : 0, size, size, how == 'z' ? '\0' : '\xff');
     return change;
 }
 
