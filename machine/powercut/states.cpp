@@ -1,5 +1,6 @@
 #include "states.h"
 
+#include <algorithm>
 #include <random>
 #include <set>
 
@@ -9,12 +10,53 @@ constexpr std::size_t ALL_SUBSETS = 4; // of groups up to this size
 constexpr unsigned RANDOM_SUBSETS = 4;
 constexpr std::size_t BLOCK = 4096; // of the file system, and a sector of the disk: written whole, or not
 
-void apply(std::string &disk, const XasEntry &write, char how)
+struct Change {
+    std::size_t place;
+    std::string content;
+};
+
+/** The content after a program of which only a half of the changed bytes was done, or a part of the bits. */
+void tear(std::string &made, const std::string &old, char how, std::size_t seed)
 {
-    const std::size_t blocks = write.data.size() / BLOCK;
-    const std::size_t size = how == 'h' ? blocks / 2 * BLOCK : write.data.size();
-    if (how != '0')
-        disk.replace(write.place, size, write.data.substr(0, size));
+    const auto [from, ignored] = std::ranges::mismatch(made, old);
+    auto until = made.end();
+    while (until != from && until[-1] == old[static_cast<std::size_t>(until - made.begin()) - 1])
+        --until;
+    std::mt19937 random{static_cast<unsigned>(seed)};
+    for (auto byte = how == 'h' ? from + (until - from) / 2 : from; byte != until; ++byte) {
+        const char kept = how == 'h' ? '\xff' : static_cast<char>(random());
+        *byte = static_cast<char>(*byte | (old[static_cast<std::size_t>(byte - made.begin())] & kept));
+    }
+}
+
+Change eraseChange(const std::string &content, const XasEntry &erase, char how)
+{
+    Change change{erase.place, content.substr(erase.place, FLASH_BLOCK)};
+    const std::size_t half = FLASH_BLOCK / 2;
+    const std::size_t size = how == 'h' || how == 'l' ? half : FLASH_BLOCK;
+    change.content.replace(how == 'l' ? half : 0, size, size, how == 'z' ? '\0' : '\xff');
+    return change;
+}
+
+Change changeOf(const std::string &content, const XasEntry &entry, char how, std::size_t seed)
+{
+    if (how == '0')
+        return {entry.place, {}};
+    if (entry.kind == XasEntryKind::erase)
+        return eraseChange(content, entry, how);
+    Change change{entry.place, std::string{entry.data}};
+    if (change.content.size() <= FLASH_PAGE && how != '1')
+        tear(change.content, content.substr(entry.place, change.content.size()), how, seed);
+    else if (how == 'h')
+        change.content.resize(change.content.size() / BLOCK / 2 * BLOCK);
+    return change;
+}
+
+/** Carries the change out, and keeps in it what was there before. */
+void swapContent(std::string &content, Change &change)
+{
+    std::swap_ranges(change.content.begin(), change.content.end(),
+                     content.begin() + static_cast<std::ptrdiff_t>(change.place));
 }
 
 void addBeginnings(std::vector<std::string> &ways, const XasGroup &group)
@@ -69,26 +111,46 @@ std::vector<std::string> waysOf(const XasGroup &group, std::mt19937 &random)
     return ways;
 }
 
+std::vector<std::string> flashWaysOf(const XasGroup &group, bool isAfterMark)
+{
+    std::vector<std::string> ways;
+    if (isAfterMark)
+        ways.emplace_back(group.writes.size(), '0');
+    if (!group.writes.empty()) {
+        const bool isErase = group.writes[0].kind == XasEntryKind::erase;
+        for (const char how : std::string_view{isErase ? "hlz1" : "hr1"})
+            ways.emplace_back(1, how);
+    }
+    return ways;
+}
+
 } // namespace
 
-void xasForEachState(std::string disk, const std::vector<XasGroup> &groups,
+void xasForEachState(std::string content, const XasMedium &medium, const std::vector<XasGroup> &groups,
                      const std::function<bool(std::size_t)> &isWanted,
                      const std::function<void(const XasState &, const std::string &)> &look)
 {
     std::mt19937 random{1};
     std::size_t number = 0;
+    XasGroup before{{}, 0, 0};
     for (const XasGroup &group : groups) {
-        if (group.begun > 0) {
-            for (const std::string &way : waysOf(group, random)) {
-                if (!isWanted(++number))
-                    continue;
-                std::string cut = disk;
-                for (std::size_t i = 0; i < way.size(); ++i)
-                    apply(cut, group.writes[i], way[i]);
-                look({number, &group, way}, cut);
-            }
+        const bool isAfterMark = group.begun != before.begun || group.acknowledged != before.acknowledged;
+        const auto ways = medium.isFlash ? flashWaysOf(group, isAfterMark) : waysOf(group, random);
+        for (const std::string &way : ways) {
+            if (group.begun == 0 || !isWanted(++number))
+                continue;
+            std::vector<Change> changes;
+            for (std::size_t i = 0; i < way.size(); ++i)
+                swapContent(content,
+                            changes.emplace_back(changeOf(content, group.writes[i], way[i], number)));
+            look({number, &group, way}, content);
+            for (auto change = changes.rbegin(); change != changes.rend(); ++change)
+                swapContent(content, *change);
         }
-        for (const XasEntry &write : group.writes)
-            apply(disk, write, '1');
+        for (const XasEntry &write : group.writes) {
+            Change change = changeOf(content, write, '1', 0);
+            swapContent(content, change);
+        }
+        before = {{}, group.acknowledged, group.begun};
     }
 }

@@ -18,6 +18,10 @@ constexpr const char *DIRECTORIES[] = {"etc", "www/xml"};
 constexpr std::string_view IN_STEPS[] = {"etc/passwd", "etc/shadow", "etc/group", "etc/.lusers",
                                          "etc/ipsec.secrets"};
 
+/** sed -i gives a new file the old one's name before its content is on the flash. Until the daemon has synced
+ * it, it is empty there, or zeros. */
+constexpr std::string_view EDITED_BY_SED = "etc/ipsec.secrets";
+
 const std::string *find(const XasTree &tree, const std::string &path)
 {
     const auto found = tree.find(path);
@@ -46,12 +50,14 @@ bool isWholeBackup(const std::vector<XasTree> &versions, const std::string &path
            isVersion(versions, path, content, 0, last);
 }
 
-/** Those of the daemon, of the account tools and of sed -i. */
-bool isTemporary(const std::string &path)
+/** Those of the daemon, of the account tools and of sed -i, whose names end with six random characters. */
+bool isTemporary(const std::string &path, const std::set<std::string> &paths)
 {
+    constexpr std::size_t RANDOM = 6;
     const std::string name = fs::path{path}.filename();
     return name.ends_with(".tmp") || name.ends_with("_tmp") || name.ends_with(".new") ||
-           (name.starts_with("sed") && name.size() == 9);
+           (name.starts_with("sed") && name.size() == 3 + RANDOM) ||
+           (path.size() > RANDOM && paths.contains(path.substr(0, path.size() - RANDOM)));
 }
 
 std::set<std::string> linesOf(const std::string *content)
@@ -113,7 +119,7 @@ XasFinding xasCheckTree(const XasTree &tree, const std::vector<XasTree> &version
     for (const auto &[path, content] : tree) {
         if (paths.contains(path) || path.ends_with(BACKUP))
             continue;
-        if (isTemporary(path))
+        if (isTemporary(path, paths))
             ++finding.leftOvers;
         else
             finding.bad.push_back(path + " was never there");
@@ -126,6 +132,12 @@ XasFinding xasCheckTree(const XasTree &tree, const std::vector<XasTree> &version
         if (std::ranges::find(IN_STEPS, path) != std::end(IN_STEPS) &&
             isOnTheWay(path, content, versions[acknowledged], versions[begun]))
             continue;
+        if (path == EDITED_BY_SED && content != nullptr &&
+            content->find_first_not_of('\0') == std::string::npos &&
+            !isSame(find(versions[acknowledged], path), find(versions[begun], path))) {
+            finding.isSecretsEmptied = true;
+            continue;
+        }
         const bool isOlder = isVersion(versions, path, content, 0, acknowledged);
         finding.bad.push_back(path + (isOlder ? " is older than acknowledged" : " is not whole"));
     }

@@ -19,13 +19,15 @@ std::vector<XasTree> xasReadVersions(const std::string &directory);
 struct XasFinding {
     std::vector<std::string> bad;
     std::size_t leftOvers = 0;
+    bool isSecretsEmptied = false;
 };
 
 /**
  * Looks at a tree after a cut. All that was acknowledged must be there: each file is as after message
  * `acknowledged` or as after a later one up to `begun`, whose answer was not marked yet. A backup is whole
  * when it is any version of its file. Files that are in no version are left-overs when they are temporary
- * ones, and bad otherwise.
+ * ones, and bad otherwise. While the message under way changes the keys of the tunnels their file may have no
+ * content, which is told apart: the daemon has to let sed edit it.
  */
 XasFinding xasCheckTree(const XasTree &tree, const std::vector<XasTree> &versions, std::size_t acknowledged,
                         std::size_t begun);
