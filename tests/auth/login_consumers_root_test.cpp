@@ -125,6 +125,16 @@ std::string hashOf(const std::string &password)
 
 } // namespace
 
+TEST_F(LoginConsumers, AnAccountThatWasCutShortIsMadeOnceWhenItIsSentAgain)
+{
+    xasWriteFile("/etc/group", "root:x:0:\nalice:x:501:\nalice2:x:502:\n"); // the group is made first
+    xasWriteFile("/etc/shadow", "root:*:19000:0:99999:7:::\nalice:!:19000:0:99999:7:::\n", 0600);
+    EXPECT_EQ(user("alice", "", 0), 0);
+    EXPECT_EQ(xasReadFile("/etc/group"), "root:x:0:\nalice2:x:502:\nalice:x:501:\n");
+    EXPECT_THAT(run("grep -c ^alice: /etc/shadow /etc/passwd"), "/etc/shadow:1\n/etc/passwd:1\nexit 0\n");
+    EXPECT_EQ(xasModeOf("/etc/shadow"), 0600U);
+}
+
 TEST_F(LoginConsumers, AUserMadeByAMessageLogsInThroughTheGeneratedPamFile)
 {
     if (!isInstalled("/usr/bin/pamtester"))
